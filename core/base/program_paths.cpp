@@ -1,0 +1,26 @@
+#include "core/base/program_paths.h"
+
+namespace tolvane {
+namespace {
+
+ProgramPaths& Paths() {
+    static ProgramPaths paths;
+    return paths;
+}
+
+}  // namespace
+
+const ProgramPaths& GetProgramPaths() { return Paths(); }
+
+void SetProgramPaths(const ProgramPaths& paths) { Paths() = paths; }
+
+std::string ProgramFile(const std::string& name) { return Paths().programFolder + "/" + name; }
+
+std::string ProgramFileWithSuffix(const std::string& suffix) {
+    std::string name = Paths().baseName;
+    const std::size_t dot = name.rfind('.');
+    if (dot != std::string::npos) name.erase(dot);
+    return ProgramFile(name + suffix);
+}
+
+}  // namespace tolvane

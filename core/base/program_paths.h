@@ -1,0 +1,27 @@
+#pragma once
+
+#include <string>
+
+namespace tolvane {
+
+// Where the program keeps its own files: the language file, Options.dat,
+// the diagnostic log, Alarm.wav and the companion library. Start-up sets it
+// once (the executable's folder, or --home / TOLVANE_HOME).
+struct ProgramPaths {
+    std::string programFolder = ".";
+    // The name every per-program file is derived from, as if the program
+    // file were programFolder/baseName.
+    std::string baseName = "tolvane";
+};
+
+const ProgramPaths& GetProgramPaths();
+void SetProgramPaths(const ProgramPaths& paths);
+
+// programFolder + "/" + name.
+std::string ProgramFile(const std::string& name);
+
+// The program's own path with its extension (from the last "." of the file
+// name) replaced by suffix: "tolvane" + "_ENU.dat" gives "tolvane_ENU.dat".
+std::string ProgramFileWithSuffix(const std::string& suffix);
+
+}  // namespace tolvane

@@ -1,0 +1,79 @@
+#include "core/base/string_manager.h"
+
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <vector>
+
+#include "core/base/debug_trace.h"
+#include "core/base/language_file.h"
+#include "core/base/program_paths.h"
+
+namespace tolvane {
+namespace {
+
+// A file without any write permission is the read-only file of the system
+// it comes from, which the string manager refuses because it opens the file
+// for reading and writing. Checking the bits keeps that true for root too.
+bool IsReadOnly(const std::string& path) {
+    std::error_code error;
+    const auto permissions = std::filesystem::status(path, error).permissions();
+    if (error) return false;
+    using std::filesystem::perms;
+    return (permissions & (perms::owner_write | perms::group_write | perms::others_write)) ==
+           perms::none;
+}
+
+}  // namespace
+
+std::string LanguageFilePath(int primaryLanguage, int subLanguage) {
+    const bool chinese = primaryLanguage == 4 && subLanguage == 2;
+    return ProgramFileWithSuffix(chinese ? "_CHS.dat" : "_ENU.dat");
+}
+
+CStringManager& CStringManager::GetInstance() {
+    static CStringManager instance;
+    return instance;
+}
+
+CStringManager::CStringManager() { DebugTrace("CStringManager()\n"); }
+
+CStringManager::~CStringManager() { DebugTrace("~CStringManager()\n"); }
+
+bool CStringManager::Load(int primaryLanguage, int subLanguage) {
+    std::lock_guard<std::mutex> lock(mutex_);
+    strings_.clear();
+    if (ReadFile(LanguageFilePath(primaryLanguage, subLanguage))) return true;
+    strings_.clear();
+    return false;
+}
+
+bool CStringManager::ReadFile(const std::string& path) {
+    if (IsReadOnly(path)) return false;
+    std::fstream in(path, std::ios::in | std::ios::out | std::ios::binary);
+    if (!in) return false;
+    const std::string bytes{std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()};
+    if (in.bad()) return false;
+    std::vector<LanguageEntry> entries;
+    if (!DecodeLanguageFile(bytes, entries)) return false;
+    for (LanguageEntry& entry : entries) strings_[entry.id] = std::move(entry.text);
+    return true;
+}
+
+const char* CStringManager::GetString(std::uint32_t id) {
+    std::lock_guard<std::mutex> lock(mutex_);
+    const auto it = strings_.find(id);
+    return it == strings_.end() ? nullptr : it->second.c_str();
+}
+
+std::string CStringManager::GetText(std::uint32_t id) {
+    const char* text = GetString(id);
+    return text == nullptr ? std::string() : std::string(text);
+}
+
+std::size_t CStringManager::Count() {
+    std::lock_guard<std::mutex> lock(mutex_);
+    return strings_.size();
+}
+
+}  // namespace tolvane

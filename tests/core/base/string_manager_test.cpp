@@ -1,0 +1,92 @@
+#include "core/base/string_manager.h"
+
+#include <gtest/gtest.h>
+
+#include <filesystem>
+
+#include "core/base/language_file.h"
+#include "tests/core/test_support.h"
+
+namespace tolvane {
+namespace {
+
+class StringManagerTest : public ::testing::Test {
+protected:
+    void SetUp() override { folder_.UseAsProgramFolder(); }
+    void TearDown() override { std::filesystem::permissions(Path(), std::filesystem::perms::owner_all, error_); }
+
+    std::string Path() const { return folder_.File("tolvane_ENU.dat"); }
+    void Write(const std::string& bytes) const { testing::WriteFileBytes(Path(), bytes); }
+    bool Load() const { return CStringManager::GetInstance().Load(kLanguageEnglish, kSubLanguageEnglishUs); }
+
+    static std::string Record(std::uint32_t id, std::uint32_t length, const std::string& utf16) {
+        std::string out;
+        for (int i = 0; i < 4; ++i) out += static_cast<char>(id >> (8 * i));
+        for (int i = 0; i < 4; ++i) out += static_cast<char>(length >> (8 * i));
+        return out + utf16;
+    }
+
+    testing::TemporaryFolder folder_;
+    std::error_code error_;
+};
+
+TEST_F(StringManagerTest, LoadsRecordsAndTheLastDuplicateWins) {
+    Write(EncodeLanguageFile({{10000, "Tolvane GPS Utilities"}, {7, "first"}, {7, "Grüße ✓"}}));
+    ASSERT_TRUE(Load());
+    EXPECT_STREQ(CStringManager::GetInstance().GetString(10000), "Tolvane GPS Utilities");
+    EXPECT_STREQ(CStringManager::GetInstance().GetString(7), "Grüße ✓");
+    EXPECT_EQ(CStringManager::GetInstance().GetString(8), nullptr);
+    EXPECT_EQ(CStringManager::GetInstance().GetText(8), "");
+}
+
+TEST_F(StringManagerTest, EmptyFileIsAGoodLoadWithNoStrings) {
+    Write("");
+    EXPECT_TRUE(Load());
+    EXPECT_EQ(CStringManager::GetInstance().Count(), 0u);
+}
+
+// Every broken file leaves an empty table, even after an earlier good load.
+TEST_F(StringManagerTest, BrokenFilesLeaveAnEmptyTable) {
+    const std::string good = EncodeLanguageFile({{1, "one"}, {2, "two"}});
+    const std::vector<std::pair<const char*, std::string>> cases = {
+        {"truncated text", good.substr(0, good.size() - 1)},
+        {"truncated id", good + "\x03\x00"},
+        {"truncated length", good + std::string("\x03\x00\x00\x00\x01", 5)},
+        {"zero length", good + Record(3, 0, "") + EncodeLanguageFile({{4, "four"}})},
+    };
+    for (const auto& [name, bytes] : cases) {
+        Write(good);
+        ASSERT_TRUE(Load());
+        Write(bytes);
+        EXPECT_FALSE(Load()) << name;
+        EXPECT_EQ(CStringManager::GetInstance().Count(), 0u) << name;
+    }
+}
+
+TEST_F(StringManagerTest, MissingOrReadOnlyFileFails) {
+    EXPECT_FALSE(Load());
+    Write(EncodeLanguageFile({{1, "one"}}));
+    std::filesystem::permissions(Path(), std::filesystem::perms::owner_read |
+                                             std::filesystem::perms::group_read);
+    EXPECT_FALSE(Load());
+    EXPECT_EQ(CStringManager::GetInstance().Count(), 0u);
+}
+
+TEST(LanguageSourceTest, ParsesEscapesAndReportsTheBadLine) {
+    std::vector<LanguageEntry> entries;
+    std::string error;
+    ASSERT_TRUE(ParseLanguageSource("# comment\r\n\n10\tA\\tB\\nC\\\\\r\n11\tx", entries, error));
+    ASSERT_EQ(entries.size(), 2u);
+    EXPECT_EQ(entries[0].text, "A\tB\nC\\");
+    EXPECT_EQ(FormatLanguageSourceLine(entries[0]), "10\tA\\tB\\nC\\\\");
+
+    EXPECT_FALSE(ParseLanguageSource("1\tok\n2 no tab\n", entries, error));
+    EXPECT_EQ(error, "line 2: expected an id, a tab and a text");
+    EXPECT_FALSE(ParseLanguageSource("x1\tbad id\n", entries, error));
+    EXPECT_FALSE(ParseLanguageSource("1\t\n", entries, error));
+    EXPECT_EQ(error, "line 1: the text is empty");
+    EXPECT_FALSE(ParseLanguageSource("1\tbad \\q\n", entries, error));
+}
+
+}  // namespace
+}  // namespace tolvane

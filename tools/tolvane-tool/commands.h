@@ -1,0 +1,29 @@
+#pragma once
+
+#include <iosfwd>
+#include <string>
+#include <vector>
+
+namespace tolvane::tool {
+
+inline constexpr int kExitOk = 0;
+inline constexpr int kExitFailure = 1;  // a file could not be read or written
+inline constexpr int kExitUsage = 2;    // the arguments were wrong
+
+using Arguments = std::vector<std::string>;
+
+// Each command gets the arguments after its own name.
+int RunOptionsCommand(const Arguments& arguments, std::ostream& out, std::ostream& err);
+int RunLangCommand(const Arguments& arguments, std::ostream& out, std::ostream& err);
+
+// The whole tool: argv[0] is the program name.
+int RunTool(const Arguments& arguments, std::ostream& out, std::ostream& err);
+
+// The usage text printed by --help and after a wrong argument.
+std::string UsageText();
+
+// Reads a whole file; on failure error says which file and why.
+bool ReadTextFile(const std::string& path, std::string& content, std::string& error);
+bool WriteTextFile(const std::string& path, const std::string& content, std::string& error);
+
+}  // namespace tolvane::tool
