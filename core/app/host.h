@@ -1,0 +1,30 @@
+#pragma once
+
+#include <string>
+
+#include "core/base/file_time.h"
+#include "core/base/services.h"
+
+namespace tolvane {
+
+enum class MessageIcon { kStop, kInformation, kQuestion };
+
+// Everything the core needs from the world it runs in: the window's host
+// (Qt), the command-line tool's quiet host and the tests' fakes implement it.
+class Host : public Clock, public TimerService, public SoundService, public ProcessRunner {
+public:
+    // A modal message box with the given caption.
+    virtual void ShowMessage(const std::string& text, const std::string& caption,
+                             MessageIcon icon) = 0;
+    // A yes/no question; true for yes.
+    virtual bool AskYesNo(const std::string& text, const std::string& caption) = 0;
+    // Invalidates the main window and repaints it at once.
+    virtual void Repaint() = 0;
+    // Keeps the machine from blanking the screen or suspending.
+    virtual void ResetIdleTimer() = 0;
+    // Called on the port reader thread after an RMC sentence was parsed;
+    // the host queues a notification to its user-interface thread.
+    virtual void NotifyRmcParsed() = 0;
+};
+
+}  // namespace tolvane
