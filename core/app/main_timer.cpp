@@ -5,7 +5,9 @@ namespace {
 
 constexpr int kIdleResetTicks = 7;
 
-bool HasFix(const GpsState& gps) { return gps.connected && gps.fixValid; }
+bool HasFix(const GpsState& gps) {
+    return gps.connected && gps.fixValid;
+}
 
 }  // namespace
 

@@ -32,7 +32,8 @@ void PublishUnprocessed(GpsState& state, const GpsFix& snapshot) {
     state.satellitesUsed = snapshot.satellitesUsed;
     std::copy(std::begin(snapshot.satPrn), std::end(snapshot.satPrn), state.satPrn);
     std::copy(std::begin(snapshot.satSnr), std::end(snapshot.satSnr), state.satSnr);
-    std::copy(std::begin(snapshot.satElevation), std::end(snapshot.satElevation), state.satElevation);
+    std::copy(std::begin(snapshot.satElevation), std::end(snapshot.satElevation),
+              state.satElevation);
     std::copy(std::begin(snapshot.satAzimuth), std::end(snapshot.satAzimuth), state.satAzimuth);
     state.pdop = snapshot.pdop;
     state.hdop = snapshot.hdop;
@@ -125,7 +126,7 @@ void PublishSmoothed(GpsState& state, ProcessorState& processor, const GpsFix& s
         estimate = {snapshot.latitude, snapshot.longitude, snapshot.speedKnots, 0, 0, 1};
     } else {
         SmoothingSlot& measurement = processor.measurement;
-        measurement = {snapshot.latitude, snapshot.longitude, snapshot.speedKnots,
+        measurement = {snapshot.latitude,         snapshot.longitude,     snapshot.speedKnots,
                        estimate.positionVariance, estimate.speedVariance, 1};
         // Latitude and longitude share one gain and one variance.
         const double positionGain = FilterGain(measurement.positionVariance, kPositionNoise);
@@ -164,10 +165,17 @@ void UpdateGpsState(GpsState& state, ProcessorState& processor, int dataProcesso
                     std::int32_t connected, const GpsFix& snapshot) {
     state.connected = connected;
     switch (dataProcessor) {
-        case kProcessorRaw: PublishRaw(state, processor, snapshot); break;
-        case kProcessorAveraging: PublishAveraged(state, processor, snapshot); break;
-        case kProcessorSmoothing: PublishSmoothed(state, processor, snapshot); break;
-        default: break;  // an unknown processor publishes nothing
+        case kProcessorRaw:
+            PublishRaw(state, processor, snapshot);
+            break;
+        case kProcessorAveraging:
+            PublishAveraged(state, processor, snapshot);
+            break;
+        case kProcessorSmoothing:
+            PublishSmoothed(state, processor, snapshot);
+            break;
+        default:
+            break;  // an unknown processor publishes nothing
     }
     ApplyTimeRule(state, snapshot);
 }

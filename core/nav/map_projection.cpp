@@ -20,8 +20,8 @@ int StretchIndex(double latitude) {
 
 void MapProjection::BuildStretchTable() {
     for (int k = 0; k < kStretchTableSize; ++k) {
-        table_[k] = kKmPerDegreeLongitudeAtEquator /
-                    (114.413 * std::cos(k * kRadiansPerDegree) - 0.094 * std::cos(k * 0.05235987755982989));
+        table_[k] = kKmPerDegreeLongitudeAtEquator / (114.413 * std::cos(k * kRadiansPerDegree) -
+                                                      0.094 * std::cos(k * 0.05235987755982989));
     }
 }
 

@@ -8,7 +8,7 @@ inline constexpr int kStretchTableSize = 81;
 // latitude to y by summing per-degree stretch factors built from the same
 // degree lengths as DistanceKm. Cut at 80 degrees north and south.
 class MapProjection {
-public:
+  public:
     MapProjection() { BuildStretchTable(); }
 
     // Builds the stretch table: the length of a degree of longitude at the
@@ -36,7 +36,7 @@ public:
 
     double StretchFactor(int degree) const { return table_[degree]; }
 
-private:
+  private:
     double table_[kStretchTableSize];
     int scale_ = 1;
 };

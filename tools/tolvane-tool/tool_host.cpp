@@ -11,7 +11,9 @@ int ToolHost::StartTimer(int /*intervalMilliseconds*/, std::function<void()> cal
     return id;
 }
 
-void ToolHost::KillTimer(int timerId) { timers_.erase(timerId); }
+void ToolHost::KillTimer(int timerId) {
+    timers_.erase(timerId);
+}
 
 void ToolHost::FireTimers() {
     // A callback may kill timers (the watchdog stops the source), so the

@@ -12,8 +12,9 @@ namespace tolvane::tool {
 // error, and the timers are fired by the tool's own loop (the replay fires
 // them once per second of the recording, the watch once per real second).
 class ToolHost final : public Host {
-public:
-    ToolHost(const Clock& clock, SoundService& sound, ProcessRunner& processes, std::ostream& messages)
+  public:
+    ToolHost(const Clock& clock, SoundService& sound, ProcessRunner& processes,
+             std::ostream& messages)
         : clock_(clock), sound_(sound), processes_(processes), messages_(messages) {}
 
     FileTime NowUtc() const override { return clock_.NowUtc(); }
@@ -29,19 +30,21 @@ public:
     bool StopSound() override { return sound_.StopSound(); }
     bool PlayLimitBeep() override { return sound_.PlayLimitBeep(); }
 
-    bool RunAndWait(const std::string& program, const std::vector<std::string>& arguments) override {
+    bool RunAndWait(const std::string& program,
+                    const std::vector<std::string>& arguments) override {
         return processes_.RunAndWait(program, arguments);
     }
     std::string TemporaryFolder() const override { return processes_.TemporaryFolder(); }
 
-    void ShowMessage(const std::string& text, const std::string& caption, MessageIcon icon) override;
+    void ShowMessage(const std::string& text, const std::string& caption,
+                     MessageIcon icon) override;
     // A script cannot answer questions: the answer is always no.
     bool AskYesNo(const std::string& text, const std::string& caption) override;
     void Repaint() override {}
     void ResetIdleTimer() override {}
     void NotifyRmcParsed() override {}
 
-private:
+  private:
     const Clock& clock_;
     SoundService& sound_;
     ProcessRunner& processes_;

@@ -6,7 +6,7 @@ namespace tolvane {
 namespace {
 
 class CountingHost final : public Host {
-public:
+  public:
     FileTime NowUtc() const override { return 0; }
     int StartTimer(int, std::function<void()>) override { return 1; }
     void KillTimer(int) override {}

@@ -20,7 +20,7 @@ GpsFix Fix(double latitude, double longitude, double speedKnots = 0, double alti
 }
 
 class ProcessorTest : public ::testing::Test {
-protected:
+  protected:
     void Tick(int processor, const GpsFix& fix, std::int32_t connected = 1) {
         UpdateGpsState(state_, processor_, processor, connected, fix);
     }
