@@ -21,13 +21,17 @@ std::vector<std::string> FindPlayer() {
     return {};
 }
 
-bool IsReadableFile(const std::string& path) { return access(path.c_str(), R_OK) == 0; }
+bool IsReadableFile(const std::string& path) {
+    return access(path.c_str(), R_OK) == 0;
+}
 
 }  // namespace
 
 CommandLineSoundService::CommandLineSoundService() : playerCommand_(FindPlayer()) {}
 
-CommandLineSoundService::~CommandLineSoundService() { StopPlayer(); }
+CommandLineSoundService::~CommandLineSoundService() {
+    StopPlayer();
+}
 
 bool CommandLineSoundService::PlaySoundFile(const std::string& path, SoundMode mode) {
     StopPlayer();

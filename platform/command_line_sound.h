@@ -15,7 +15,7 @@ namespace tolvane::platform {
 // without an audio device, because the program repeats sound calls until
 // they succeed.
 class CommandLineSoundService final : public SoundService {
-public:
+  public:
     CommandLineSoundService();
     ~CommandLineSoundService() override;
     CommandLineSoundService(const CommandLineSoundService&) = delete;
@@ -27,7 +27,7 @@ public:
     // The tool has no built-in sounds.
     bool PlayLimitBeep() override { return true; }
 
-private:
+  private:
     void StopPlayer();
 
     std::vector<std::string> playerCommand_;  // program and options; empty without a player

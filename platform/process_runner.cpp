@@ -17,7 +17,7 @@ namespace {
 
 // The posix_spawn attribute and file-action objects, released on every path.
 class SpawnSettings {
-public:
+  public:
     SpawnSettings() {
         attributesReady_ = posix_spawnattr_init(&attributes_) == 0;
         actionsReady_ = posix_spawn_file_actions_init(&actions_) == 0;
@@ -42,14 +42,14 @@ public:
         }
         argv.push_back(nullptr);
         pid_t process = -1;
-        if (posix_spawn(&process, program.c_str(), &actions_, &attributes_, argv.data(),
-                        environ) != 0) {
+        if (posix_spawn(&process, program.c_str(), &actions_, &attributes_, argv.data(), environ) !=
+            0) {
             return -1;
         }
         return process;
     }
 
-private:
+  private:
     // Our threads may block or ignore signals (a closed pipe, for one); the
     // child must start clean, or it could not even be stopped.
     bool PrepareSignals(const ChildSetup& setup) {
@@ -57,7 +57,7 @@ private:
         sigset_t defaults;
         sigemptyset(&none);
         sigemptyset(&defaults);
-        for (int signal : {SIGTERM, SIGINT, SIGHUP, SIGPIPE, SIGCHLD}) sigaddset(&defaults, signal);
+        for (int number : {SIGTERM, SIGINT, SIGHUP, SIGPIPE, SIGCHLD}) sigaddset(&defaults, number);
         short flags = POSIX_SPAWN_SETSIGMASK | POSIX_SPAWN_SETSIGDEF;
         if (setup.ownProcessGroup) flags |= POSIX_SPAWN_SETPGROUP;
         return posix_spawnattr_setsigmask(&attributes_, &none) == 0 &&

@@ -39,7 +39,7 @@ std::string WithoutTrailingSlash(std::string folder);
 // Runs the speech engine and waits for it; the temporary folder is $TMPDIR,
 // else /tmp.
 class LinuxProcessRunner final : public ProcessRunner {
-public:
+  public:
     bool RunAndWait(const std::string& program, const std::vector<std::string>& arguments) override;
     std::string TemporaryFolder() const override;
 };

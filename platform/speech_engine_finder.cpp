@@ -14,9 +14,9 @@ constexpr const char* kEngineNames[] = {"espeak-ng", "espeak"};
 std::string FindSpeechEngine(const char* engineFolder, const char* searchPath) {
     const bool folderConfigured = engineFolder != nullptr && *engineFolder != '\0';
     for (const char* name : kEngineNames) {
-        const std::string program =
-            folderConfigured ? WithoutTrailingSlash(engineFolder) + "/" + name
-                             : FindProgramOnPath(name, searchPath);
+        const std::string program = folderConfigured
+                                        ? WithoutTrailingSlash(engineFolder) + "/" + name
+                                        : FindProgramOnPath(name, searchPath);
         if (!program.empty() && IsExecutableFile(program)) return program;
     }
     return {};

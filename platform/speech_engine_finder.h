@@ -9,7 +9,7 @@ namespace tolvane::platform {
 // Finds eSpeak: in the folder named by $TOLVANE_ESPEAK_DIR when that is set,
 // else on $PATH; "espeak-ng" is preferred over the older "espeak".
 class LinuxSpeechEngineFinder final : public SpeechEngineFinder {
-public:
+  public:
     std::string FindEngineProgram() const override;
 };
 

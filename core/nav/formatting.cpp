@@ -57,8 +57,10 @@ std::string CoordinateDigits(int coordFormat, const CoordinateAxis& axis, double
         case kDegMin:
             return Printf(axis.degreesFormat, TruncateToInt(degrees)) + kDegreeSign +
                    Printf("%07.4f", minutes) + "'";
-        case kDecimalDeg: return Printf(axis.decimalFormat, value) + kDegreeSign;
-        default: return {};
+        case kDecimalDeg:
+            return Printf(axis.decimalFormat, value) + kDegreeSign;
+        default:
+            return {};
     }
 }
 
@@ -84,17 +86,26 @@ void FormatCoordinate(int coordFormat, HemisphereStyle style, double value,
 
 const char* SpeedUnitText(int unitSystem) {
     switch (unitSystem) {
-        case kMetric: return "km/h";
-        case kImperial: return "MPH";
-        default: return "kts";
+        case kMetric:
+            return "km/h";
+        case kImperial:
+            return "MPH";
+        default:
+            return "kts";
     }
 }
 
-const char* AltitudeUnitText(int unitSystem) { return unitSystem == kMetric ? "m" : "ft"; }
+const char* AltitudeUnitText(int unitSystem) {
+    return unitSystem == kMetric ? "m" : "ft";
+}
 
-const char* LongDistanceUnitText(int unitSystem) { return unitSystem == kMetric ? "km" : "mile"; }
+const char* LongDistanceUnitText(int unitSystem) {
+    return unitSystem == kMetric ? "km" : "mile";
+}
 
-const char* ShortDistanceUnitText(int unitSystem) { return AltitudeUnitText(unitSystem); }
+const char* ShortDistanceUnitText(int unitSystem) {
+    return AltitudeUnitText(unitSystem);
+}
 
 void FormatDistance(int unitSystem, double km, std::string* out) {
     if (out == nullptr) return;
@@ -120,10 +131,14 @@ void FormatLongitude(int coordFormat, HemisphereStyle style, double degrees, std
 std::string CoordFormatEntryText(int coordFormat) {
     const std::string degree = kDegreeSign;
     switch (coordFormat) {
-        case kDegMinSec: return "WGS84 dd" + degree + "mm'ss.ss\"";
-        case kDegMin: return "WGS84 dd" + degree + "mm.mmmm'";
-        case kDecimalDeg: return "WGS84 dd.dddddd" + degree;
-        default: return {};
+        case kDegMinSec:
+            return "WGS84 dd" + degree + "mm'ss.ss\"";
+        case kDegMin:
+            return "WGS84 dd" + degree + "mm.mmmm'";
+        case kDecimalDeg:
+            return "WGS84 dd.dddddd" + degree;
+        default:
+            return {};
     }
 }
 

@@ -14,9 +14,9 @@ enum class HemisphereStyle { kHemisphereFirst, kHemisphereLast };
 // Unit texts of a unit system. Any system other than Metric uses the texts
 // of the unit its values are converted to (knots for speed, feet and miles
 // for lengths), so a value and its unit never disagree.
-const char* SpeedUnitText(int unitSystem);     // "km/h", "MPH", "kts"
-const char* AltitudeUnitText(int unitSystem);  // "m", "ft"; also the proximity range unit
-const char* LongDistanceUnitText(int unitSystem);  // "km", "mile"
+const char* SpeedUnitText(int unitSystem);          // "km/h", "MPH", "kts"
+const char* AltitudeUnitText(int unitSystem);       // "m", "ft"; also the proximity range unit
+const char* LongDistanceUnitText(int unitSystem);   // "km", "mile"
 const char* ShortDistanceUnitText(int unitSystem);  // "m", "ft"
 
 // Writes the text of a distance given in km into out, for example

@@ -1,7 +1,5 @@
 #include "core/nav/navigation.h"
 
-#include <limits>
-
 #include "core/base/services.h"
 #include "core/data/options.h"
 #include "core/gps/gps_state.h"
@@ -73,31 +71,19 @@ bool CopyCurrentDestination(Navigation& navigation, GeoPoint& destination) {
     return true;
 }
 
-void UpdateDestinationFigures(GpsState& state, const Options& options, Navigation& navigation) {
-    {
-        const Guard guard(navigation.lock);
-        if (options.navigation != 0 && navigation.current != kNoDestination) {
-            const GeoPoint& destination =
-                DestinationAt(navigation.destinations, navigation.current);
-            state.destinationDistanceKm = DistanceKm(state.latitude, state.longitude,
-                                                     destination.latitude, destination.longitude);
-        }
-    }
-    state.destinationSeconds = DestinationSeconds(state.destinationDistanceKm, state.speedKnots);
-}
-
-std::int32_t DestinationSeconds(double distanceKm, double speedKnots) {
-    if (!(speedKnots > 0)) return -1;
-    const double seconds = distanceKm / (speedKnots * kKmPerNauticalMile) * 3600;
-    // A crawl towards a far destination can exceed the counter; it then
-    // saturates instead of wrapping.
-    constexpr std::int32_t kLongest = std::numeric_limits<std::int32_t>::max();
-    return seconds < static_cast<double>(kLongest) ? static_cast<std::int32_t>(seconds) : kLongest;
+bool UpdateDestinationFigures(Navigation& navigation, const Options& options, double latitude,
+                              double longitude, double& km) {
+    const Guard guard(navigation.lock);
+    if (options.navigation == 0 || navigation.current == kNoDestination) return false;
+    const GeoPoint& destination = DestinationAt(navigation.destinations, navigation.current);
+    km = DistanceKm(latitude, longitude, destination.latitude, destination.longitude);
+    return true;
 }
 
 double ProximityRangeKm(const GeoPoint& destination, const Options& options) {
     const bool useDefault = options.alwaysUseDefaultRange != 0 || destination.proximityRange == -1;
-    const std::int32_t range = useDefault ? options.defaultProximityRange : destination.proximityRange;
+    const std::int32_t range =
+        useDefault ? options.defaultProximityRange : destination.proximityRange;
     return range * (options.unitSystem == kMetric ? kKmPerRangeMetre : kKmPerRangeFoot);
 }
 

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <cstdint>
 #include <mutex>
 
 #include "core/base/dynamic_list.h"
@@ -52,13 +51,13 @@ int CurrentDestinationIndex(Navigation& navigation);
 // Copies the current destination into destination; false when there is none.
 bool CopyCurrentDestination(Navigation& navigation, GeoPoint& destination);
 
-// The per-second figures of a valid fix: with navigation switched on and a
-// current destination, the distance to it (under the lock); then the time
-// to reach it at the current speed, -1 while standing still.
-void UpdateDestinationFigures(GpsState& state, const Options& options, Navigation& navigation);
-
-// Seconds to cover distanceKm at speedKnots, truncated; -1 when not moving.
-std::int32_t DestinationSeconds(double distanceKm, double speedKnots);
+// The distance half of the per-second destination figures, in the shape of
+// the trip statistics' DestinationDistance: with navigation switched on and a
+// current destination, km becomes the distance from the given position to it
+// (computed under the lock). False, km untouched, otherwise. The time to the
+// destination is derived from it with the trip statistics.
+bool UpdateDestinationFigures(Navigation& navigation, const Options& options, double latitude,
+                              double longitude, double& km);
 
 // The arrival range of a destination in km: the default range when "Always
 // use default range" is set or the destination has none (-1), else its own;

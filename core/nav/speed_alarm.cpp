@@ -24,7 +24,9 @@ void StopAlarm(AlarmSound& alarm, SoundService& sound) {
     alarm.sounding = false;
 }
 
-bool IsLimitIndex(int index) { return index >= 0 && index <= kLastSpeedAlarm; }
+bool IsLimitIndex(int index) {
+    return index >= 0 && index <= kLastSpeedAlarm;
+}
 
 }  // namespace
 
@@ -52,7 +54,9 @@ int StepSpeedAlarmIndex(int index, SpeedAlarmStep step) {
     return index < kLastSpeedAlarm ? index + 1 : kLastSpeedAlarm;
 }
 
-int SpeedAlarmCommand(int index) { return kCommandFirstSpeedAlarm + index; }
+int SpeedAlarmCommand(int index) {
+    return kCommandFirstSpeedAlarm + index;
+}
 
 bool SpeedAlarmIndexFromCommand(int command, int& index) {
     if (command < kCommandSpeedAlarmOff || command > kCommandLastSpeedAlarm) return false;

@@ -14,7 +14,7 @@ inline constexpr char kVoiceGuideWaveName[] = "geotool_goto_voice_guide.wav";
 // Where the eSpeak program is installed; platform/ looks at the configured
 // folder and the search path.
 class SpeechEngineFinder {
-public:
+  public:
     virtual ~SpeechEngineFinder() = default;
     // The full path of an existing engine program, empty when there is none.
     virtual std::string FindEngineProgram() const = 0;
@@ -24,7 +24,7 @@ public:
 // writes the text to a wave file, which is then played. Only engine index 0,
 // eSpeak, exists; every other index is unavailable.
 class VoiceGuide {
-public:
+  public:
     VoiceGuide(const SpeechEngineFinder& finder, ProcessRunner& processes, SoundService& sound)
         : finder_(finder), processes_(processes), sound_(sound) {}
 
@@ -35,7 +35,7 @@ public:
     // the sound could be played is not checked. Callers refuse empty texts.
     bool SpeakText(int engineIndex, const std::string& text);
 
-private:
+  private:
     std::string EngineProgram(int engineIndex) const;
 
     const SpeechEngineFinder& finder_;

@@ -1,10 +1,9 @@
 #include "platform/process_runner.h"
 
 #include <fcntl.h>
+#include <gtest/gtest.h>
 #include <sys/stat.h>
 #include <unistd.h>
-
-#include <gtest/gtest.h>
 
 #include "platform/command_line_sound.h"
 #include "tests/core/test_support.h"

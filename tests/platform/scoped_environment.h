@@ -9,7 +9,7 @@ namespace tolvane::testing {
 // Sets (or, for null, removes) an environment variable for one scope and
 // restores its old value afterwards.
 class ScopedEnvironment {
-public:
+  public:
     ScopedEnvironment(std::string name, const char* value) : name_(std::move(name)) {
         if (const char* old = std::getenv(name_.c_str())) old_ = old;
         Set(value);
@@ -18,7 +18,7 @@ public:
     ScopedEnvironment(const ScopedEnvironment&) = delete;
     ScopedEnvironment& operator=(const ScopedEnvironment&) = delete;
 
-private:
+  private:
     void Set(const char* value) {
         if (value != nullptr) {
             setenv(name_.c_str(), value, 1);

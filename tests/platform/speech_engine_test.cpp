@@ -1,6 +1,5 @@
-#include <sys/stat.h>
-
 #include <gtest/gtest.h>
+#include <sys/stat.h>
 
 #include <cstdint>
 #include <string>
@@ -31,7 +30,8 @@ void WriteExecutable(const std::string& path) {
 std::uint32_t ReadLittleEndian32(const std::string& bytes, std::size_t offset) {
     std::uint32_t value = 0;
     for (int i = 3; i >= 0; --i) {
-        value = value << 8 | static_cast<unsigned char>(bytes[offset + static_cast<std::size_t>(i)]);
+        value =
+            value << 8 | static_cast<unsigned char>(bytes[offset + static_cast<std::size_t>(i)]);
     }
     return value;
 }
@@ -77,7 +77,7 @@ TEST(SpeechEngineFinderTest, SearchPathPrefersEspeakNgAnywhere) {
 
 // Counts what reaches the real sound service.
 class CountingSound : public SoundService {
-public:
+  public:
     bool PlaySoundFile(const std::string& path, SoundMode mode) override {
         plays.push_back(path);
         return inner_.PlaySoundFile(path, mode);
@@ -87,13 +87,13 @@ public:
 
     std::vector<std::string> plays;
 
-private:
+  private:
     CommandLineSoundService inner_;
 };
 
 // The real engine and the real process runner, as on arrival.
 class SpokenArrivalTest : public ::testing::Test {
-protected:
+  protected:
     SpokenArrivalTest() {
         ResetOptions(options);
         state.connected = 1;

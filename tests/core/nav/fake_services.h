@@ -11,7 +11,7 @@ namespace tolvane::testing {
 // Records every sound call; each call can be made to fail a number of times
 // first, as a busy audio device would.
 class RecordingSound : public SoundService {
-public:
+  public:
     struct Call {
         std::string what;  // "play", "stop" or "beep"
         std::string path;
@@ -34,7 +34,7 @@ public:
     std::vector<Call> calls;
     int failuresBeforeSuccess = 0;
 
-private:
+  private:
     bool Answer() {
         if (failuresBeforeSuccess == 0) return true;
         --failuresBeforeSuccess;
@@ -44,8 +44,9 @@ private:
 
 // Records the programs it is asked to run instead of running them.
 class FakeProcessRunner : public ProcessRunner {
-public:
-    bool RunAndWait(const std::string& program, const std::vector<std::string>& arguments) override {
+  public:
+    bool RunAndWait(const std::string& program,
+                    const std::vector<std::string>& arguments) override {
         std::vector<std::string> run = {program};
         run.insert(run.end(), arguments.begin(), arguments.end());
         runs.push_back(run);
@@ -58,7 +59,7 @@ public:
 };
 
 class FakeEngineFinder : public SpeechEngineFinder {
-public:
+  public:
     std::string FindEngineProgram() const override { return program; }
 
     std::string program = "/usr/bin/espeak-ng";

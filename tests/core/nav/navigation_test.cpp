@@ -3,9 +3,9 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
-#include <limits>
 
 #include "core/data/options.h"
+#include "core/gps/gps_processing.h"
 #include "core/gps/gps_state.h"
 #include "core/nav/distance.h"
 #include "core/nav/speed_alarm.h"
@@ -26,7 +26,7 @@ GeoPoint Destination(double latitude, double longitude, int range = -1, std::str
 }
 
 class NavigationTest : public ::testing::Test {
-protected:
+  protected:
     NavigationTest() {
         ResetOptions(options);
         options.voiceGuide = 0;
@@ -153,24 +153,31 @@ TEST_F(NavigationTest, EmptyListLeavesEveryCommandWithoutEffect) {
     EXPECT_TRUE(sound.calls.empty());
 }
 
-TEST_F(NavigationTest, FiguresFollowTheFixAndTheSpeed) {
+TEST_F(NavigationTest, DistanceFeedsTheTripStatistics) {
     Open({Destination(0, 1)});
+    const DestinationDistance distance = [&](double latitude, double longitude, double& km) {
+        return UpdateDestinationFigures(navigation, options, latitude, longitude, km);
+    };
     state.speedKnots = 10;
-    UpdateDestinationFigures(state, options, navigation);
+    AdvanceTripStatistics(state, distance);
     EXPECT_NEAR(state.destinationDistanceKm, 114.319, 1e-9);
     EXPECT_EQ(state.destinationSeconds, 22221);  // 114.319 km at 18.52 km/h
 
     state.speedKnots = 0;
-    UpdateDestinationFigures(state, options, navigation);
+    AdvanceTripStatistics(state, distance);
     EXPECT_EQ(state.destinationSeconds, -1);
 
     // Navigation switched off keeps the last distance.
     options.navigation = 0;
     state.latitude = 5;
-    UpdateDestinationFigures(state, options, navigation);
+    AdvanceTripStatistics(state, distance);
     EXPECT_NEAR(state.destinationDistanceKm, 114.319, 1e-9);
 
-    EXPECT_EQ(DestinationSeconds(1e9, 1e-9), std::numeric_limits<std::int32_t>::max());
+    options.navigation = 1;
+    CloseDestinationList(navigation);
+    double km = -1;
+    EXPECT_FALSE(UpdateDestinationFigures(navigation, options, 0, 0, km));
+    EXPECT_EQ(km, -1);
 }
 
 TEST_F(NavigationTest, RangeInMetresOrFeet) {

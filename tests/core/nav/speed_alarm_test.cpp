@@ -11,7 +11,7 @@ namespace tolvane {
 namespace {
 
 class SpeedAlarmTest : public ::testing::Test {
-protected:
+  protected:
     SpeedAlarmTest() {
         ResetOptions(options);
         state.connected = 1;
@@ -53,12 +53,12 @@ TEST_F(SpeedAlarmTest, SpeedAtTheLimitStartsTheLoopOnceAndBelowStopsIt) {
 
 TEST_F(SpeedAlarmTest, LimitsAreReadInTheCurrentSpeedUnit) {
     options.unitSystem = kMetric;
-    options.speedAlarmIndex = 0;  // 50 km/h
+    options.speedAlarmIndex = 0;            // 50 km/h
     EXPECT_EQ(Check(27.0), Calls{"play"});  // 50.004 km/h
     options.speedAlarmIndex = 4;            // 90 km/h
     EXPECT_EQ(Check(27.0), Calls{"stop"});
     options.unitSystem = kImperial;
-    options.speedAlarmIndex = 0;  // 50 mph
+    options.speedAlarmIndex = 0;      // 50 mph
     EXPECT_EQ(Check(43.0), Calls{});  // 49.493 mph
     EXPECT_EQ(Check(43.5), Calls{"play"});
 }

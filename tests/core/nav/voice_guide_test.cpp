@@ -10,7 +10,7 @@ namespace {
 using Arguments = std::vector<std::string>;
 
 class VoiceGuideTest : public ::testing::Test {
-protected:
+  protected:
     testing::FakeEngineFinder finder;
     testing::FakeProcessRunner runner;
     testing::RecordingSound sound;
