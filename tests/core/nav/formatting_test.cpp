@@ -78,14 +78,7 @@ TEST(FormattingTest, ValuesNoCoordinateHasDoNotOverflow) {
     EXPECT_EQ(Longitude(kDegMinSec, kLast, -3e9), "000°00'00.00\" W");
 }
 
-TEST(FormattingTest, UnitTextsAndFormatEntries) {
-    EXPECT_STREQ(SpeedUnitText(kMetric), "km/h");
-    EXPECT_STREQ(SpeedUnitText(kImperial), "MPH");
-    EXPECT_STREQ(SpeedUnitText(kNautical), "kts");
-    EXPECT_STREQ(AltitudeUnitText(kMetric), "m");
-    EXPECT_STREQ(AltitudeUnitText(kNautical), "ft");
-    EXPECT_STREQ(LongDistanceUnitText(kImperial), "mile");
-    EXPECT_STREQ(ShortDistanceUnitText(kMetric), "m");
+TEST(FormattingTest, FormatEntriesCarryTheirSeparators) {
     EXPECT_EQ(CoordFormatEntryText(kDegMinSec), "WGS84 dd°mm'ss.ss\"");
     EXPECT_EQ(CoordFormatEntryText(kDegMin), "WGS84 dd°mm.mmmm'");
     EXPECT_EQ(CoordFormatEntryText(kDecimalDeg), "WGS84 dd.dddddd°");
