@@ -67,7 +67,9 @@ struct FileCloser {
     void operator()(std::FILE* file) const { std::fclose(file); }
 };
 
-char AsciiLower(char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; }
+char AsciiLower(char c) {
+    return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
+}
 
 bool EqualsIgnoringCase(std::string_view a, std::string_view b) {
     if (a.size() != b.size()) return false;
@@ -138,7 +140,9 @@ std::optional<GeoPoint> ParsePointLine(std::string_view line) {
 
 }  // namespace
 
-std::string CleanVoiceGuide(std::string_view text) { return ReplaceWithBlanks(text, "\r\n\","); }
+std::string CleanVoiceGuide(std::string_view text) {
+    return ReplaceWithBlanks(text, "\r\n\",");
+}
 
 int CategoryFromText(std::string& text) {
     for (int index = 1; index <= kPoiCategoryCount; ++index) {

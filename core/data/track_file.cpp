@@ -106,8 +106,17 @@ std::string PointText(std::int32_t format, const GpsState& gps, const CivilTime&
                           logTime.c_str(), gps.latitude, gps.longitude, gps.altitude, gps.course,
                           gps.speedKnots * kKmhPerKnot);
     }
-    return FormatText(kLogLineFormat, gps.longitude, gps.latitude, logTime.c_str(),
-                      gps.speedKnots, gps.course, gps.altitude);
+    return FormatText(kLogLineFormat, gps.longitude, gps.latitude, logTime.c_str(), gps.speedKnots,
+                      gps.course, gps.altitude);
+}
+
+// Track files are written unbuffered, so each text goes to the file in a
+// single write: a process killed at any moment leaves either the old document
+// or the new one, both complete. The mode must be set before anything else
+// is done with the stream.
+FilePointer Unbuffered(std::FILE* file) {
+    if (file != nullptr) std::setvbuf(file, nullptr, _IONBF, 0);
+    return FilePointer(file);
 }
 
 // Opens for writing without ever truncating: an existing file is opened as
@@ -115,14 +124,10 @@ std::string PointText(std::int32_t format, const GpsState& gps, const CivilTime&
 FilePointer OpenAlways(const std::string& path) {
     std::FILE* file = std::fopen(path.c_str(), "r+b");
     if (file == nullptr && errno == ENOENT) file = std::fopen(path.c_str(), "w+b");
-    return FilePointer(file);
+    return Unbuffered(file);
 }
 
-// Unbuffered, so the whole text goes to the file in a single write: a
-// process killed at any moment leaves either the old document or the new
-// one, both complete.
-void WriteInOneCall(std::FILE* file, const std::string& text) {
-    std::setvbuf(file, nullptr, _IONBF, 0);
+void Write(std::FILE* file, const std::string& text) {
     std::fwrite(text.data(), 1, text.size(), file);
 }
 
@@ -134,15 +139,15 @@ bool InsertBeforeTrailer(const std::string& path, const std::string& text, const
     if (!file) return false;
     const long trailerLength = static_cast<long>(std::strlen(trailer));
     if (std::fseek(file.get(), -trailerLength, SEEK_END) == 0) {
-        WriteInOneCall(file.get(), text + trailer);
+        Write(file.get(), text + trailer);
     }
     return true;
 }
 
 bool AppendLine(const std::string& path, const std::string& line) {
-    const FilePointer file(std::fopen(path.c_str(), "ab"));
+    const FilePointer file = Unbuffered(std::fopen(path.c_str(), "ab"));
     if (!file) return false;
-    WriteInOneCall(file.get(), line);
+    Write(file.get(), line);
     return true;
 }
 
@@ -166,14 +171,17 @@ std::optional<CivilTime> ParseLogTime(std::string_view text) {
     const std::string_view time = text.substr(space + 1);
     if (time.size() != 8 || time[2] != ':' || time[5] != ':') return std::nullopt;
     const std::size_t yearLength = date.size() - kMonthDayLength;
-    const std::optional<int> fields[6] = {
-        Digits(date.substr(0, yearLength)), Digits(date.substr(yearLength, 2)),
-        Digits(date.substr(yearLength + 2, 2)), Digits(time.substr(0, 2)),
-        Digits(time.substr(3, 2)), Digits(time.substr(6, 2))};
+    const std::optional<int> fields[6] = {Digits(date.substr(0, yearLength)),
+                                          Digits(date.substr(yearLength, 2)),
+                                          Digits(date.substr(yearLength + 2, 2)),
+                                          Digits(time.substr(0, 2)),
+                                          Digits(time.substr(3, 2)),
+                                          Digits(time.substr(6, 2))};
     for (const std::optional<int>& field : fields) {
         if (!field) return std::nullopt;
     }
-    const CivilTime civil{*fields[0], *fields[1], *fields[2], *fields[3], *fields[4], *fields[5], 0};
+    const CivilTime civil{*fields[0], *fields[1], *fields[2], *fields[3],
+                          *fields[4], *fields[5], 0};
     if (!CivilToFileTime(civil)) return std::nullopt;
     return civil;
 }
@@ -199,13 +207,14 @@ void StartTrackFile(const Options& options, const std::string& trackLogFolder, c
                     std::string& currentPath) {
     if (!options.trackLoggerEnabled) return;
     const std::int32_t format = options.trackLogFormat;
-    const std::string stamp = FormatCivil(kFileStampFormat, FileTimeToCivil(UtcToLocal(clock.NowUtc())));
+    const std::string stamp =
+        FormatCivil(kFileStampFormat, FileTimeToCivil(UtcToLocal(clock.NowUtc())));
     currentPath = trackLogFolder + "/" + stamp + FileExtension(format);
     if (format != kTrackFormatGpx && format != kTrackFormatKml) return;
 
     const FilePointer file = OpenAlways(currentPath);
     if (!file) return;
-    WriteInOneCall(file.get(), Header(format, stamp) + Trailer(format));
+    Write(file.get(), Header(format, stamp) + Trailer(format));
 }
 
 void AppendTrackPoint(const Options& options, const GpsState& gps, const Clock& clock,
@@ -222,7 +231,8 @@ void AppendTrackPoint(const Options& options, const GpsState& gps, const Clock& 
                             ? InsertBeforeTrailer(currentPath, text, Trailer(format))
                             : AppendLine(currentPath, text);
     if (!opened) return;
-    track.Append(TrackPoint{static_cast<float>(gps.latitude), static_cast<float>(gps.longitude), utc});
+    track.Append(
+        TrackPoint{static_cast<float>(gps.latitude), static_cast<float>(gps.longitude), utc});
 }
 
 TrackLogReadResult ReadTrackLogFile(const std::string& path, DynamicList<TrackPoint>& track) {

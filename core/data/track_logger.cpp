@@ -59,7 +59,8 @@ void RestartTrackFile(TrackLogger& logger, Options& options, std::int32_t format
     StartTrackFile(options, trackLogFolder, clock, logger.currentPath);
 }
 
-TrackLogReadResult ViewTrackLogFile(TrackLogger& logger, Options& options, const std::string& path) {
+TrackLogReadResult ViewTrackLogFile(TrackLogger& logger, Options& options,
+                                    const std::string& path) {
     const std::lock_guard<std::mutex> guard(logger.lock);
     logger.viewedTrack.Clear();
     const TrackLogReadResult result = ReadTrackLogFile(path, logger.viewedTrack);
