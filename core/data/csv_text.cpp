@@ -4,14 +4,9 @@
 #include <cmath>
 #include <cstdarg>
 #include <cstdio>
-#include <memory>
 
 namespace tolvane {
 namespace {
-
-struct FileCloser {
-    void operator()(std::FILE* file) const { std::fclose(file); }
-};
 
 std::string_view TrimBlanks(std::string_view text) {
     const std::size_t first = text.find_first_not_of(" \t");
@@ -55,7 +50,7 @@ std::string FormatText(const char* format, ...) {
 }
 
 bool ReadTextLines(const std::string& path, const std::function<void(std::string_view)>& onLine) {
-    const std::unique_ptr<std::FILE, FileCloser> file(std::fopen(path.c_str(), "rb"));
+    const FilePointer file(std::fopen(path.c_str(), "rb"));
     if (!file) return false;
     std::string line;
     char chunk[8192];

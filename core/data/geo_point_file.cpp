@@ -1,13 +1,11 @@
 #include "core/data/geo_point_file.h"
 
 #include <cstdio>
-#include <memory>
 #include <optional>
 #include <vector>
 
 #include "core/base/string_manager.h"
 #include "core/base/text_encoding.h"
-#include "core/data/csv_text.h"
 
 namespace tolvane {
 namespace {
@@ -62,10 +60,6 @@ constexpr std::size_t kRangeColumn = 4;
 constexpr std::size_t kVoiceColumn = 5;
 constexpr std::size_t kCommentColumn = 8;
 constexpr std::size_t kColumnCount = 9;
-
-struct FileCloser {
-    void operator()(std::FILE* file) const { std::fclose(file); }
-};
 
 char AsciiLower(char c) {
     return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
@@ -165,7 +159,7 @@ bool SavePointFile(const std::string& path, DynamicList<GeoPoint>& points) {
     std::string text;
     points.ForEach([&](const GeoPoint& point) { text += PointLine(point); });
     const std::string bytes = Utf8ToWindows1252(text);
-    std::unique_ptr<std::FILE, FileCloser> file(std::fopen(path.c_str(), "wb"));
+    FilePointer file(std::fopen(path.c_str(), "wb"));
     if (!file) return false;
     const bool written = std::fwrite(bytes.data(), 1, bytes.size(), file.get()) == bytes.size();
     // Closing flushes; a full disk may only show here.
@@ -179,18 +173,10 @@ std::string PointFileNotSavedMessage(const std::string& path) {
     return text;
 }
 
-PointFileLoadResult LoadPointFile(const std::string& path, DynamicList<GeoPoint>& points) {
-    PointFileLoadResult result;
-    result.opened = ReadTextLines(path, [&](std::string_view bytes) {
-        const std::optional<GeoPoint> point = ParsePointLine(Windows1252ToUtf8(bytes));
-        if (point) {
-            points.Append(*point);
-            ++result.pointsRead;
-        } else {
-            ++result.linesSkipped;
-        }
+CsvReadResult LoadPointFile(const std::string& path, DynamicList<GeoPoint>& points) {
+    return ReadCsvRecords(path, points, [](std::string_view bytes) {
+        return ParsePointLine(Windows1252ToUtf8(bytes));
     });
-    return result;
 }
 
 }  // namespace tolvane

@@ -5,6 +5,7 @@
 #include <string_view>
 
 #include "core/base/dynamic_list.h"
+#include "core/data/csv_text.h"
 #include "core/data/geo_point.h"
 
 namespace tolvane {
@@ -43,12 +44,6 @@ bool SavePointFile(const std::string& path, DynamicList<GeoPoint>& points);
 // The message for a failed save of path, from the language file.
 std::string PointFileNotSavedMessage(const std::string& path);
 
-struct PointFileLoadResult {
-    bool opened = false;
-    int pointsRead = 0;
-    int linesSkipped = 0;
-};
-
 // Reads a point file and appends its points to points (a POI list gathers
 // several files). Reading rules, for files from this program and from any
 // other editor:
@@ -64,6 +59,6 @@ struct PointFileLoadResult {
 // - texts are cut to their field limits (name 19, category 49, voice guide
 //   99, comment 255 UTF-16 units), and the voice guide is cleaned as the
 //   editor cleans it, so a hand-edited file can't break its command line.
-PointFileLoadResult LoadPointFile(const std::string& path, DynamicList<GeoPoint>& points);
+CsvReadResult LoadPointFile(const std::string& path, DynamicList<GeoPoint>& points);
 
 }  // namespace tolvane

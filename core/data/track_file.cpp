@@ -3,12 +3,9 @@
 #include <cerrno>
 #include <cstdio>
 #include <cstring>
-#include <memory>
 #include <optional>
 #include <string_view>
 #include <vector>
-
-#include "core/data/csv_text.h"
 
 namespace tolvane {
 namespace {
@@ -66,14 +63,8 @@ constexpr char kKmlPointFormat[] =
     "     </description>\r\n"
     "  </Placemark>\r\n";
 
-struct FileCloser {
-    void operator()(std::FILE* file) const { std::fclose(file); }
-};
-using FilePointer = std::unique_ptr<std::FILE, FileCloser>;
-
 // The time formats all take the six fields in the same order.
-template <std::size_t N>
-std::string FormatCivil(const char (&format)[N], const CivilTime& t) {
+std::string FormatCivil(const char* format, const CivilTime& t) {
     return FormatText(format, t.year, t.month, t.day, t.hour, t.minute, t.second);
 }
 
@@ -235,18 +226,8 @@ void AppendTrackPoint(const Options& options, const GpsState& gps, const Clock& 
         TrackPoint{static_cast<float>(gps.latitude), static_cast<float>(gps.longitude), utc});
 }
 
-TrackLogReadResult ReadTrackLogFile(const std::string& path, DynamicList<TrackPoint>& track) {
-    TrackLogReadResult result;
-    result.opened = ReadTextLines(path, [&](std::string_view line) {
-        const std::optional<TrackPoint> point = ParseLogLine(line);
-        if (point) {
-            track.Append(*point);
-            ++result.pointsRead;
-        } else {
-            ++result.linesSkipped;
-        }
-    });
-    return result;
+CsvReadResult ReadTrackLogFile(const std::string& path, DynamicList<TrackPoint>& track) {
+    return ReadCsvRecords(path, track, ParseLogLine);
 }
 
 }  // namespace tolvane

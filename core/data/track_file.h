@@ -5,6 +5,7 @@
 
 #include "core/base/dynamic_list.h"
 #include "core/base/file_time.h"
+#include "core/data/csv_text.h"
 #include "core/data/options.h"
 #include "core/gps/gps_state.h"
 
@@ -50,12 +51,6 @@ void StartTrackFile(const Options& options, const std::string& trackLogFolder, c
 void AppendTrackPoint(const Options& options, const GpsState& gps, const Clock& clock,
                       const std::string& currentPath, DynamicList<TrackPoint>& track);
 
-struct TrackLogReadResult {
-    bool opened = false;
-    int pointsRead = 0;
-    int linesSkipped = 0;
-};
-
 // Reads a track log in the log format back into track (appending). A line
 // is taken when its first column (longitude, -180..180), its second
 // (latitude, -90..90) and its fourth (the UTC time "YYYYMMDD HH:MM:SS",
@@ -63,6 +58,6 @@ struct TrackLogReadResult {
 // columns after the fourth (speed, course and altitude are not part of an
 // in-memory track). Any other line, such as a line cut short, a header
 // written by another program or a damaged time, is skipped and counted.
-TrackLogReadResult ReadTrackLogFile(const std::string& path, DynamicList<TrackPoint>& track);
+CsvReadResult ReadTrackLogFile(const std::string& path, DynamicList<TrackPoint>& track);
 
 }  // namespace tolvane

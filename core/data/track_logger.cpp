@@ -59,11 +59,10 @@ void RestartTrackFile(TrackLogger& logger, Options& options, std::int32_t format
     StartTrackFile(options, trackLogFolder, clock, logger.currentPath);
 }
 
-TrackLogReadResult ViewTrackLogFile(TrackLogger& logger, Options& options,
-                                    const std::string& path) {
+CsvReadResult ViewTrackLogFile(TrackLogger& logger, Options& options, const std::string& path) {
     const std::lock_guard<std::mutex> guard(logger.lock);
     logger.viewedTrack.Clear();
-    const TrackLogReadResult result = ReadTrackLogFile(path, logger.viewedTrack);
+    const CsvReadResult result = ReadTrackLogFile(path, logger.viewedTrack);
     if (result.opened) options.showTrack = 1;
     return result;
 }

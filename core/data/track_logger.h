@@ -68,7 +68,7 @@ void RestartTrackFile(TrackLogger& logger, Options& options, std::int32_t format
 // "View Log File": reads a log-format track file into the viewed track,
 // replacing what was viewed before, and turns "Show Track" on when the file
 // could be opened.
-TrackLogReadResult ViewTrackLogFile(TrackLogger& logger, Options& options, const std::string& path);
+CsvReadResult ViewTrackLogFile(TrackLogger& logger, Options& options, const std::string& path);
 
 // The "Track Interval" dialog's rule for a slot: below 1 becomes 1, above
 // 3600 becomes 3600.

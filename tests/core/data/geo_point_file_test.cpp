@@ -52,9 +52,9 @@ TEST(GeoPointFileTest, SavesNineColumnsInWindows1252) {
               "0.000000,0.000000,Smith  John,a b,120,,,,\r\n");
 
     DynamicList<GeoPoint> back;
-    const PointFileLoadResult result = LoadPointFile(path, back);
+    const CsvReadResult result = LoadPointFile(path, back);
     EXPECT_TRUE(result.opened);
-    EXPECT_EQ(result.pointsRead, 3);
+    EXPECT_EQ(result.recordsRead, 3);
     EXPECT_EQ(result.linesSkipped, 0);
     const GeoPoint first = Loaded(back, 0);
     EXPECT_EQ(first.name, "Home");
@@ -89,8 +89,8 @@ TEST(GeoPointFileTest, HostileLinesAreSkippedOrCutToTheFieldLimits) {
 
     DynamicList<GeoPoint> points;
     points.Append(Point(0, 0, "kept"));
-    const PointFileLoadResult result = LoadPointFile(path, points);
-    EXPECT_EQ(result.pointsRead, 4);
+    const CsvReadResult result = LoadPointFile(path, points);
+    EXPECT_EQ(result.recordsRead, 4);
     EXPECT_EQ(result.linesSkipped, 3);
     ASSERT_EQ(points.Count(), 5);  // appended after what the list held
 

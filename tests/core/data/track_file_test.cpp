@@ -139,7 +139,15 @@ TEST_F(TrackFileTest, NothingHappensWithoutLoggerFixOrFile) {
     Append();
     EXPECT_EQ(ReadFileBytes(path_), started);
 
+    // A point whose text would not fit its 1000-byte buffer is not written
+    // at all rather than cut.
     gps_.fixValid = 1;
+    gps_.altitude = gps_.course = gps_.speedKnots = 1e300;
+    Append();
+    EXPECT_EQ(ReadFileBytes(path_), started);
+    EXPECT_EQ(track_.Count(), 0);
+
+    gps_ = MovingFix();
     options_.trackLoggerEnabled = 0;
     Append();
     EXPECT_EQ(ReadFileBytes(path_), started);
@@ -202,9 +210,9 @@ TEST_F(TrackFileTest, ReadsLogLinesBackAndSkipsWhatIsNotOne) {
     testing::WriteFileBytes(path_, bytes);
 
     DynamicList<TrackPoint> read;
-    const TrackLogReadResult result = ReadTrackLogFile(path_, read);
+    const CsvReadResult result = ReadTrackLogFile(path_, read);
     EXPECT_TRUE(result.opened);
-    EXPECT_EQ(result.pointsRead, 4);
+    EXPECT_EQ(result.recordsRead, 4);
     EXPECT_EQ(result.linesSkipped, 7);
     ASSERT_EQ(read.Count(), 4);
     read.SeekTo(0);

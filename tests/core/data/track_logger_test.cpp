@@ -152,9 +152,9 @@ TEST_F(TrackLoggerTest, FormatChangeRestartsTheFileAndViewLogFileShowsATrack) {
 
     options_.showTrack = 0;
     logger_.viewedTrack.Append(TrackPoint{});
-    const TrackLogReadResult result =
+    const CsvReadResult result =
         ViewTrackLogFile(logger_, options_, folder_.File("20110704080001.log"));
-    EXPECT_EQ(result.pointsRead, 1);
+    EXPECT_EQ(result.recordsRead, 1);
     EXPECT_EQ(logger_.viewedTrack.Count(), 1);
     EXPECT_EQ(options_.showTrack, 1);
     EXPECT_EQ(logger_.liveTrack.Count(), 1);  // the live track is not touched
