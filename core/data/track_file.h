@@ -45,9 +45,10 @@ void StartTrackFile(const Options& options, const std::string& trackLogFolder, c
 // Appends the current position of gps to currentPath in the format of
 // options, time-stamped with the UTC time of now, and then adds it to track,
 // whose size also numbers the KML placemarks. Nothing happens while the
-// logger is disabled, without a file or without a valid fix. A file that
-// can't be opened or positioned misses the point silently, and so does the
-// track.
+// logger is disabled, without a file or without a valid fix, or when the
+// point's text would not fit its buffer. A file that can't be opened misses
+// the point silently, and so does the track; a GPX or KML file too short to
+// end with its trailer is left untouched, but the track gets the point.
 void AppendTrackPoint(const Options& options, const GpsState& gps, const Clock& clock,
                       const std::string& currentPath, DynamicList<TrackPoint>& track);
 
