@@ -42,4 +42,10 @@ void MainTimerProc(AppState& app, Host& host) {
     host.Repaint();
 }
 
+void TrackTimerProc(AppState& app, Host& host) {
+    const TrackTimerInputs inputs{app.gps, app.options,    app.gpsRunning, app.folders.trackLogDir,
+                                  host,    app.currentView};
+    if (TrackTimerTick(app.track, inputs)) host.Repaint();
+}
+
 }  // namespace tolvane

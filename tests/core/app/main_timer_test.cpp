@@ -2,14 +2,17 @@
 
 #include <gtest/gtest.h>
 
+#include <filesystem>
+
 #include "core/nav/distance.h"
+#include "tests/core/test_support.h"
 
 namespace tolvane {
 namespace {
 
 class CountingHost final : public Host {
   public:
-    FileTime NowUtc() const override { return 0; }
+    FileTime NowUtc() const override { return now; }
     int StartTimer(int, std::function<void()>) override { return 1; }
     void KillTimer(int) override {}
     bool PlaySoundFile(const std::string& path, SoundMode mode) override {
@@ -27,6 +30,7 @@ class CountingHost final : public Host {
     void ResetIdleTimer() override { ++idleResets; }
     void NotifyRmcParsed() override {}
 
+    FileTime now = *CivilToFileTime({2011, 7, 4, 16, 5, 9, 0});
     std::vector<std::string> played;
     int repaints = 0;
     int idleResets = 0;
@@ -85,6 +89,29 @@ TEST(MainTimerTest, ArrivalAdvancesTheDestinationAndTheSpeedAlarmSounds) {
     // The distance is to the new destination from the next tick on.
     MainTimerProc(app, host);
     EXPECT_NEAR(app.gps.destinationDistanceKm, DistanceKm(48.001, 0, 49.0, 0), 1e-9);
+}
+
+TEST(MainTimerTest, TrackTimerLogsIntoTheTrackFolderAndRepaintsTheMapViews) {
+    testing::TemporaryFolder folder;
+    AppState app;
+    ResetOptions(app.options);
+    app.options.trackLoggerEnabled = 1;
+    app.options.trackLogFormat = 1;  // GPX
+    app.folders = MakeDataFolders(folder.Path());
+    std::filesystem::create_directories(app.folders.trackLogDir);
+    app.gpsRunning = true;
+    app.gps.connected = 1;
+    app.gps.fixValid = 1;
+    app.currentView = kViewWorldMap;
+    CountingHost host;
+    TrackTimerProc(app, host);
+    const std::string gpx =
+        testing::ReadFileBytes(folder.Path() + "/My GPS/Track Log/20110704160509.gpx");
+    EXPECT_NE(gpx.find("<time>2011-07-04T16:05:09Z</time>"), std::string::npos);
+    EXPECT_EQ(host.repaints, 1);
+    app.currentView = kViewGpsInfo;
+    TrackTimerProc(app, host);
+    EXPECT_EQ(host.repaints, 1);
 }
 
 TEST(MainTimerTest, WithoutASourceNothingIsConnected) {
