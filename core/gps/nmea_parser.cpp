@@ -1,4 +1,6 @@
 #include <algorithm>
+#include <array>
+#include <cstdint>
 #include <cstdlib>
 #include <cstring>
 #include <utility>
@@ -39,20 +41,33 @@ void CopyLeading(char* out, const char* text, std::size_t count) {
     out[length] = '\0';
 }
 
-// The fields are read with atoi and atof, so an empty field reads as 0. The
-// copy keeps the conversion inside the field even when a record was filled
-// by hand without its terminating zeros.
-constexpr std::size_t kLongestConvertedText = 15;
-
-int LeadingInt(const char* text, std::size_t count) {
-    char buffer[kLongestConvertedText + 1];
-    CopyLeading(buffer, text, std::min(count, kLongestConvertedText));
-    return std::atoi(buffer);
+bool IsSpace(char c) {
+    return c == ' ' || (c >= '\t' && c <= '\r');
 }
 
+// atoi of at most count leading characters of text. The conversion runs in
+// the parser's own loop for every satellite, so it is done here rather than
+// by copying the field for std::atoi; the result is the same. No integer
+// field is longer than four characters, so the value cannot overflow.
+int LeadingInt(const char* text, std::size_t count) {
+    constexpr std::size_t kLongestIntegerText = 9;
+    count = std::min(count, kLongestIntegerText);
+    std::size_t i = 0;
+    while (i < count && IsSpace(text[i])) ++i;
+    const bool negative = i < count && text[i] == '-';
+    if (i < count && (text[i] == '-' || text[i] == '+')) ++i;
+    int value = 0;
+    for (; i < count && text[i] >= '0' && text[i] <= '9'; ++i) value = value * 10 + (text[i] - '0');
+    return negative ? -value : value;
+}
+
+// atof of at most count leading characters of text. The copy keeps the
+// conversion inside the field even when a record was filled by hand without
+// its terminating zeros.
 double LeadingDouble(const char* text, std::size_t count) {
-    char buffer[kLongestConvertedText + 1];
-    CopyLeading(buffer, text, std::min(count, kLongestConvertedText));
+    constexpr std::size_t kLongestNumberText = 15;
+    char buffer[kLongestNumberText + 1];
+    CopyLeading(buffer, text, std::min(count, kLongestNumberText));
     return std::atof(buffer);
 }
 
@@ -81,7 +96,7 @@ double Coordinate(const char* text, std::size_t degreeDigits, bool positive) {
 // the field. The terminating zero of the text ends every walk, so a sentence
 // that lacks its closing comma cannot lead a copy beyond the text.
 class FieldWalker {
-public:
+  public:
     explicit FieldWalker(const char* fields) : position_(fields) {}
 
     int Field() const { return field_; }
@@ -100,39 +115,60 @@ public:
     // so the comma is always there.
     template <std::size_t Size>
     void CopyText(char (&field)[Size]) {
-        CopyUntil(field, Size, ',', ',');
+        CopyUntil(field, Size, kCommaEnds | kTextEnds);
     }
 
     // Copies the field up to the next comma or '*', whichever comes first.
     template <std::size_t Size>
     void CopyLastText(char (&field)[Size]) {
-        CopyUntil(field, Size, ',', '*');
+        CopyUntil(field, Size, kFieldEnds);
     }
 
     // Copies everything up to the '*', commas included.
     template <std::size_t Size>
     void CopyToChecksum(char (&field)[Size]) {
-        CopyUntil(field, Size, '*', '*');
+        CopyUntil(field, Size, kStarEnds | kTextEnds);
     }
 
-    // Stores the field's first character unless the field is empty.
-    void TakeFirst(char& value) {
-        if (!AtFieldEnd()) value = *position_;
+    // The field's first character, zero when the field is empty.
+    char TakeFirst() {
+        const char first = AtFieldEnd() ? '\0' : *position_;
         Skip();
+        return first;
     }
 
     void Skip() {
         while (!AtFieldEnd()) ++position_;
     }
 
-private:
-    bool AtFieldEnd() const { return *position_ == ',' || *position_ == '*' || *position_ == '\0'; }
+  private:
+    // Which characters end a copy, as bits of their entries in kEnds.
+    static constexpr std::uint8_t kCommaEnds = 1;
+    static constexpr std::uint8_t kStarEnds = 2;
+    static constexpr std::uint8_t kTextEnds = 4;
+    static constexpr std::uint8_t kFieldEnds = kCommaEnds | kStarEnds | kTextEnds;
+
+    // One look-up per character instead of three comparisons: the walk is
+    // the parser's inner loop.
+    static constexpr std::array<std::uint8_t, 256> kEnds = [] {
+        std::array<std::uint8_t, 256> ends{};
+        ends[static_cast<unsigned char>(',')] = kCommaEnds;
+        ends[static_cast<unsigned char>('*')] = kStarEnds;
+        ends[0] = kTextEnds;
+        return ends;
+    }();
+
+    static bool Ends(char c, std::uint8_t which) {
+        return (kEnds[static_cast<unsigned char>(c)] & which) != 0;
+    }
+
+    bool AtFieldEnd() const { return Ends(*position_, kFieldEnds); }
 
     // Characters past the array's end are dropped; the last cell always
     // ends up as the terminating zero.
-    void CopyUntil(char* field, std::size_t size, char stop, char otherStop) {
+    void CopyUntil(char* field, std::size_t size, std::uint8_t ends) {
         std::size_t length = 0;
-        for (char c = *position_; c != stop && c != otherStop && c != '\0'; c = *++position_) {
+        for (char c = *position_; !Ends(c, ends); c = *++position_) {
             if (length < size) field[length++] = c;
         }
         field[size - 1] = '\0';
@@ -144,10 +180,13 @@ private:
 
 // Orders records 0 to count-1 by PRN, exchanging whole records.
 void SortSatellitesByPrn(NmeaSatellite* satellites, int count) {
+    int prns[kMaxSatellites];
+    for (int i = 0; i < count; ++i) prns[i] = FieldInt(satellites[i].prn);
     for (int i = 0; i < count; ++i) {
         for (int j = i; j < count; ++j) {
-            if (FieldInt(satellites[i].prn) > FieldInt(satellites[j].prn)) {
+            if (prns[i] > prns[j]) {
                 std::swap(satellites[i], satellites[j]);
+                std::swap(prns[i], prns[j]);
             }
         }
     }
@@ -168,6 +207,33 @@ struct SentenceScan {
     bool checksumMatches = false;
 };
 
+// The next '$' from text on, or null at the end of the text. Sentences
+// usually follow each other behind a line end, so the first few characters
+// are looked at here before the library's search takes over.
+const char* FindDollar(const char* text) {
+    constexpr int kLookedAtFirst = 3;
+    for (int i = 0; i < kLookedAtFirst; ++i, ++text) {
+        if (*text == '$') return text;
+        if (*text == '\0') return nullptr;
+    }
+    return std::strchr(text, '$');
+}
+
+// The exclusive-or of the bytes from begin to end, eight at a time.
+int XorOfBytes(const char* begin, const char* end) {
+    std::uint64_t word = 0;
+    for (; end - begin >= 8; begin += 8) {
+        std::uint64_t eight;
+        std::memcpy(&eight, begin, sizeof eight);
+        word ^= eight;
+    }
+    for (; begin < end; ++begin) word ^= static_cast<unsigned char>(*begin);
+    word ^= word >> 32;
+    word ^= word >> 16;
+    word ^= word >> 8;
+    return static_cast<int>(word & 0xFF);
+}
+
 // Reads the header, the body up to '*' and the two checksum characters of
 // the sentence that starts at dollar, in one pass.
 SentenceScan ScanSentence(const char* dollar) {
@@ -183,12 +249,11 @@ SentenceScan ScanSentence(const char* dollar) {
     const char* p = dollar + 1 + kHeaderLength;
     if (scan.kind == SentenceKind::kUnknown) return {ScanOutcome::kUnknownHeader, scan.kind, p};
 
-    for (; *p != '*'; ++p) {
-        if (*p == '\0') return scan;
-        if (*p == '$') return {ScanOutcome::kCut, scan.kind, p};
-        checksum ^= static_cast<unsigned char>(*p);
-    }
-    const char* received = p + 1;
+    const char* star = p + std::strcspn(p, "*$");
+    if (*star == '\0') return scan;
+    if (*star == '$') return {ScanOutcome::kCut, scan.kind, star};
+    checksum ^= XorOfBytes(p, star);
+    const char* received = star + 1;
     for (int i = 0; i < 2; ++i) {
         if (received[i] == '\0') return scan;
         if (received[i] == '$') return {ScanOutcome::kCut, scan.kind, received + i};
@@ -240,32 +305,13 @@ void MoveToMessage(NmeaRecord::Gsv& gsv, GsvPaging& paging, char messageNumber) 
     paging.nextIndex = (messageNumber - '1') * 4;
 }
 
-// Fields 1 to 3 of a GSV message: the number of messages, the message
-// number and the satellites in view.
-void ParseGsvCounts(FieldWalker& walker, NmeaRecord::Gsv& gsv, GsvPaging& paging) {
-    char first = 0;
-    switch (walker.Field()) {
-        case 1:
-            walker.TakeFirst(first);
-            if (first != 0) StartSequenceIfNew(gsv, paging, first);
-            break;
-        case 2:
-            walker.TakeFirst(first);
-            if (first != 0) MoveToMessage(gsv, paging, first);
-            break;
-        case 3:
-            walker.CopyText(gsv.satellitesInView);
-            break;
-    }
-}
-
 // After each satellite: a sequence is complete once it has counted as many
 // satellites as it announced. Satellites past the table were counted but not
 // kept, so only the table's records are sorted.
-void CountSatellite(NmeaRecord& record, GsvPaging& paging) {
+void CountSatellite(NmeaRecord::Gsv& gsv, GsvPaging& paging, int satellitesInView) {
     ++paging.nextIndex;
-    if (paging.nextIndex != record.SatellitesInView()) return;
-    SortSatellitesByPrn(record.gsv.satellites, std::clamp(paging.nextIndex, 0, kMaxSatellites));
+    if (paging.nextIndex != satellitesInView) return;
+    SortSatellitesByPrn(gsv.satellites, std::clamp(paging.nextIndex, 0, kMaxSatellites));
     paging.totalMessages = 0;
     paging.messageNumber = 0;
     paging.nextIndex = 0;
@@ -291,7 +337,7 @@ const char* ParseNmeaBuffer(NmeaRecord& record, GsvPaging& paging, const char* t
     // pending is the '$' of the sentence the caller must keep: an unfinished
     // one, or an unknown one that nothing has followed yet.
     const char* pending = nullptr;
-    const char* dollar = std::strchr(text, '$');
+    const char* dollar = FindDollar(text);
     while (dollar != nullptr) {
         pending = dollar;
         const SentenceScan scan = ScanSentence(dollar);
@@ -305,7 +351,7 @@ const char* ParseNmeaBuffer(NmeaRecord& record, GsvPaging& paging, const char* t
                 dollar = scan.next;
                 break;
             case ScanOutcome::kUnknownHeader:
-                dollar = std::strchr(scan.next, '$');
+                dollar = FindDollar(scan.next);
                 break;
             case ScanOutcome::kComplete:
                 if (scan.checksumMatches) {
@@ -314,7 +360,7 @@ const char* ParseNmeaBuffer(NmeaRecord& record, GsvPaging& paging, const char* t
                     ++stats->checksumFailures;
                 }
                 pending = nullptr;
-                dollar = std::strchr(scan.next, '$');
+                dollar = FindDollar(scan.next);
                 break;
         }
     }
@@ -332,19 +378,19 @@ void ParseRmc(NmeaRecord& record, const char* fields) {
                 walker.CopyText(rmc.utcTime);
                 break;
             case 2:
-                walker.TakeFirst(rmc.status);
+                rmc.status = walker.TakeFirst();
                 break;
             case 3:
                 walker.CopyText(rmc.latitude);
                 break;
             case 4:
-                walker.TakeFirst(rmc.latHemisphere);
+                rmc.latHemisphere = walker.TakeFirst();
                 break;
             case 5:
                 walker.CopyText(rmc.longitude);
                 break;
             case 6:
-                walker.TakeFirst(rmc.lonHemisphere);
+                rmc.lonHemisphere = walker.TakeFirst();
                 break;
             case 7:
                 walker.CopyText(rmc.speedKnots);
@@ -367,7 +413,7 @@ void ParseGga(NmeaRecord& record, const char* fields) {
     do {
         switch (walker.Field()) {
             case 6:
-                walker.TakeFirst(gga.fixQuality);
+                gga.fixQuality = walker.TakeFirst();
                 break;
             case 7:
                 walker.CopyText(gga.satellitesUsed);
@@ -376,13 +422,13 @@ void ParseGga(NmeaRecord& record, const char* fields) {
                 walker.CopyText(gga.altitude);
                 break;
             case 10:
-                walker.TakeFirst(gga.altitudeUnit);
+                gga.altitudeUnit = walker.TakeFirst();
                 break;
             case 11:
                 walker.CopyText(gga.geoidSeparation);
                 break;
             case 12:
-                walker.TakeFirst(gga.geoidUnit);
+                gga.geoidUnit = walker.TakeFirst();
                 return;  // nothing behind it is kept
             default:
                 walker.Skip();
@@ -399,7 +445,7 @@ void ParseGsa(NmeaRecord& record, const char* fields) {
     do {
         switch (walker.Field()) {
             case 2:
-                walker.TakeFirst(gsa.fixType);
+                gsa.fixType = walker.TakeFirst();
                 break;
             case 15:
                 walker.CopyText(gsa.pdop);
@@ -419,36 +465,34 @@ void ParseGsa(NmeaRecord& record, const char* fields) {
 
 // $GPGSV,2,1,08,01,40,083,46,02,17,308,41,12,07,344,39,14,22,228,45*75
 void ParseGsv(NmeaRecord& record, GsvPaging& paging, const char* fields) {
-    constexpr int kFirstSatelliteField = 4;
-    constexpr int kFieldsPerSatellite = 4;
+    NmeaRecord::Gsv& gsv = record.gsv;
     FieldWalker walker(fields);
-    do {
-        const int field = walker.Field();
-        if (field < kFirstSatelliteField) {
-            ParseGsvCounts(walker, record.gsv, paging);
-            continue;
-        }
+    if (const char totalMessages = walker.TakeFirst(); totalMessages != 0) {
+        StartSequenceIfNew(gsv, paging, totalMessages);
+    }
+    if (!walker.Next()) return;
+    if (const char messageNumber = walker.TakeFirst(); messageNumber != 0) {
+        MoveToMessage(gsv, paging, messageNumber);
+    }
+    if (!walker.Next()) return;
+    walker.CopyText(gsv.satellitesInView);
+    // Only field 3 writes the count, so it is read once for the message.
+    const int satellitesInView = record.SatellitesInView();
+    while (walker.Next()) {
         // A satellite beyond the table is read into a scratch record, so the
         // walk and the count go on exactly as for a kept one.
         NmeaSatellite discarded;
         const bool inTable = paging.nextIndex >= 0 && paging.nextIndex < kMaxSatellites;
-        NmeaSatellite& satellite = inTable ? record.gsv.satellites[paging.nextIndex] : discarded;
-        switch ((field - kFirstSatelliteField) % kFieldsPerSatellite) {
-            case 0:
-                walker.CopyText(satellite.prn);
-                break;
-            case 1:
-                walker.CopyText(satellite.elevation);
-                break;
-            case 2:
-                walker.CopyText(satellite.azimuth);
-                break;
-            case 3:
-                walker.CopyLastText(satellite.snr);
-                CountSatellite(record, paging);
-                break;
-        }
-    } while (walker.Next());
+        NmeaSatellite& satellite = inTable ? gsv.satellites[paging.nextIndex] : discarded;
+        walker.CopyText(satellite.prn);
+        if (!walker.Next()) return;
+        walker.CopyText(satellite.elevation);
+        if (!walker.Next()) return;
+        walker.CopyText(satellite.azimuth);
+        if (!walker.Next()) return;
+        walker.CopyLastText(satellite.snr);
+        CountSatellite(gsv, paging, satellitesInView);
+    }
 }
 
 bool NmeaRecord::IsFixValid() const {
@@ -519,7 +563,7 @@ FileTime NmeaRecord::FixLocalTime() const {
     char year[5] = {'2', '0'};
     CopyLeading(year + 2, rmc.date + 4, 2);
     CivilTime civil;
-    civil.year = std::atoi(year);
+    civil.year = LeadingInt(year, 4);
     civil.month = LeadingInt(rmc.date + 2, 2);
     civil.day = LeadingInt(rmc.date, 2);
     civil.hour = LeadingInt(rmc.utcTime, 2);

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <algorithm>
 #include <cstddef>
 #include <cstring>
 
@@ -14,7 +13,7 @@ namespace tolvane::testing {
 // returns is moved to its front. The tests, the fuzz target and the
 // benchmark share it so that all three drive the parser alike.
 class PortReaderFeed {
-public:
+  public:
     static constexpr int kBufferSize = 2048;
     static constexpr std::size_t kMaxRead = 1024;
 
@@ -28,11 +27,13 @@ public:
         // A tail that fills the buffer by itself can never be completed: the
         // reader would wait for room forever, so it is given up here.
         if (bufferedBytes_ + counted >= kBufferSize) Clear();
-        const std::size_t used = std::strlen(buffer_);
+        const void* zero = std::memchr(bytes, '\0', count);
         const std::size_t text =
-            static_cast<std::size_t>(std::find(bytes, bytes + count, '\0') - bytes);
-        std::memcpy(buffer_ + used, bytes, text);
-        buffer_[used + text] = '\0';
+            zero == nullptr ? count
+                            : static_cast<std::size_t>(static_cast<const char*>(zero) - bytes);
+        std::memcpy(buffer_ + textLength_, bytes, text);
+        textLength_ += text;
+        buffer_[textLength_] = '\0';
         bufferedBytes_ += counted;
     }
 
@@ -56,15 +57,17 @@ public:
             return;
         }
         const std::ptrdiff_t offset = tail - buffer_;
-        std::memmove(buffer_, tail, std::strlen(tail) + 1);
+        textLength_ -= static_cast<std::size_t>(offset);
+        std::memmove(buffer_, tail, textLength_ + 1);
         bufferedBytes_ -= static_cast<int>(offset);
     }
 
     const char* Buffer() const { return buffer_; }
 
-private:
+  private:
     void Clear() {
         buffer_[0] = '\0';
+        textLength_ = 0;
         bufferedBytes_ = 0;
     }
 
@@ -72,7 +75,8 @@ private:
     GsvPaging& paging_;
     NmeaParseStats* stats_;
     char buffer_[kBufferSize] = {};
-    int bufferedBytes_ = 0;
+    std::size_t textLength_ = 0;  // of the text in buffer_
+    int bufferedBytes_ = 0;       // counted the reader's way, zero bytes included
 };
 
 }  // namespace tolvane::testing
