@@ -49,6 +49,10 @@ std::vector<int> Prns(const NmeaRecord& record) {
     return prns;
 }
 
+FileTime LocalTime(const CivilTime& utc) {
+    return UtcToLocal(*CivilToFileTime(utc));
+}
+
 std::string Capture(const std::string& name) {
     return testing::ReadFileBytes(testing::TestDataFile("gpsd/" + name));
 }
@@ -320,13 +324,10 @@ TEST(NmeaAccessorTest, FixTimeIsTheLocalTimeOfAPossibleDate) {
         std::strcpy(record.rmc.date, date);
         return record.FixLocalTime();
     };
-    const auto localTime = [](const CivilTime& civil) {
-        return UtcToLocal(*CivilToFileTime(civil));
-    };
     // The century is always 20.
-    EXPECT_EQ(fixTime("123519", "230394"), localTime({2094, 3, 23, 12, 35, 19, 0}));
-    EXPECT_EQ(fixTime("235959.5", "311299"), localTime({2099, 12, 31, 23, 59, 59, 5}));
-    EXPECT_EQ(fixTime("030743.050", "311214"), localTime({2014, 12, 31, 3, 7, 43, 50}));
+    EXPECT_EQ(fixTime("123519", "230394"), LocalTime({2094, 3, 23, 12, 35, 19, 0}));
+    EXPECT_EQ(fixTime("235959.5", "311299"), LocalTime({2099, 12, 31, 23, 59, 59, 5}));
+    EXPECT_EQ(fixTime("030743.050", "311214"), LocalTime({2014, 12, 31, 3, 7, 43, 50}));
     EXPECT_EQ(fixTime("030743.000", "311314"), 0);  // month 13
     EXPECT_EQ(fixTime("322500.000", "311214"), 0);  // hour 32
     EXPECT_EQ(fixTime("", ""), 0);
@@ -387,10 +388,6 @@ TEST(NmeaCaptureTest, ReceiverCapturesParseAloneAndThroughThePortReaderBufferAli
     }
 }
 
-CivilTime FixCivilTime(const GpsFix& fix) {
-    return FileTimeToCivil(fix.fixTime);
-}
-
 TEST(NmeaCaptureTest, TheLastFixOfACaptureMatchesGpsdsReading) {
     Parser bu353;
     bu353.Parse(Capture("bu353s4.log"));
@@ -414,13 +411,7 @@ TEST(NmeaCaptureTest, TheLastFixOfACaptureMatchesGpsdsReading) {
     EXPECT_EQ(fix.satAzimuth[6], 207);
     EXPECT_EQ(fix.satSnr[6], 31);
     EXPECT_EQ(fix.satSnr[1], 0);
-    CivilTime time = FixCivilTime(fix);  // 2014-12-31T03:07:43.000Z
-    EXPECT_EQ(time.year, 2014);
-    EXPECT_EQ(time.month, 12);
-    EXPECT_EQ(time.day, 31);
-    EXPECT_EQ(time.hour, 3);
-    EXPECT_EQ(time.minute, 7);
-    EXPECT_EQ(time.second, 43);
+    EXPECT_EQ(fix.fixTime, LocalTime({2014, 12, 31, 3, 7, 43, 0}));
 
     Parser haicom;
     haicom.Parse(Capture("haicom-305N.log"));
@@ -429,7 +420,7 @@ TEST(NmeaCaptureTest, TheLastFixOfACaptureMatchesGpsdsReading) {
     EXPECT_NEAR(fix.longitude, 153.052000000, 1e-9);
     EXPECT_DOUBLE_EQ(fix.altitude, 3.5);
     EXPECT_NEAR(fix.speedKnots * 1852 / 3600, 1.085, 1e-3);  // gpsd gives m/s
-    EXPECT_EQ(FixCivilTime(fix).millisecond, 787);           // 09:54:15.787Z
+    EXPECT_EQ(fix.fixTime, LocalTime({2007, 4, 8, 9, 54, 15, 787}));
 
     Parser myguide;
     myguide.Parse(Capture("myguide-3100.log"));
@@ -442,7 +433,7 @@ TEST(NmeaCaptureTest, TheLastFixOfACaptureMatchesGpsdsReading) {
     EXPECT_EQ(fix.satellitesInView, 11);
     EXPECT_EQ(fix.satellitesUsed, 4);
     // gpsd reads 10:50:37.800Z; the digits ".80" are taken as they stand.
-    EXPECT_EQ(FixCivilTime(fix).millisecond, 80);
+    EXPECT_EQ(fix.fixTime, LocalTime({2009, 10, 8, 10, 50, 37, 80}));
 
     Parser garmin;
     EXPECT_EQ(garmin.Parse(Capture("GPSmap-76S.log")).rfind("$GPGLL,", 0), 0u);
