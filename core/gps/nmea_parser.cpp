@@ -110,17 +110,12 @@ class FieldWalker {
         return true;
     }
 
-    // Copies the field up to the next comma, even across a '*': the
-    // sentences as sent carry further fields behind every kept text field,
-    // so the comma is always there.
+    // Copies the field up to the next comma or the '*'. Receivers normally
+    // send further fields behind every kept one, but newer ones end their
+    // GSV sentences with a signal field right before the '*'; stopping there
+    // keeps such a sentence from running on into the ones that follow.
     template <std::size_t Size>
     void CopyText(char (&field)[Size]) {
-        CopyUntil(field, Size, kCommaEnds | kTextEnds);
-    }
-
-    // Copies the field up to the next comma or '*', whichever comes first.
-    template <std::size_t Size>
-    void CopyLastText(char (&field)[Size]) {
         CopyUntil(field, Size, kFieldEnds);
     }
 
@@ -490,7 +485,7 @@ void ParseGsv(NmeaRecord& record, GsvPaging& paging, const char* fields) {
         if (!walker.Next()) return;
         walker.CopyText(satellite.azimuth);
         if (!walker.Next()) return;
-        walker.CopyLastText(satellite.snr);
+        walker.CopyText(satellite.snr);
         CountSatellite(gsv, paging, satellitesInView);
     }
 }

@@ -197,7 +197,7 @@ TEST(NmeaSentenceTest, FieldsAreKeptAsSentEachSectionClearedByItsOwnSentence) {
     EXPECT_STREQ(gsa.hdop, "1.3");
 }
 
-TEST(NmeaSentenceTest, VdopRunsToTheStarWhileOtherTextFieldsRunToTheComma) {
+TEST(NmeaSentenceTest, VdopRunsToTheStarWhileOtherTextFieldsStopAtTheStar) {
     Parser parser;
     parser.Parse(Sentence("GPGSA,A,2,04,05,,09,12,,,24,,,,,1.0,0.6,0.8,1"));
     EXPECT_EQ(parser.record.gsa.fixType, '2');
@@ -205,11 +205,12 @@ TEST(NmeaSentenceTest, VdopRunsToTheStarWhileOtherTextFieldsRunToTheComma) {
     EXPECT_STREQ(parser.record.gsa.vdop, "0.8,1");
     EXPECT_DOUBLE_EQ(parser.record.Vdop(), 0.8);
 
-    // A kept text field is cut by a comma only, even behind the '*'.
+    // A sentence that ends right behind a kept field does not run on into
+    // the text that follows it.
     NmeaRecord record{};
     ParseRmc(record, "123519*00\r\n$X,A,");
-    EXPECT_STREQ(record.rmc.utcTime, "123519*00\r");
-    EXPECT_EQ(record.rmc.status, 'A');
+    EXPECT_STREQ(record.rmc.utcTime, "123519");
+    EXPECT_EQ(record.rmc.status, '\0');
 }
 
 const std::string kTenSatellites[] = {
