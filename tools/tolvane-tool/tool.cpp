@@ -17,7 +17,19 @@ std::string UsageText() {
            "  options dump FILE         print every field of a settings record as JSON\n"
            "  lang compile SOURCE OUT   compile a language source table into a language file\n"
            "  lang dump FILE            print a language file as a source table\n"
-           "  --help                    show this text\n";
+           "  replay LOG [OPTIONS]      play a recorded NMEA log through the GPS pipeline, one\n"
+           "                            tick per second of the recording; prints a summary\n"
+           "  watch --source port --port NAME|PATH --baud N [--seconds S] [--home DIR] [OPTIONS]\n"
+           "                            read a live receiver, one tick per second; NAME is a\n"
+           "                            port of the port folder (COM0..COM9, GPD1..GPD9)\n"
+           "  --help                    show this text\n"
+           "\n"
+           "Options of replay and watch:\n"
+           "  --json                    print the GPS state of every tick as one JSON line\n"
+           "  --processor N             data processor: 0 raw, 1 averaging, 2 smoothing\n"
+           "  --unit N                  unit system of the minimum speed\n"
+           "  --min-speed V             minimum speed, in the unit system's speed unit\n"
+           "  --options FILE            start from a settings record (options after it override it)\n";
 }
 
 int RunTool(const Arguments& arguments, std::ostream& out, std::ostream& err) {
@@ -33,6 +45,8 @@ int RunTool(const Arguments& arguments, std::ostream& out, std::ostream& err) {
     }
     if (command == "options") return RunOptionsCommand(rest, out, err);
     if (command == "lang") return RunLangCommand(rest, out, err);
+    if (command == "replay") return RunReplayCommand(rest, out, err);
+    if (command == "watch") return RunWatchCommand(rest, out, err);
     err << "tolvane-tool: unknown command '" << command << "'\n\n" << UsageText();
     return kExitUsage;
 }
