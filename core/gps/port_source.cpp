@@ -103,7 +103,9 @@ void AppendToNmeaLog(const PortSource& port, int count) {
 // Appends the read as text, up to its first zero byte, but counts every
 // byte read.
 void AppendRead(PortSource& port, int count) {
-    std::strcat(port.buffer, port.readBuffer);
+    const std::size_t used = std::strlen(port.buffer);
+    const std::size_t added = std::strlen(port.readBuffer);
+    std::memcpy(port.buffer + used, port.readBuffer, added + 1);
     port.bufferedBytes += count;
 }
 

@@ -3,7 +3,6 @@
 #include <fstream>
 #include <iterator>
 #include <ostream>
-#include <sstream>
 
 #include "tools/tolvane-tool/commands.h"
 
@@ -57,13 +56,14 @@ bool ReadTextFile(const std::string& path, std::string& content, std::string& er
         error = "cannot read " + path + ": " + std::strerror(errno);
         return false;
     }
-    std::ostringstream buffer;
-    buffer << in.rdbuf();
+    // Read in large pieces: a replayed log may be tens of megabytes.
+    content.clear();
+    char piece[1 << 16];
+    while (in.read(piece, sizeof piece) || in.gcount() > 0) content.append(piece, in.gcount());
     if (in.bad()) {
         error = "cannot read " + path + ": " + std::strerror(errno);
         return false;
     }
-    content = buffer.str();
     return true;
 }
 
