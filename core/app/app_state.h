@@ -7,6 +7,8 @@
 #include "core/gps/gps_processing.h"
 #include "core/gps/gps_state.h"
 #include "core/nav/map_projection.h"
+#include "core/nav/navigation.h"
+#include "core/nav/speed_alarm.h"
 
 namespace tolvane {
 
@@ -46,6 +48,9 @@ struct AppState {
     // it for the chosen source and the stop command removes it. Without one
     // the source reads as not connected with an empty snapshot.
     std::function<SourceReading()> readActiveSource;
+
+    Navigation navigation;
+    AlarmSound alarm;  // its path is set at start-up, beside the program
 
     int currentView = kViewGpsInfo;
     MapProjection projection;
