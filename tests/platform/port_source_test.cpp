@@ -93,7 +93,7 @@ class PortSourceOnPty : public ::testing::Test {
   protected:
     PortSourceOnPty()
         : device_([this](int milliseconds) { slept_ += milliseconds; }),
-          host_(clock_, quiet_, quiet_, messages_) {
+          host_(clock_, quiet_, quiet_, quiet_, messages_) {
         ProgramPaths paths;
         paths.programFolder = TOLVANE_PROGRAM_DIR;
         SetProgramPaths(paths);

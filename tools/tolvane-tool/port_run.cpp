@@ -69,7 +69,7 @@ bool ParseRunOption(const Arguments& arguments, std::size_t& index, RunSettings&
 
 PortRun::PortRun(const Clock& clock, SerialDevice& device, const Options& options,
                  std::ostream& messages)
-    : host_(clock, quiet_, quiet_, messages) {
+    : host_(clock, quiet_, quiet_, quiet_, messages) {
     app.options = options;
     app.options.gpsSource = kGpsSourcePort;
     // The tool reads receivers and recordings; it keeps no NMEA log of them.

@@ -12,13 +12,14 @@
 namespace tolvane::tool {
 
 // The tool plays no sounds and starts no speech.
-class QuietServices final : public SoundService, public ProcessRunner {
+class QuietServices final : public SoundService, public ProcessRunner, public SpeechEngineFinder {
   public:
     bool PlaySoundFile(const std::string&, SoundMode) override { return true; }
     bool StopSound() override { return true; }
     bool PlayLimitBeep() override { return true; }
     bool RunAndWait(const std::string&, const std::vector<std::string>&) override { return false; }
     std::string TemporaryFolder() const override { return "/tmp"; }
+    std::string FindEngineProgram() const override { return {}; }
 };
 
 // What the replay and the watch take from their command lines besides
