@@ -26,34 +26,51 @@ void SleepMilliseconds(int milliseconds) {
 // The termios constant of a rate; 0 for a rate without one.
 speed_t SpeedConstant(std::uint32_t baudRate) {
     switch (baudRate) {
-        case 4800: return B4800;
-        case 9600: return B9600;
-        case 19200: return B19200;
-        case 38400: return B38400;
-        case 57600: return B57600;
-        case 115200: return B115200;
-        case 230400: return B230400;
-        default: return 0;
+        case 4800:
+            return B4800;
+        case 9600:
+            return B9600;
+        case 19200:
+            return B19200;
+        case 38400:
+            return B38400;
+        case 57600:
+            return B57600;
+        case 115200:
+            return B115200;
+        case 230400:
+            return B230400;
+        default:
+            return 0;
     }
 }
 
 tcflag_t CharacterSize(std::uint8_t byteSize) {
     switch (byteSize) {
-        case 5: return CS5;
-        case 6: return CS6;
-        case 7: return CS7;
-        default: return CS8;
+        case 5:
+            return CS5;
+        case 6:
+            return CS6;
+        case 7:
+            return CS7;
+        default:
+            return CS8;
     }
 }
 
 // Parity codes: 0 none, 1 odd, 2 even, 3 mark, 4 space.
 tcflag_t ParityFlags(std::uint8_t parity) {
     switch (parity) {
-        case 1: return PARENB | PARODD;
-        case 2: return PARENB;
-        case 3: return PARENB | PARODD | CMSPAR;
-        case 4: return PARENB | CMSPAR;
-        default: return 0;
+        case 1:
+            return PARENB | PARODD;
+        case 2:
+            return PARENB;
+        case 3:
+            return PARENB | PARODD | CMSPAR;
+        case 4:
+            return PARENB | CMSPAR;
+        default:
+            return 0;
     }
 }
 
@@ -67,7 +84,8 @@ void ApplyLineSettings(termios& line, const SerialSettings& settings) {
     line.c_oflag &= ~OPOST;
     line.c_lflag &= ~(ECHO | ECHONL | ICANON | ISIG | IEXTEN);
     line.c_cflag &= ~(CSIZE | PARENB | PARODD | CMSPAR | CSTOPB | CRTSCTS);
-    line.c_cflag |= CharacterSize(settings.byteSize) | ParityFlags(settings.parity) | CREAD | CLOCAL;
+    line.c_cflag |=
+        CharacterSize(settings.byteSize) | ParityFlags(settings.parity) | CREAD | CLOCAL;
     if (settings.stopBits != 0) line.c_cflag |= CSTOPB;
     const speed_t speed = SpeedConstant(settings.baudRate);
     // A rate without a constant is set afterwards; B38400 stands in for it.
@@ -88,7 +106,9 @@ TermiosSerialDevice::TermiosSerialDevice() : sleep_(SleepMilliseconds) {}
 
 TermiosSerialDevice::TermiosSerialDevice(Sleeper sleep) : sleep_(std::move(sleep)) {}
 
-TermiosSerialDevice::~TermiosSerialDevice() { Close(); }
+TermiosSerialDevice::~TermiosSerialDevice() {
+    Close();
+}
 
 bool TermiosSerialDevice::Open(const std::string& name) {
     Close();

@@ -72,9 +72,14 @@ bool StartPortGps(PortSource& port, const Options& options, const OptionsRuntime
 std::uint32_t StopLostPortGps(PortSource& port, Host& host) {
     std::uint32_t shown = 0;
     switch (StopPortSource(port)) {
-        case kStopReasonDisconnected: shown = kTextGpsDisconnected; break;
-        case kStopReasonSilent: shown = kTextGpsSilent; break;
-        default: break;
+        case kStopReasonDisconnected:
+            shown = kTextGpsDisconnected;
+            break;
+        case kStopReasonSilent:
+            shown = kTextGpsSilent;
+            break;
+        default:
+            break;
     }
     if (shown != 0) ShowLanguageMessage(host, shown, MessageIcon::kStop);
     std::lock_guard<std::mutex> guard(port.lock);

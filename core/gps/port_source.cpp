@@ -25,7 +25,9 @@ void AddParseStats(NmeaParseStats& total, const NmeaParseStats& more) {
 
 // A registered Bluetooth port lives only until the source stops or fails to
 // open; nothing is registered on this platform, so forgetting it is all.
-void DeregisterBluetoothPort(PortSource& port) { port.btDevice = 0; }
+void DeregisterBluetoothPort(PortSource& port) {
+    port.btDevice = 0;
+}
 
 bool FailStart(PortSource& port, const char* code) {
     port.lastErrorCode = code;
@@ -193,8 +195,8 @@ bool StartReader(PortSource& port, ReaderDrive drive) {
 
     KillWatchdog(port);
     if (port.links.timers != nullptr) {
-        port.watchdogTimer = port.links.timers->StartTimer(kWatchdogMilliseconds,
-                                                           [&port] { WatchdogTick(port); });
+        port.watchdogTimer =
+            port.links.timers->StartTimer(kWatchdogMilliseconds, [&port] { WatchdogTick(port); });
     }
     if (port.watchdogTimer == 0) return FailStart(port, kErrorWatchdogTimer);
 
@@ -272,8 +274,8 @@ void BuildNmeaLogPath(PortSource& port) {
     const Clock& clock = port.links.clock != nullptr ? *port.links.clock : systemClock;
     const CivilTime local = FileTimeToCivil(UtcToLocal(clock.NowUtc()));
     char name[64];
-    std::snprintf(name, sizeof name, "%d%02d%02d%02d%02d%02d_NMEA0183.log", local.year,
-                  local.month, local.day, local.hour, local.minute, local.second);
+    std::snprintf(name, sizeof name, "%d%02d%02d%02d%02d%02d_NMEA0183.log", local.year, local.month,
+                  local.day, local.hour, local.minute, local.second);
     port.SetNmeaLogPath(port.links.nmeaFolder + "/" + name);
 }
 

@@ -16,8 +16,8 @@
 
 namespace tolvane {
 
-inline constexpr int kPortBufferSize = 2048;   // text gathered between parses
-inline constexpr int kPortReadSize = 1024;     // one read of the device
+inline constexpr int kPortBufferSize = 2048;  // text gathered between parses
+inline constexpr int kPortReadSize = 1024;    // one read of the device
 inline constexpr int kReaderPauseMilliseconds = 200;
 inline constexpr int kWatchdogMilliseconds = 1000;
 inline constexpr int kSilentSecondsLimit = 30;
@@ -49,9 +49,9 @@ std::uint32_t BaudRateForIndex(int baudIndex);
 // What the port source needs from the rest of the program. Start-up links
 // it once; tests and the tool link their own parts.
 struct PortSourceLinks {
-    SerialDevice* device = nullptr;  // the port; not owned
-    TimerService* timers = nullptr;  // the one-second watchdog
-    const Clock* clock = nullptr;    // names the NMEA log
+    SerialDevice* device = nullptr;    // the port; not owned
+    TimerService* timers = nullptr;    // the one-second watchdog
+    const Clock* clock = nullptr;      // names the NMEA log
     const Options* options = nullptr;  // "Log NMEA data" at start
     std::string nmeaFolder;            // the NMEA folder of the data tree
     // Called on the reader thread once for each RMC sentence parsed.

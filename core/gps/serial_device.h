@@ -19,7 +19,7 @@ struct SerialSettings {
 // configures and reads it; the platform's serial device implements it over
 // the operating system and the replay over a recording.
 class SerialDevice {
-public:
+  public:
     virtual ~SerialDevice() = default;
 
     // Opens a port name of the port table ("COM4:", "GPD1") or a device path

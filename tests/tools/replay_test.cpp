@@ -33,11 +33,11 @@ std::vector<nlohmann::json> Ticks(const std::string& out) {
 TEST(SplitIntoSecondsTest, SecondsBeginAtEachRmcLineWithANewTime) {
     const std::string recording =
         "# header\n$GPGGA,000000,,,,,0,00*00\r\n"  // before the first RMC: first second
-        "$GPRMC,101500,A,,,,,,,040711*00\r\n"        // begins the first second
-        "$GPRMC,101500,A,,,,,,,040711*00\r\n"        // same time: same second
-        "x$GPRMC,101502,A,,,,,,,040711*00\n"         // not at a line start
-        "$GPRMC,101501,V,,,,,,,040711*FF\n"          // a bad checksum still begins one
-        "$GPRMC,996161,V,,,,,,,040711*FF\n";         // no calendar time
+        "$GPRMC,101500,A,,,,,,,040711*00\r\n"      // begins the first second
+        "$GPRMC,101500,A,,,,,,,040711*00\r\n"      // same time: same second
+        "x$GPRMC,101502,A,,,,,,,040711*00\n"       // not at a line start
+        "$GPRMC,101501,V,,,,,,,040711*FF\n"        // a bad checksum still begins one
+        "$GPRMC,996161,V,,,,,,,040711*FF\n";       // no calendar time
     const std::vector<RecordedSecond> seconds = SplitIntoSeconds(recording);
     ASSERT_EQ(seconds.size(), 3u);
     EXPECT_EQ(seconds[0].begin, 0u);
@@ -101,10 +101,11 @@ TEST(ReplayTest, OptionsShapeTheTicks) {
 
     testing::TemporaryFolder folder;
     ASSERT_EQ(RunCommand({"options", "reset", folder.File("Options.dat")}).code, kExitOk);
-    const std::vector<nlohmann::json> smoothed = Ticks(
-        RunCommand({"replay", log, "--options", folder.File("Options.dat"), "--processor", "2",
-                    "--json"})
-            .out);
+    // The single options win over the settings record, whatever the order.
+    const std::vector<nlohmann::json> smoothed =
+        Ticks(RunCommand({"replay", log, "--processor", "2", "--options",
+                          folder.File("Options.dat"), "--json"})
+                  .out);
     ASSERT_EQ(smoothed.size(), moving.size());
     EXPECT_NE(smoothed.back()["latitude"], moving.back()["latitude"]);
 }

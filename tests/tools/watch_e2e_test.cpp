@@ -34,7 +34,8 @@ Output RunShell(const std::string& command) {
     FILE* pipe = popen(command.c_str(), "r");
     if (pipe == nullptr) return output;
     char chunk[4096];
-    for (std::size_t n; (n = fread(chunk, 1, sizeof chunk, pipe)) > 0;) output.text.append(chunk, n);
+    for (std::size_t n; (n = fread(chunk, 1, sizeof chunk, pipe)) > 0;)
+        output.text.append(chunk, n);
     output.status = pclose(pipe);
     return output;
 }
@@ -66,16 +67,17 @@ TEST(WatchEndToEndTest, TicksOfALiveReceiverCarryTheFedPositions) {
                           "GPRMC,0930%02d.00,A,4807.%03d,N,01131.000,E,001.0,000.0,040711,,",
                           fix % 60, fix % 1000);
             const std::string bytes =
-                Sentence(body) + Sentence("GPGGA,093000.00,4807.000,N,01131.000,E,1,07,1.0,"
-                                          "545.4,M,46.9,M,,");
+                Sentence(body) + Sentence(
+                                     "GPGGA,093000.00,4807.000,N,01131.000,E,1,07,1.0,"
+                                     "545.4,M,46.9,M,,");
             if (write(master, bytes.data(), bytes.size()) < 0) break;
             std::this_thread::sleep_for(std::chrono::milliseconds(200));
         }
     });
 
-    const Output output = RunShell(std::string(TOLVANE_PROGRAM_DIR) +
-                                   "/tolvane-tool watch --source port --port " + name +
-                                   " --baud 4800 --seconds 3 --json");
+    const Output output =
+        RunShell(std::string(TOLVANE_PROGRAM_DIR) + "/tolvane-tool watch --source port --port " +
+                 name + " --baud 4800 --seconds 3 --json");
     feeding = false;
     receiver.join();
     close(master);

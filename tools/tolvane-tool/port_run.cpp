@@ -30,40 +30,46 @@ bool ParseInteger(const std::string& text, long long& value) {
 }
 
 bool ParseRunOption(const Arguments& arguments, std::size_t& index, RunSettings& settings,
-                    int& exitCode, std::string& error) {
+                    std::string& error) {
     const std::string& name = arguments[index];
     if (name == "--json") {
         settings.json = true;
         return true;
     }
-    if (name != "--processor" && name != "--unit" && name != "--min-speed" &&
-        name != "--options") {
+    if (name != "--processor" && name != "--unit" && name != "--min-speed" && name != "--options") {
         return false;
     }
     std::string value;
     long long integer = 0;
     double number = 0;
-    exitCode = kExitUsage;
     if (!ValueOf(arguments, index, value)) {
         error = name + " needs a value";
     } else if (name == "--options") {
-        if (!LoadOptions(value, settings.options, 1)) {
-            exitCode = kExitFailure;
-            error = "cannot read the settings record " + value;
-        }
+        settings.optionsFile = value;
     } else if (name == "--min-speed") {
         if (ParseNumber(value, number) && number >= 0) {
-            settings.options.minimumSpeed = number;
+            settings.minimumSpeed = number;
         } else {
             error = "--min-speed needs a speed of 0 or more, not '" + value + "'";
         }
     } else if (ParseInteger(value, integer) && integer >= 0 && integer <= 9) {
-        (name == "--processor" ? settings.options.dataProcessor : settings.options.unitSystem) =
+        (name == "--processor" ? settings.dataProcessor : settings.unitSystem) =
             static_cast<std::int32_t>(integer);
     } else {
         error = name + " needs a small whole number, not '" + value + "'";
     }
-    if (error.empty()) exitCode = kExitOk;
+    return true;
+}
+
+bool MakeRunOptions(const RunSettings& settings, Options& options, std::string& error) {
+    ResetOptions(options);
+    if (!settings.optionsFile.empty() && !LoadOptions(settings.optionsFile, options, 1)) {
+        error = "cannot read the settings record " + settings.optionsFile;
+        return false;
+    }
+    options.dataProcessor = settings.dataProcessor.value_or(options.dataProcessor);
+    options.unitSystem = settings.unitSystem.value_or(options.unitSystem);
+    options.minimumSpeed = settings.minimumSpeed.value_or(options.minimumSpeed);
     return true;
 }
 
@@ -112,8 +118,7 @@ std::string RunSummary(int ticks, int fixes, const NmeaParseStats& stats) {
     std::ostringstream text;
     text << ticks << " ticks, " << fixes << " fixes, "
          << stats.checksumFailures + stats.brokenSentences << " dropped sentences ("
-         << stats.checksumFailures << " checksum failures, " << stats.brokenSentences
-         << " broken)";
+         << stats.checksumFailures << " checksum failures, " << stats.brokenSentences << " broken)";
     return text.str();
 }
 

@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <iosfwd>
+#include <optional>
 #include <string>
 
 #include "core/app/app_state.h"
@@ -25,16 +26,24 @@ class QuietServices final : public SoundService, public ProcessRunner, public Sp
 // What the replay and the watch take from their command lines besides
 // their own arguments.
 struct RunSettings {
-    Options options{};
     bool json = false;
+    std::string optionsFile;  // the settings record to start from; defaults when empty
+    std::optional<std::int32_t> dataProcessor;
+    std::optional<std::int32_t> unitSystem;
+    std::optional<double> minimumSpeed;
 };
 
 // Handles the options shared by replay and watch at arguments[index]
 // (--json, --processor N, --unit N, --min-speed V, --options FILE) and
 // moves index past them. Returns false when arguments[index] is none of
-// them; a bad value sets exitCode and error.
+// them; a missing or bad value sets error.
 bool ParseRunOption(const Arguments& arguments, std::size_t& index, RunSettings& settings,
-                    int& exitCode, std::string& error);
+                    std::string& error);
+
+// The settings of the run: the record of --options (else the defaults) with
+// the single options over it, whatever their order. False with error set
+// when the record cannot be read.
+bool MakeRunOptions(const RunSettings& settings, Options& options, std::string& error);
 
 // Reads a whole-number argument; false when it is not one.
 bool ParseInteger(const std::string& text, long long& value);

@@ -43,38 +43,33 @@ ReplayTotals ReplayRecording(std::string_view recording, const Options& options,
 
 int RunReplayCommand(const Arguments& arguments, std::ostream& out, std::ostream& err) {
     RunSettings settings;
-    ResetOptions(settings.options);
-    std::string logPath;
-    for (std::size_t index = 0; index < arguments.size(); ++index) {
-        int exitCode = kExitOk;
-        std::string error;
-        if (ParseRunOption(arguments, index, settings, exitCode, error)) {
-            if (exitCode == kExitOk) continue;
-            err << "tolvane-tool: replay: " << error << '\n';
-            if (exitCode == kExitUsage) err << '\n' << UsageText();
-            return exitCode;
-        }
+    std::string logPath, error;
+    for (std::size_t index = 0; index < arguments.size() && error.empty(); ++index) {
+        if (ParseRunOption(arguments, index, settings, error)) continue;
         if (!logPath.empty() || arguments[index].starts_with("--")) {
-            err << "tolvane-tool: replay: unexpected argument '" << arguments[index] << "'\n\n"
-                << UsageText();
-            return kExitUsage;
+            error = "unexpected argument '" + arguments[index] + "'";
+        } else {
+            logPath = arguments[index];
         }
-        logPath = arguments[index];
     }
-    if (logPath.empty()) {
-        err << "tolvane-tool: replay needs the NMEA log to play\n\n" << UsageText();
+    if (error.empty() && logPath.empty()) error = "the NMEA log to play is missing";
+    if (!error.empty()) {
+        err << "tolvane-tool: replay: " << error << "\n\n" << UsageText();
         return kExitUsage;
     }
-    std::string recording, error;
-    if (!ReadTextFile(logPath, recording, error)) {
-        err << "tolvane-tool: " << error << '\n';
+    Options options;
+    std::string recording;
+    if (!MakeRunOptions(settings, options, error) || !ReadTextFile(logPath, recording, error)) {
+        err << "tolvane-tool: replay: " << error << '\n';
         return kExitFailure;
     }
     const auto printTick = [&out](const GpsState& state) { out << TickJson(state) << '\n'; };
-    const ReplayTotals totals = ReplayRecording(
-        recording, settings.options, err,
-        settings.json ? std::function<void(const GpsState&)>(printTick) : nullptr);
-    if (!settings.json) out << logPath << ": " << RunSummary(totals.ticks, totals.fixes, totals.parse) << '\n';
+    const ReplayTotals totals =
+        ReplayRecording(recording, options, err,
+                        settings.json ? std::function<void(const GpsState&)>(printTick) : nullptr);
+    if (!settings.json) {
+        out << logPath << ": " << RunSummary(totals.ticks, totals.fixes, totals.parse) << '\n';
+    }
     return kExitOk;
 }
 

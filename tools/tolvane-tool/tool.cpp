@@ -1,5 +1,6 @@
 #include <cerrno>
 #include <cstring>
+#include <filesystem>
 #include <fstream>
 #include <iterator>
 #include <ostream>
@@ -28,7 +29,7 @@ std::string UsageText() {
            "  --processor N             data processor: 0 raw, 1 averaging, 2 smoothing\n"
            "  --unit N                  unit system of the minimum speed\n"
            "  --min-speed V             minimum speed, in the unit system's speed unit\n"
-           "  --options FILE            start from a settings record (options after it override it)\n";
+           "  --options FILE            start from a settings record; the options above win\n";
 }
 
 int RunTool(const Arguments& arguments, std::ostream& out, std::ostream& err) {
@@ -56,8 +57,12 @@ bool ReadTextFile(const std::string& path, std::string& content, std::string& er
         error = "cannot read " + path + ": " + std::strerror(errno);
         return false;
     }
-    // Read in large pieces: a replayed log may be tens of megabytes.
+    // Read in large pieces into room made beforehand: a replayed log may be
+    // tens of megabytes.
     content.clear();
+    std::error_code sizeError;
+    const std::uintmax_t size = std::filesystem::file_size(path, sizeError);
+    if (!sizeError) content.reserve(size);
     char piece[1 << 16];
     while (in.read(piece, sizeof piece) || in.gcount() > 0) content.append(piece, in.gcount());
     if (in.bad()) {

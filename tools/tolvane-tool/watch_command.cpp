@@ -20,25 +20,17 @@ struct WatchArguments {
     long long seconds = -1;  // until the receiver is lost
 };
 
-int UsageError(std::ostream& err, const std::string& message) {
-    err << "tolvane-tool: watch: " << message << "\n\n" << UsageText();
-    return kExitUsage;
-}
-
-// Parses the watch's own arguments and the shared run options; returns
-// kExitOk or the exit code of the error it reported.
-int ParseWatchArguments(const Arguments& arguments, WatchArguments& watch, std::ostream& err) {
+// Reads the watch's own arguments and the shared run options; returns
+// what is wrong with them, empty when nothing is.
+std::string ParseWatchArguments(const Arguments& arguments, WatchArguments& watch) {
     for (std::size_t index = 0; index < arguments.size(); ++index) {
-        int exitCode = kExitOk;
         std::string error;
-        if (ParseRunOption(arguments, index, watch.settings, exitCode, error)) {
-            if (exitCode == kExitUsage) return UsageError(err, error);
-            if (exitCode != kExitOk) err << "tolvane-tool: watch: " << error << '\n';
-            if (exitCode != kExitOk) return exitCode;
+        if (ParseRunOption(arguments, index, watch.settings, error)) {
+            if (!error.empty()) return error;
             continue;
         }
         const std::string& name = arguments[index];
-        if (index + 1 >= arguments.size()) return UsageError(err, "unexpected argument '" + name + "'");
+        if (index + 1 >= arguments.size()) return "unexpected argument '" + name + "'";
         const std::string& value = arguments[++index];
         if (name == "--source") {
             watch.source = value;
@@ -48,28 +40,36 @@ int ParseWatchArguments(const Arguments& arguments, WatchArguments& watch, std::
             watch.home = value;
         } else if (name == "--baud") {
             if (!ParseInteger(value, watch.baudRate) || watch.baudRate <= 0) {
-                return UsageError(err, "--baud needs a baud rate, not '" + value + "'");
+                return "--baud needs a baud rate, not '" + value + "'";
             }
         } else if (name == "--seconds") {
             if (!ParseInteger(value, watch.seconds) || watch.seconds < 0) {
-                return UsageError(err, "--seconds needs a number of seconds, not '" + value + "'");
+                return "--seconds needs a number of seconds, not '" + value + "'";
             }
         } else {
-            return UsageError(err, "unexpected argument '" + name + "'");
+            return "unexpected argument '" + name + "'";
         }
     }
-    if (watch.source != "port") return UsageError(err, "--source port is the only source");
-    if (watch.port.empty()) return UsageError(err, "--port NAME|PATH is needed");
-    if (watch.baudRate == 0) return UsageError(err, "--baud N is needed");
-    return kExitOk;
+    if (watch.source != "port") return "--source port is the only source";
+    if (watch.port.empty()) return "--port NAME|PATH is needed";
+    if (watch.baudRate == 0) return "--baud N is needed";
+    return {};
 }
 
 }  // namespace
 
 int RunWatchCommand(const Arguments& arguments, std::ostream& out, std::ostream& err) {
     WatchArguments watch;
-    ResetOptions(watch.settings.options);
-    if (const int code = ParseWatchArguments(arguments, watch, err); code != kExitOk) return code;
+    std::string error = ParseWatchArguments(arguments, watch);
+    if (!error.empty()) {
+        err << "tolvane-tool: watch: " << error << "\n\n" << UsageText();
+        return kExitUsage;
+    }
+    Options options;
+    if (!MakeRunOptions(watch.settings, options, error)) {
+        err << "tolvane-tool: watch: " << error << '\n';
+        return kExitFailure;
+    }
 
     // Port names resolve through the program folder, and the messages of
     // a lost receiver come from its language file.
@@ -78,7 +78,7 @@ int RunWatchCommand(const Arguments& arguments, std::ostream& out, std::ostream&
 
     const SystemClock clock;
     platform::TermiosSerialDevice device;
-    PortRun run(clock, device, watch.settings.options, err);
+    PortRun run(clock, device, options, err);
     if (!run.Start(watch.port, static_cast<std::uint32_t>(watch.baudRate), ReaderDrive::kThread)) {
         err << "tolvane-tool: watch: cannot use the port " << watch.port << " ("
             << platform::ResolvePortPath(watch.port) << "): " << run.port.lastErrorCode << '\n';

@@ -6,7 +6,6 @@
 #include <deque>
 #include <string>
 
-
 namespace tolvane {
 namespace {
 
