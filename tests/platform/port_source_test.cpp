@@ -17,26 +17,20 @@
 #include "core/app/gps_commands.h"
 #include "core/base/string_manager.h"
 #include "platform/serial_device.h"
+#include "tests/core/nmea_sentence.h"
 #include "tests/core/test_support.h"
 #include "tools/tolvane-tool/port_run.h"
 
 namespace tolvane {
 namespace {
 
-// "$BODY*HH\r\n" with the right checksum.
-std::string Sentence(const std::string& body) {
-    int checksum = 0;
-    for (const char c : body) checksum ^= static_cast<unsigned char>(c);
-    char tail[8];
-    std::snprintf(tail, sizeof tail, "*%02X\r\n", checksum);
-    return "$" + body + tail;
-}
+using testing::NmeaSentence;
 
 std::string Rmc(int second, const std::string& latitude = "4807.038") {
     char time[16];
     std::snprintf(time, sizeof time, "1235%02d", second);
-    return Sentence(std::string("GPRMC,") + time + ",A," + latitude +
-                    ",N,01131.000,E,022.4,084.4,230394,003.1,W");
+    return NmeaSentence(std::string("GPRMC,") + time + ",A," + latitude +
+                        ",N,01131.000,E,022.4,084.4,230394,003.1,W");
 }
 
 bool WaitFor(const std::function<bool()>& condition) {
@@ -226,7 +220,7 @@ TEST_F(PortSourceOnPty, NmeaLogHoldsEveryByteReadAndASecondStartInTheSameSecondA
     EXPECT_EQ(path, folder_.File("20110704093015_NMEA0183.log"));
     std::string dropped = Rmc(1);
     dropped[dropped.size() - 3] ^= 1;  // a wrong checksum digit
-    const std::string first = "garbage\r\n" + Rmc(2) + dropped + Sentence("GPVTG,054.7,T,,M") +
+    const std::string first = "garbage\r\n" + Rmc(2) + dropped + NmeaSentence("GPVTG,054.7,T,,M") +
                               std::string("\0\x7f\xff", 3) + Rmc(3).substr(0, 20);
     SendAndWaitForRead(first);
     ASSERT_TRUE(TickUntil([&] { return Stats().checksumFailures == 1; }));

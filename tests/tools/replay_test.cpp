@@ -4,24 +4,12 @@
 #include <sstream>
 
 #include "tests/core/test_support.h"
+#include "tests/tools/run_tool.h"
 #include "tools/tolvane-tool/commands.h"
 #include "tools/tolvane-tool/recording_device.h"
 
 namespace tolvane::tool {
 namespace {
-
-struct Result {
-    int code;
-    std::string out;
-    std::string err;
-};
-
-Result RunCommand(Arguments arguments) {
-    arguments.insert(arguments.begin(), "tolvane-tool");
-    std::ostringstream out, err;
-    const int code = RunTool(arguments, out, err);
-    return {code, out.str(), err.str()};
-}
 
 std::vector<nlohmann::json> Ticks(const std::string& out) {
     std::vector<nlohmann::json> ticks;

@@ -13,15 +13,11 @@
 #include <thread>
 #include <vector>
 
+#include "tests/core/nmea_sentence.h"
+
 namespace {
 
-std::string Sentence(const std::string& body) {
-    int checksum = 0;
-    for (const char c : body) checksum ^= static_cast<unsigned char>(c);
-    char tail[8];
-    std::snprintf(tail, sizeof tail, "*%02X\r\n", checksum);
-    return "$" + body + tail;
-}
+using tolvane::testing::NmeaSentence;
 
 // Output of a shell command and its exit status.
 struct Output {
@@ -67,9 +63,9 @@ TEST(WatchEndToEndTest, TicksOfALiveReceiverCarryTheFedPositions) {
                           "GPRMC,0930%02d.00,A,4807.%03d,N,01131.000,E,001.0,000.0,040711,,",
                           fix % 60, fix % 1000);
             const std::string bytes =
-                Sentence(body) + Sentence(
-                                     "GPGGA,093000.00,4807.000,N,01131.000,E,1,07,1.0,"
-                                     "545.4,M,46.9,M,,");
+                NmeaSentence(body) + NmeaSentence(
+                                         "GPGGA,093000.00,4807.000,N,01131.000,E,1,07,1.0,"
+                                         "545.4,M,46.9,M,,");
             if (write(master, bytes.data(), bytes.size()) < 0) break;
             std::this_thread::sleep_for(std::chrono::milliseconds(200));
         }

@@ -6,19 +6,15 @@
 #include <deque>
 #include <string>
 
+#include "tests/core/nmea_sentence.h"
+
 namespace tolvane {
 namespace {
 
-std::string Sentence(const std::string& body) {
-    int checksum = 0;
-    for (const char c : body) checksum ^= static_cast<unsigned char>(c);
-    char tail[8];
-    std::snprintf(tail, sizeof tail, "*%02X\r\n", checksum);
-    return "$" + body + tail;
-}
+using testing::NmeaSentence;
 
 const std::string kRmc =
-    Sentence("GPRMC,123519,A,4807.038,N,01131.000,E,022.4,084.4,230394,003.1,W");
+    NmeaSentence("GPRMC,123519,A,4807.038,N,01131.000,E,022.4,084.4,230394,003.1,W");
 
 // A device that hands out scripted reads, one per call, then nothing.
 class ScriptedDevice final : public SerialDevice {
