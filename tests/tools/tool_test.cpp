@@ -6,23 +6,11 @@
 #include "core/base/language_file.h"
 #include "core/data/options.h"
 #include "tests/core/test_support.h"
+#include "tests/tools/run_tool.h"
 #include "tools/tolvane-tool/commands.h"
 
 namespace tolvane::tool {
 namespace {
-
-struct Result {
-    int code;
-    std::string out;
-    std::string err;
-};
-
-Result RunCommand(Arguments arguments) {
-    arguments.insert(arguments.begin(), "tolvane-tool");
-    std::ostringstream out, err;
-    const int code = RunTool(arguments, out, err);
-    return {code, out.str(), err.str()};
-}
 
 TEST(ToolTest, WrongArgumentsPrintUsageAndExit2) {
     for (const Arguments& arguments :

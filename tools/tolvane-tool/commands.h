@@ -15,6 +15,8 @@ using Arguments = std::vector<std::string>;
 // Each command gets the arguments after its own name.
 int RunOptionsCommand(const Arguments& arguments, std::ostream& out, std::ostream& err);
 int RunLangCommand(const Arguments& arguments, std::ostream& out, std::ostream& err);
+int RunReplayCommand(const Arguments& arguments, std::ostream& out, std::ostream& err);
+int RunWatchCommand(const Arguments& arguments, std::ostream& out, std::ostream& err);
 
 // The whole tool: argv[0] is the program name.
 int RunTool(const Arguments& arguments, std::ostream& out, std::ostream& err);

@@ -1,9 +1,9 @@
 #include <cerrno>
 #include <cstring>
+#include <filesystem>
 #include <fstream>
 #include <iterator>
 #include <ostream>
-#include <sstream>
 
 #include "tools/tolvane-tool/commands.h"
 
@@ -17,7 +17,19 @@ std::string UsageText() {
            "  options dump FILE         print every field of a settings record as JSON\n"
            "  lang compile SOURCE OUT   compile a language source table into a language file\n"
            "  lang dump FILE            print a language file as a source table\n"
-           "  --help                    show this text\n";
+           "  replay LOG [OPTIONS]      play a recorded NMEA log through the GPS pipeline, one\n"
+           "                            tick per second of the recording; prints a summary\n"
+           "  watch --source port --port NAME|PATH --baud N [--seconds S] [--home DIR] [OPTIONS]\n"
+           "                            read a live receiver, one tick per second; NAME is a\n"
+           "                            port of the port folder (COM0..COM9, GPD1..GPD9)\n"
+           "  --help                    show this text\n"
+           "\n"
+           "Options of replay and watch:\n"
+           "  --json                    print the GPS state of every tick as one JSON line\n"
+           "  --processor N             data processor: 0 raw, 1 averaging, 2 smoothing\n"
+           "  --unit N                  unit system of the minimum speed\n"
+           "  --min-speed V             minimum speed, in the unit system's speed unit\n"
+           "  --options FILE            start from a settings record; the options above win\n";
 }
 
 int RunTool(const Arguments& arguments, std::ostream& out, std::ostream& err) {
@@ -33,19 +45,30 @@ int RunTool(const Arguments& arguments, std::ostream& out, std::ostream& err) {
     }
     if (command == "options") return RunOptionsCommand(rest, out, err);
     if (command == "lang") return RunLangCommand(rest, out, err);
+    if (command == "replay") return RunReplayCommand(rest, out, err);
+    if (command == "watch") return RunWatchCommand(rest, out, err);
     err << "tolvane-tool: unknown command '" << command << "'\n\n" << UsageText();
     return kExitUsage;
 }
 
 bool ReadTextFile(const std::string& path, std::string& content, std::ostream& err) {
     std::ifstream in(path, std::ios::binary);
-    std::ostringstream buffer;
-    if (in) buffer << in.rdbuf();
-    if (!in || in.bad()) {
+    if (!in) {
         err << "tolvane-tool: cannot read " << path << ": " << std::strerror(errno) << '\n';
         return false;
     }
-    content = buffer.str();
+    // Read in large pieces into room made beforehand: a replayed log may be
+    // tens of megabytes.
+    content.clear();
+    std::error_code sizeError;
+    const std::uintmax_t size = std::filesystem::file_size(path, sizeError);
+    if (!sizeError) content.reserve(size);
+    char piece[1 << 16];
+    while (in.read(piece, sizeof piece) || in.gcount() > 0) content.append(piece, in.gcount());
+    if (in.bad()) {
+        err << "tolvane-tool: cannot read " << path << ": " << std::strerror(errno) << '\n';
+        return false;
+    }
     return true;
 }
 

@@ -1,0 +1,90 @@
+#include "core/app/gps_commands.h"
+
+#include "core/base/string_manager.h"
+
+namespace tolvane {
+namespace {
+
+std::string FormatText(std::string text, const std::string& argument) {
+    const std::size_t place = text.find("%s");
+    if (place != std::string::npos) text.replace(place, 2, argument);
+    return text;
+}
+
+// Names the port to open: the port table's device for a serial or GPD
+// port, the registered virtual port for a Bluetooth receiver.
+bool ChoosePort(PortSource& port, const Options& options, const OptionsRuntime& runtime,
+                Host& host) {
+    if (options.gpsSource != kGpsSourceBluetooth) {
+        port.portName = PortDeviceName(options.portIndex) + ":";
+        return true;
+    }
+    if (!runtime.receiverChosen) {
+        ShowLanguageMessage(host, kTextNoReceiverChosen, MessageIcon::kInformation);
+        return false;
+    }
+    if (!RegisterBluetoothPort(port, runtime.bluetoothAddress)) {
+        ShowLanguageMessage(host, kTextBluetoothFailed, MessageIcon::kStop, port.lastErrorCode);
+        return false;
+    }
+    return true;
+}
+
+}  // namespace
+
+void ShowLanguageMessage(Host& host, std::uint32_t id, MessageIcon icon,
+                         const std::string& argument) {
+    CStringManager& strings = CStringManager::GetInstance();
+    host.ShowMessage(FormatText(strings.GetText(id), argument), strings.GetText(kTextProductName),
+                     icon);
+}
+
+void LinkPortSourceToHost(PortSource& port, Host& host) {
+    port.links.timers = &host;
+    port.links.clock = &host;
+    port.links.rmcParsed = [&host] { host.NotifyRmcParsed(); };
+}
+
+SourceReading ReadPortSource(PortSource& port) {
+    SourceReading reading;
+    reading.connected = IsPortOpen(port) ? 1 : 0;
+    std::lock_guard<std::mutex> guard(port.lock);
+    reading.snapshot = ReadNmeaFix(port.record);
+    return reading;
+}
+
+bool StartPortGps(PortSource& port, const Options& options, const OptionsRuntime& runtime,
+                  Host& host) {
+    if (!ChoosePort(port, options, runtime, host)) return false;
+    port.baudRate = BaudRateForIndex(options.baudIndex);
+    if (!OpenPort(port)) {
+        ShowLanguageMessage(host, kTextPortOpenFailed, MessageIcon::kInformation,
+                            port.lastErrorCode);
+        return false;
+    }
+    if (!StartReader(port)) {
+        ShowLanguageMessage(host, kTextReaderFailed, MessageIcon::kStop, port.lastErrorCode);
+        return false;
+    }
+    return true;
+}
+
+std::uint32_t StopLostPortGps(PortSource& port, Host& host) {
+    std::uint32_t shown = 0;
+    switch (StopPortSource(port)) {
+        case kStopReasonDisconnected:
+            shown = kTextGpsDisconnected;
+            break;
+        case kStopReasonSilent:
+            shown = kTextGpsSilent;
+            break;
+        default:
+            break;
+    }
+    if (shown != 0) ShowLanguageMessage(host, shown, MessageIcon::kStop);
+    std::lock_guard<std::mutex> guard(port.lock);
+    ClearNmeaRecord(port.record);
+    return shown;
+}
+
+}  // namespace tolvane

@@ -1,0 +1,282 @@
+#include "core/gps/port_source.h"
+
+#include <chrono>
+#include <cstdio>
+#include <cstring>
+#include <system_error>
+
+namespace tolvane {
+namespace {
+
+constexpr const char* kPortDevices[kPortCount] = {
+    "COM0", "COM1", "COM2", "COM3", "COM4", "COM5", "COM6", "COM7", "COM8", "COM9",
+    "GPD1", "GPD2", "GPD3", "GPD4", "GPD5", "GPD6", "GPD7", "GPD8", "GPD9"};
+
+constexpr std::uint32_t kBaudRates[kBaudCount] = {4800, 9600, 14400, 19200, 38400, 57600, 115200};
+
+void AddParseStats(NmeaParseStats& total, const NmeaParseStats& more) {
+    total.rmc += more.rmc;
+    total.gga += more.gga;
+    total.gsa += more.gsa;
+    total.gsv += more.gsv;
+    total.checksumFailures += more.checksumFailures;
+    total.brokenSentences += more.brokenSentences;
+}
+
+// A registered Bluetooth port lives only until the source stops or fails to
+// open; nothing is registered on this platform, so forgetting it is all.
+void DeregisterBluetoothPort(PortSource& port) {
+    port.btDevice = 0;
+}
+
+bool FailStart(PortSource& port, const char* code) {
+    port.lastErrorCode = code;
+    if (port.links.device != nullptr) port.links.device->Close();
+    DeregisterBluetoothPort(port);
+    return false;
+}
+
+void KillWatchdog(PortSource& port) {
+    if (port.watchdogTimer == 0) return;
+    if (port.links.timers != nullptr) port.links.timers->KillTimer(port.watchdogTimer);
+    port.watchdogTimer = 0;
+}
+
+void ResetReaderBuffers(PortSource& port) {
+    std::memset(port.buffer, 0, sizeof port.buffer);
+    port.bufferedBytes = 0;
+    port.parseRequested = 0;
+}
+
+// The pause between two reads. True when a stop was asked for, which also
+// cuts the pause short.
+bool PauseUntilStopRequested(PortSource& port) {
+    std::unique_lock<std::mutex> guard(port.pauseLock);
+    return port.pauseSignal.wait_for(guard, std::chrono::milliseconds(kReaderPauseMilliseconds),
+                                     [&port] { return port.stopRequested.load() != 0; });
+}
+
+void ReaderThreadMain(PortSource& port) {
+    ResetReaderBuffers(port);
+    if (!IsPortOpen(port)) return;
+    while (!PauseUntilStopRequested(port)) ReaderPass(port);
+    port.stopRequested = 0;
+}
+
+// Asks the reader to end and waits for it. The reader notices within one
+// pause or one read time-out, about a second at most.
+void EndReaderThread(PortSource& port) {
+    {
+        std::lock_guard<std::mutex> guard(port.pauseLock);
+        port.stopRequested = 1;
+    }
+    port.pauseSignal.notify_all();
+    if (!port.readerThread.joinable()) return;
+    if (port.readerThread.get_id() == std::this_thread::get_id()) {
+        // A stop from the reader's own thread cannot wait for itself.
+        port.lastErrorCode = kErrorReaderStop;
+        port.readerThread.detach();
+        return;
+    }
+    port.readerThread.join();
+}
+
+bool SpawnReaderThread(PortSource& port) {
+    try {
+        port.readerThread = std::thread(ReaderThreadMain, std::ref(port));
+    } catch (const std::system_error&) {
+        return false;
+    }
+    return true;
+}
+
+// The file is opened for each read and closed again, so a log that is
+// copied off while the source runs is always complete.
+void AppendToNmeaLog(const PortSource& port, int count) {
+    if (!port.logNmea) return;
+    const std::string path = port.NmeaLogPath();
+    if (path.empty()) return;
+    std::FILE* file = std::fopen(path.c_str(), "ab");
+    if (file == nullptr) return;
+    std::fwrite(port.readBuffer, 1, static_cast<std::size_t>(count), file);
+    std::fclose(file);
+}
+
+// Appends the read as text, up to its first zero byte, but counts every
+// byte read.
+void AppendRead(PortSource& port, int count) {
+    const std::size_t used = std::strlen(port.buffer);
+    const std::size_t added = std::strlen(port.readBuffer);
+    std::memcpy(port.buffer + used, port.readBuffer, added + 1);
+    port.bufferedBytes += count;
+}
+
+// Appends the read that waited for a full buffer to be parsed. A tail too
+// long to leave room for it is no sentence a receiver sends: it is dropped
+// rather than let the text run past the buffer.
+void AppendHeldBackRead(PortSource& port, int count) {
+    if (std::strlen(port.buffer) + std::strlen(port.readBuffer) >= sizeof port.buffer) {
+        port.buffer[0] = '\0';
+        port.bufferedBytes = 0;
+    }
+    AppendRead(port, count);
+}
+
+void ParseBuffer(PortSource& port) {
+    int rmcParsed = 0;
+    {
+        std::lock_guard<std::mutex> guard(port.lock);
+        NmeaParseStats stats;
+        const char* tail = ParseNmeaBuffer(port.record, port.paging, port.buffer, &stats);
+        if (tail != nullptr) {
+            const int offset = static_cast<int>(tail - port.buffer);
+            std::memmove(port.buffer, tail, std::strlen(tail) + 1);
+            port.bufferedBytes -= offset;
+        } else {
+            port.buffer[0] = '\0';
+            port.bufferedBytes = 0;
+        }
+        AddParseStats(port.parseStats, stats);
+        rmcParsed = stats.rmc;
+    }
+    if (!port.links.rmcParsed) return;
+    for (int i = 0; i < rmcParsed; ++i) port.links.rmcParsed();
+}
+
+}  // namespace
+
+PortSource::~PortSource() {
+    if (readerThread.joinable()) EndReaderThread(*this);
+}
+
+void PortSource::SetNmeaLogPath(const std::string& path) {
+    std::lock_guard<std::mutex> guard(nmeaLogPathLock_);
+    nmeaLogPath_ = path;
+}
+
+std::string PortSource::NmeaLogPath() const {
+    std::lock_guard<std::mutex> guard(nmeaLogPathLock_);
+    return nmeaLogPath_;
+}
+
+std::string PortDeviceName(int portIndex) {
+    if (portIndex < 0 || portIndex >= kPortCount) return {};
+    return kPortDevices[portIndex];
+}
+
+std::uint32_t BaudRateForIndex(int baudIndex) {
+    if (baudIndex < 0 || baudIndex >= kBaudCount) return 0;
+    return kBaudRates[baudIndex];
+}
+
+bool RegisterBluetoothPort(PortSource& port, std::uint64_t /*bluetoothAddress*/) {
+    DeregisterBluetoothPort(port);
+    port.lastErrorCode = kErrorBluetoothPort;
+    return false;
+}
+
+bool OpenPort(PortSource& port) {
+    SerialDevice* device = port.links.device;
+    if (device == nullptr) return FailStart(port, kErrorPortOpen);
+    device->Close();
+    if (!device->Open(port.portName)) return FailStart(port, kErrorPortOpen);
+    const SerialSettings settings{port.baudRate, port.byteSize, port.parity, port.stopBits};
+    if (!device->Configure(settings)) return FailStart(port, kErrorPortSettings);
+    if (!device->SetReadTimeouts()) return FailStart(port, kErrorPortTimeouts);
+    port.silentSeconds = 0;
+    port.stopRequested = 0;
+    port.stopReason = kStopReasonNone;
+    return true;
+}
+
+bool StartReader(PortSource& port, ReaderDrive drive) {
+    port.logNmea = port.links.options != nullptr && port.links.options->logNmea != 0;
+    if (port.logNmea) BuildNmeaLogPath(port);
+
+    KillWatchdog(port);
+    if (port.links.timers != nullptr) {
+        port.watchdogTimer =
+            port.links.timers->StartTimer(kWatchdogMilliseconds, [&port] { WatchdogTick(port); });
+    }
+    if (port.watchdogTimer == 0) return FailStart(port, kErrorWatchdogTimer);
+
+    if (drive == ReaderDrive::kCaller) {
+        ResetReaderBuffers(port);
+        return true;
+    }
+    if (port.readerThread.joinable()) EndReaderThread(port);
+    port.stopRequested = 0;
+    if (!SpawnReaderThread(port)) {
+        KillWatchdog(port);
+        return FailStart(port, kErrorReaderThread);
+    }
+    return true;
+}
+
+int StopPortSource(PortSource& port) {
+    KillWatchdog(port);
+    EndReaderThread(port);
+    if (port.links.device != nullptr) port.links.device->Close();
+    DeregisterBluetoothPort(port);
+    port.silentSeconds = 0;
+    return port.stopReason;
+}
+
+bool IsPortOpen(const PortSource& port) {
+    return port.links.device != nullptr && port.links.device->IsOpen();
+}
+
+int ReaderPass(PortSource& port) {
+    const int count = port.links.device->Read(port.readBuffer, kPortReadSize);
+    if (count < 0) return count;
+    port.readBuffer[count] = '\0';
+
+    bool heldBack = false;
+    if (count > 0) {
+        AppendToNmeaLog(port, count);
+        port.silentSeconds = 0;
+        if (port.bufferedBytes + count >= kPortBufferSize) {
+            port.parseRequested = 1;
+            heldBack = true;
+        } else {
+            AppendRead(port, count);
+        }
+    }
+    if (port.parseRequested && port.bufferedBytes > 0) {
+        ParseBuffer(port);
+        port.parseRequested = 0;
+    }
+    if (heldBack) AppendHeldBackRead(port, count);
+    return count;
+}
+
+int WatchdogTick(PortSource& port) {
+    int reason = kStopReasonNone;
+    {
+        std::lock_guard<std::mutex> guard(port.lock);
+        port.parseRequested = 1;
+        const int silent = ++port.silentSeconds;
+        if (port.links.device != nullptr && port.links.device->IsGone()) {
+            reason = kStopReasonDisconnected;
+        } else if (silent >= kSilentSecondsLimit) {
+            reason = kStopReasonSilent;
+        }
+        if (reason != kStopReasonNone) port.stopReason = reason;
+    }
+    // The lost-GPS command stops the source and clears the record, which
+    // takes the lock again: it runs after the lock is left.
+    if (reason != kStopReasonNone && port.links.lostGps) port.links.lostGps();
+    return reason;
+}
+
+void BuildNmeaLogPath(PortSource& port) {
+    const SystemClock systemClock;
+    const Clock& clock = port.links.clock != nullptr ? *port.links.clock : systemClock;
+    const CivilTime local = FileTimeToCivil(UtcToLocal(clock.NowUtc()));
+    char name[64];
+    std::snprintf(name, sizeof name, "%d%02d%02d%02d%02d%02d_NMEA0183.log", local.year, local.month,
+                  local.day, local.hour, local.minute, local.second);
+    port.SetNmeaLogPath(port.links.nmeaFolder + "/" + name);
+}
+
+}  // namespace tolvane

@@ -1,0 +1,55 @@
+#pragma once
+
+#include <atomic>
+#include <cstdint>
+#include <functional>
+#include <string>
+
+#include "core/gps/serial_device.h"
+
+namespace tolvane::platform {
+
+// Where a port name leads. A name without a '/' is a port of the port
+// folder: "COM4:" and "COM4" both give <program folder>/ports/COM4, a
+// symbolic link to the receiver's device that GPS Setup writes. Anything
+// else is a device path and is used as it is.
+std::string ResolvePortPath(const std::string& name);
+
+// A serial line (or pseudo-terminal) through termios: raw 8N1 by default,
+// XON/XOFF on, RTS/CTS off, DTR and RTS not raised.
+class TermiosSerialDevice final : public SerialDevice {
+  public:
+    // Waits between the tries of reading the line's settings; tests pass
+    // one that does not wait.
+    using Sleeper = std::function<void(int milliseconds)>;
+
+    static constexpr int kSettingsRetries = 15;
+    static constexpr int kSettingsRetryMilliseconds = 1000;
+
+    TermiosSerialDevice();
+    explicit TermiosSerialDevice(Sleeper sleep);
+    ~TermiosSerialDevice() override;
+    TermiosSerialDevice(const TermiosSerialDevice&) = delete;
+    TermiosSerialDevice& operator=(const TermiosSerialDevice&) = delete;
+
+    bool Open(const std::string& name) override;
+    bool IsOpen() const override { return fd_ >= 0; }
+    bool Configure(const SerialSettings& settings) override;
+    bool SetReadTimeouts() override;
+    int Read(char* buffer, int size) override;
+    bool IsGone() override;
+    void Close() override;
+
+  private:
+    std::atomic<int> fd_{-1};
+    std::string path_;
+    std::atomic<bool> hungUp_{false};
+    Sleeper sleep_;
+};
+
+// Sets a rate that has no termios speed constant (14400 of the baud table)
+// through the kernel's free-rate interface. Lives in its own file because
+// the kernel's termios header clashes with the C library's.
+bool SetCustomBaudRate(int fd, std::uint32_t baudRate);
+
+}  // namespace tolvane::platform

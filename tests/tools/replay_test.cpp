@@ -1,0 +1,123 @@
+#include <gtest/gtest.h>
+
+#include <nlohmann/json.hpp>
+#include <sstream>
+
+#include "tests/core/test_support.h"
+#include "tests/tools/run_tool.h"
+#include "tools/tolvane-tool/commands.h"
+#include "tools/tolvane-tool/recording_device.h"
+
+namespace tolvane::tool {
+namespace {
+
+std::vector<nlohmann::json> Ticks(const std::string& out) {
+    std::vector<nlohmann::json> ticks;
+    std::istringstream lines(out);
+    for (std::string line; std::getline(lines, line);) ticks.push_back(nlohmann::json::parse(line));
+    return ticks;
+}
+
+TEST(SplitIntoSecondsTest, SecondsBeginAtEachRmcLineWithANewTime) {
+    const std::string recording =
+        "# header\n$GPGGA,000000,,,,,0,00*00\r\n"  // before the first RMC: first second
+        "$GPRMC,101500,A,,,,,,,040711*00\r\n"      // begins the first second
+        "$GPRMC,101500,A,,,,,,,040711*00\r\n"      // same time: same second
+        "x$GPRMC,101502,A,,,,,,,040711*00\n"       // not at a line start
+        "$GPRMC,101501,V,,,,,,,040711*FF\n"        // a bad checksum still begins one
+        "$GPRMC,996161,V,,,,,,,040711*FF\n";       // no calendar time
+    const std::vector<RecordedSecond> seconds = SplitIntoSeconds(recording);
+    ASSERT_EQ(seconds.size(), 3u);
+    EXPECT_EQ(seconds[0].begin, 0u);
+    EXPECT_EQ(recording.substr(seconds[1].begin, 14), "$GPRMC,101501,");
+    EXPECT_EQ(seconds[0].end, seconds[1].begin);
+    EXPECT_EQ(seconds[1].end, seconds[2].begin);
+    EXPECT_EQ(seconds[2].end, recording.size());
+    EXPECT_EQ(seconds[0].utc, *CivilToFileTime({2011, 7, 4, 10, 15, 0, 0}));
+    EXPECT_EQ(seconds[1].utc, seconds[0].utc + kFileTimeTicksPerSecond);
+    EXPECT_EQ(seconds[2].utc, seconds[1].utc + kFileTimeTicksPerSecond);
+
+    EXPECT_TRUE(SplitIntoSeconds("").empty());
+    EXPECT_EQ(SplitIntoSeconds("$GPGGA,1*00\r\n").size(), 1u);
+}
+
+TEST(ReplayTest, PrintsOneSaneTickPerRecordedSecond) {
+    const Result result =
+        RunCommand({"replay", testing::TestDataFile("gpsd/bu353s4.log"), "--json"});
+    ASSERT_EQ(result.code, kExitOk) << result.err;
+    const std::vector<nlohmann::json> ticks = Ticks(result.out);
+    ASSERT_EQ(ticks.size(), 25u);
+    std::int64_t previousTime = 0;
+    for (const nlohmann::json& tick : ticks) {
+        EXPECT_EQ(tick["connected"], 1);
+        EXPECT_EQ(tick["fixValid"], 1);
+        EXPECT_NEAR(tick["latitude"].get<double>(), -37.785, 0.001);  // Hamilton, Waikato
+        EXPECT_NEAR(tick["longitude"].get<double>(), 175.315, 0.001);
+        EXPECT_EQ(tick["satPrn"].size(), 12u);
+        EXPECT_EQ(tick["fixType"], 3);
+        EXPECT_GT(tick["fixTime"].get<std::int64_t>(), previousTime);
+        previousTime = tick["fixTime"];
+    }
+    EXPECT_EQ(ticks.back()["connectedSeconds"], 25);
+    EXPECT_GT(ticks.back()["tripDistanceKm"].get<double>(), 0);
+}
+
+TEST(ReplayTest, SummaryCountsTicksFixesAndDroppedSentences) {
+    const Result firefly = RunCommand({"replay", testing::TestDataFile("gpsd/firefly-II.log")});
+    ASSERT_EQ(firefly.code, kExitOk) << firefly.err;
+    EXPECT_NE(firefly.out.find(
+                  "23 ticks, 23 fixes, 23 dropped sentences (23 checksum failures, 0 broken)"),
+              std::string::npos)
+        << firefly.out;
+
+    const Result garmin = RunCommand({"replay", testing::TestDataFile("gpsd/GPSmap-76S.log")});
+    EXPECT_NE(garmin.out.find("12 ticks, 0 fixes, 0 dropped"), std::string::npos) << garmin.out;
+}
+
+TEST(ReplayTest, OptionsShapeTheTicks) {
+    const std::string log = testing::TestDataFile("gpsd/haicom-305N.log");
+    const std::vector<nlohmann::json> moving = Ticks(RunCommand({"replay", log, "--json"}).out);
+    ASSERT_FALSE(moving.empty());
+    EXPECT_GT(moving.back()["tripDistanceKm"].get<double>(), 0.1);
+
+    // Every speed of the walk is below 100: position and speed are held.
+    const std::vector<nlohmann::json> held =
+        Ticks(RunCommand({"replay", log, "--json", "--unit", "0", "--min-speed", "100"}).out);
+    ASSERT_EQ(held.size(), moving.size());
+    EXPECT_EQ(held.back()["tripDistanceKm"], 0);
+    EXPECT_EQ(held.back()["maxSpeedKnots"], 0);
+
+    testing::TemporaryFolder folder;
+    ASSERT_EQ(RunCommand({"options", "reset", folder.File("Options.dat")}).code, kExitOk);
+    // The single options win over the settings record, whatever the order.
+    const std::vector<nlohmann::json> smoothed =
+        Ticks(RunCommand({"replay", log, "--processor", "2", "--options",
+                          folder.File("Options.dat"), "--json"})
+                  .out);
+    ASSERT_EQ(smoothed.size(), moving.size());
+    EXPECT_NE(smoothed.back()["latitude"], moving.back()["latitude"]);
+}
+
+TEST(ReplayTest, BadArgumentsGiveUsageAndAMissingLogNamesTheFile) {
+    for (const Arguments& arguments :
+         {Arguments{"replay"}, Arguments{"replay", "a.log", "b.log"},
+          Arguments{"replay", "a.log", "--frobnicate"}, Arguments{"replay", "a.log", "--unit"},
+          Arguments{"replay", "a.log", "--processor", "x"},
+          Arguments{"replay", "a.log", "--min-speed", "-3"}}) {
+        const Result result = RunCommand(arguments);
+        EXPECT_EQ(result.code, kExitUsage);
+        EXPECT_NE(result.err.find("Usage: tolvane-tool"), std::string::npos);
+    }
+    testing::TemporaryFolder folder;
+    const Result missing = RunCommand({"replay", folder.File("none.log")});
+    EXPECT_EQ(missing.code, kExitFailure);
+    EXPECT_NE(missing.err.find(folder.File("none.log")), std::string::npos);
+
+    const Result badOptions =
+        RunCommand({"replay", folder.File("none.log"), "--options", folder.File("none.dat")});
+    EXPECT_EQ(badOptions.code, kExitFailure);
+    EXPECT_NE(badOptions.err.find(folder.File("none.dat")), std::string::npos);
+}
+
+}  // namespace
+}  // namespace tolvane::tool

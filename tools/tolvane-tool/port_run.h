@@ -1,0 +1,94 @@
+#pragma once
+
+#include <cstdint>
+#include <iosfwd>
+#include <optional>
+#include <string>
+
+#include "core/app/app_state.h"
+#include "core/gps/port_source.h"
+#include "tools/tolvane-tool/commands.h"
+#include "tools/tolvane-tool/tool_host.h"
+
+namespace tolvane::tool {
+
+// The tool plays no sounds and starts no speech.
+class QuietServices final : public SoundService, public ProcessRunner, public SpeechEngineFinder {
+  public:
+    bool PlaySoundFile(const std::string&, SoundMode) override { return true; }
+    bool StopSound() override { return true; }
+    bool PlayLimitBeep() override { return true; }
+    bool RunAndWait(const std::string&, const std::vector<std::string>&) override { return false; }
+    std::string TemporaryFolder() const override { return "/tmp"; }
+    std::string FindEngineProgram() const override { return {}; }
+};
+
+// What the replay and the watch take from their command lines besides
+// their own arguments.
+struct RunSettings {
+    bool json = false;
+    std::string optionsFile;  // the settings record to start from; defaults when empty
+    std::optional<std::int32_t> dataProcessor;
+    std::optional<std::int32_t> unitSystem;
+    std::optional<double> minimumSpeed;
+};
+
+// Handles the options shared by replay and watch at arguments[index]
+// (--json, --processor N, --unit N, --min-speed V, --options FILE) and
+// moves index past them. Returns false when arguments[index] is none of
+// them; a missing or bad value sets error.
+bool ParseRunOption(const Arguments& arguments, std::size_t& index, RunSettings& settings,
+                    std::string& error);
+
+// The settings of the run: the record of --options (else the defaults) with
+// the single options over it, whatever their order. False with error set
+// when the record cannot be read.
+bool MakeRunOptions(const RunSettings& settings, Options& options, std::string& error);
+
+// Reads a whole-number argument; false when it is not one.
+bool ParseInteger(const std::string& text, long long& value);
+
+// "N ticks, F fixes, D dropped sentences (C checksum failures, B broken)":
+// the dropped sentences are those the parser threw away.
+std::string RunSummary(int ticks, int fixes, const NmeaParseStats& stats);
+
+// The program without its window, running the port source: the
+// application state, the port source over a given device, and the tool's
+// host whose timer is the source's watchdog.
+class PortRun {
+  public:
+    PortRun(const Clock& clock, SerialDevice& device, const Options& options,
+            std::ostream& messages);
+    ~PortRun();
+    PortRun(const PortRun&) = delete;
+    PortRun& operator=(const PortRun&) = delete;
+
+    // Opens the port and starts the reader as the GPS start command does,
+    // then updates the state once. False with port.lastErrorCode set.
+    bool Start(const std::string& portName, std::uint32_t baudRate, ReaderDrive drive);
+
+    // The watchdog's second: it asks the reader for a parse, and stops the
+    // source when the receiver went away or fell silent.
+    void FireWatchdog() { host_.FireTimers(); }
+
+    // One run of the main timer's procedure; counts ticks and fixes.
+    void Tick();
+
+    bool Lost() const { return lost_; }
+    int Ticks() const { return ticks_; }
+    int Fixes() const { return fixes_; }
+    // What the parser has seen since the start.
+    NmeaParseStats ParseStats();
+
+    AppState app;
+    PortSource port;
+
+  private:
+    QuietServices quiet_;
+    ToolHost host_;
+    bool lost_ = false;
+    int ticks_ = 0;
+    int fixes_ = 0;
+};
+
+}  // namespace tolvane::tool
