@@ -36,8 +36,7 @@ std::string ReadChassis(const std::string& machineInfoPath, const std::string& d
 }
 
 int LinuxDeviceQueries::QueryPlatformName(std::string& name) const {
-    const std::string chassis =
-        ReadChassis("/etc/machine-info", "/sys/class/dmi/id/chassis_type");
+    const std::string chassis = ReadChassis("/etc/machine-info", "/sys/class/dmi/id/chassis_type");
     name = chassis == "handset" || chassis == "tablet" ? "PocketPC" : "";
     return 0;
 }

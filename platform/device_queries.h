@@ -8,7 +8,7 @@ namespace tolvane::platform {
 // tablet (from /etc/machine-info, else the DMI chassis type) is a touch
 // device; anything else has no platform name.
 class LinuxDeviceQueries final : public DeviceQueries {
-public:
+  public:
     int QueryPlatformName(std::string& name) const override;
     // Every Linux system has the shared GPS daemon, which the GPS start
     // checks through this generation; report the newest.

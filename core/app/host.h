@@ -12,7 +12,7 @@ enum class MessageIcon { kStop, kInformation, kQuestion };
 // Everything the core needs from the world it runs in: the window's host
 // (Qt), the command-line tool's quiet host and the tests' fakes implement it.
 class Host : public Clock, public TimerService, public SoundService, public ProcessRunner {
-public:
+  public:
     // A modal message box with the given caption.
     virtual void ShowMessage(const std::string& text, const std::string& caption,
                              MessageIcon icon) = 0;

@@ -8,7 +8,9 @@ namespace {
 bool EqualsIgnoringCase(const std::string& a, const char* b) {
     std::size_t i = 0;
     for (; i < a.size() && b[i] != '\0'; ++i) {
-        const auto lower = [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c + 32) : c; };
+        const auto lower = [](char c) {
+            return c >= 'A' && c <= 'Z' ? static_cast<char>(c + 32) : c;
+        };
         if (lower(a[i]) != lower(b[i])) return false;
     }
     return i == a.size() && b[i] == '\0';
@@ -59,7 +61,8 @@ void FormatDuration(int seconds, std::string* out, int style) {
     if (style == kDurationClock) {
         *out = Printf("%02d:%02d:%02d", hours, minutes, rest);
     } else if (hours >= 1) {
-        *out = Printf(style == kDurationPadded ? "%dh %02dm %02ds" : "%dh %02dm", hours, minutes, rest);
+        *out = Printf(style == kDurationPadded ? "%dh %02dm %02ds" : "%dh %02dm", hours, minutes,
+                      rest);
     } else if (minutes >= 1) {
         *out = Printf(style == kDurationPadded ? "%02dm %02ds" : "%dm %02ds", minutes, rest, 0);
     } else if (rest >= 1) {

@@ -7,7 +7,7 @@ namespace tolvane {
 // What the device helpers need to know about the machine; platform/ answers
 // from the machine's chassis, tests answer what they like.
 class DeviceQueries {
-public:
+  public:
     virtual ~DeviceQueries() = default;
     // The platform name ("PocketPC" for a touch device, "Smartphone" for a
     // keys-only one); returns 0 or the system error of the query.

@@ -44,7 +44,9 @@ std::string Format(const char* format, ...) {
     return text;
 }
 
-CivilTime LocalNow() { return FileTimeToCivil(UtcToLocal(SystemClock().NowUtc())); }
+CivilTime LocalNow() {
+    return FileTimeToCivil(UtcToLocal(SystemClock().NowUtc()));
+}
 
 std::uint32_t CurrentThreadId() {
     const LogEnvironment& environment = Environment();
@@ -76,7 +78,9 @@ void DiagnosticLog::SetPendingSource(const char* path, int line) {
     g_pendingLine = line;
 }
 
-DiagnosticLog::DiagnosticLog() { Open(); }
+DiagnosticLog::DiagnosticLog() {
+    Open();
+}
 
 DiagnosticLog::~DiagnosticLog() {
     if (file_ != nullptr) std::fclose(file_);

@@ -21,7 +21,7 @@ struct LogEnvironment {
 // It is opened on the first report, so a run that never reports leaves no
 // file, and every run starts a fresh one.
 class DiagnosticLog {
-public:
+  public:
     static constexpr std::size_t kMaxMessageBytes = 1023;
 
     static DiagnosticLog& Instance();
@@ -45,7 +45,7 @@ public:
     DiagnosticLog(const DiagnosticLog&) = delete;
     DiagnosticLog& operator=(const DiagnosticLog&) = delete;
 
-private:
+  private:
     struct Counter {
         int number = 0;
         std::int64_t count = 0;

@@ -15,7 +15,7 @@ namespace tolvane {
 // trusted. It has no lock; its owner guards it.
 template <typename T>
 class DynamicList {
-public:
+  public:
     // The line numbers every misuse reports in the log.
     static constexpr int kLineAllocation = 105;
     static constexpr int kLineSeek = 259;
@@ -127,7 +127,7 @@ public:
         for (Node* node = head_; node != nullptr; node = node->next) visit(node->record);
     }
 
-private:
+  private:
     struct Node {
         Node* next;
         T record;

@@ -11,7 +11,9 @@ namespace {
 constexpr std::int64_t kEpochDifferenceSeconds = 11'644'473'600;
 constexpr FileTime kTicksPerMillisecond = 10'000;
 
-bool IsLeapYear(int year) { return (year % 4 == 0 && year % 100 != 0) || year % 400 == 0; }
+bool IsLeapYear(int year) {
+    return (year % 4 == 0 && year % 100 != 0) || year % 400 == 0;
+}
 
 int DaysInMonth(int year, int month) {
     static constexpr int kDays[12] = {31, 28, 31, 30, 31, 30, 31, 31, 30, 31, 30, 31};
@@ -28,7 +30,9 @@ std::int64_t DaysFromCivil(std::int64_t year, unsigned month, unsigned day) {
     return era * 146097 + static_cast<std::int64_t>(dayOfEra) - 719468;
 }
 
-std::int64_t FloorDiv(std::int64_t a, std::int64_t b) { return a / b - ((a % b != 0) && ((a < 0) != (b < 0))); }
+std::int64_t FloorDiv(std::int64_t a, std::int64_t b) {
+    return a / b - ((a % b != 0) && ((a < 0) != (b < 0)));
+}
 
 std::mutex& TimeZoneMutex() {
     static std::mutex mutex;
@@ -44,8 +48,8 @@ std::optional<FileTime> CivilToFileTime(const CivilTime& c) {
         c.millisecond > 999) {
         return std::nullopt;
     }
-    const std::int64_t days = DaysFromCivil(c.year, static_cast<unsigned>(c.month),
-                                            static_cast<unsigned>(c.day));
+    const std::int64_t days =
+        DaysFromCivil(c.year, static_cast<unsigned>(c.month), static_cast<unsigned>(c.day));
     const std::int64_t seconds =
         days * 86400 + c.hour * 3600 + c.minute * 60 + c.second + kEpochDifferenceSeconds;
     return seconds * kFileTimeTicksPerSecond + c.millisecond * kTicksPerMillisecond;
@@ -79,7 +83,8 @@ CivilTime FileTimeToCivil(FileTime time) {
 
 FileTime UtcToLocal(FileTime utc) {
     const std::int64_t totalSeconds = FloorDiv(utc, kFileTimeTicksPerSecond);
-    const std::time_t unixSeconds = static_cast<std::time_t>(totalSeconds - kEpochDifferenceSeconds);
+    const std::time_t unixSeconds =
+        static_cast<std::time_t>(totalSeconds - kEpochDifferenceSeconds);
     std::tm local{};
     {
         // std::localtime shares one static result between callers.
@@ -102,7 +107,9 @@ FileTime UtcToLocal(FileTime utc) {
 
 FileTime SystemClock::NowUtc() const {
     const auto sinceEpoch = std::chrono::system_clock::now().time_since_epoch();
-    const auto ticks = std::chrono::duration_cast<std::chrono::duration<std::int64_t, std::ratio<1, 10'000'000>>>(sinceEpoch);
+    const auto ticks =
+        std::chrono::duration_cast<std::chrono::duration<std::int64_t, std::ratio<1, 10'000'000>>>(
+            sinceEpoch);
     return ticks.count() + kEpochDifferenceSeconds * kFileTimeTicksPerSecond;
 }
 

@@ -32,13 +32,13 @@ FileTime UtcToLocal(FileTime utc);
 
 // The source of the current time; a replay drives its own.
 class Clock {
-public:
+  public:
     virtual ~Clock() = default;
     virtual FileTime NowUtc() const = 0;
 };
 
 class SystemClock final : public Clock {
-public:
+  public:
     FileTime NowUtc() const override;
 };
 

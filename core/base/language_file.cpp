@@ -8,7 +8,9 @@ namespace tolvane {
 namespace {
 
 std::uint32_t ReadUint32(std::string_view bytes, std::size_t at) {
-    const auto byte = [&](std::size_t i) { return static_cast<std::uint32_t>(static_cast<unsigned char>(bytes[at + i])); };
+    const auto byte = [&](std::size_t i) {
+        return static_cast<std::uint32_t>(static_cast<unsigned char>(bytes[at + i]));
+    };
     return byte(0) | byte(1) << 8 | byte(2) << 16 | byte(3) << 24;
 }
 
@@ -25,10 +27,17 @@ bool Unescape(std::string_view text, std::string& out) {
         }
         if (++i == text.size()) return false;
         switch (text[i]) {
-            case 'n': out += '\n'; break;
-            case 't': out += '\t'; break;
-            case '\\': out += '\\'; break;
-            default: return false;
+            case 'n':
+                out += '\n';
+                break;
+            case 't':
+                out += '\t';
+                break;
+            case '\\':
+                out += '\\';
+                break;
+            default:
+                return false;
         }
     }
     return true;
@@ -48,8 +57,9 @@ bool DecodeLanguageFile(std::string_view bytes, std::vector<LanguageEntry>& entr
         std::u16string text;
         text.reserve(length);
         for (std::uint32_t i = 0; i < length; ++i, at += 2) {
-            const char16_t unit = static_cast<char16_t>(static_cast<unsigned char>(bytes[at]) |
-                                                        static_cast<unsigned char>(bytes[at + 1]) << 8);
+            const char16_t unit =
+                static_cast<char16_t>(static_cast<unsigned char>(bytes[at]) |
+                                      static_cast<unsigned char>(bytes[at + 1]) << 8);
             text += unit;
         }
         // The stored text is NUL-terminated in memory, so an embedded NUL ends it.
@@ -115,10 +125,17 @@ std::string FormatLanguageSourceLine(const LanguageEntry& entry) {
     std::string line = std::to_string(entry.id) + '\t';
     for (const char c : entry.text) {
         switch (c) {
-            case '\n': line += "\\n"; break;
-            case '\t': line += "\\t"; break;
-            case '\\': line += "\\\\"; break;
-            default: line += c;
+            case '\n':
+                line += "\\n";
+                break;
+            case '\t':
+                line += "\\t";
+                break;
+            case '\\':
+                line += "\\\\";
+                break;
+            default:
+                line += c;
         }
     }
     return line;

@@ -10,11 +10,17 @@ ProgramPaths& Paths() {
 
 }  // namespace
 
-const ProgramPaths& GetProgramPaths() { return Paths(); }
+const ProgramPaths& GetProgramPaths() {
+    return Paths();
+}
 
-void SetProgramPaths(const ProgramPaths& paths) { Paths() = paths; }
+void SetProgramPaths(const ProgramPaths& paths) {
+    Paths() = paths;
+}
 
-std::string ProgramFile(const std::string& name) { return Paths().programFolder + "/" + name; }
+std::string ProgramFile(const std::string& name) {
+    return Paths().programFolder + "/" + name;
+}
 
 std::string ProgramFileWithSuffix(const std::string& suffix) {
     std::string name = Paths().baseName;

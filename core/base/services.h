@@ -13,7 +13,7 @@ namespace tolvane {
 // One-shot-free repeating timers of the user-interface loop. Callbacks run on
 // the thread that runs the loop, never concurrently with each other.
 class TimerService {
-public:
+  public:
     virtual ~TimerService() = default;
     // Returns the timer's id, 0 when no timer could be made.
     virtual int StartTimer(int intervalMilliseconds, std::function<void()> callback) = 0;
@@ -26,7 +26,7 @@ enum class SoundMode { kOnce, kLoop };
 // file or a machine without an audio device reports success too, because
 // callers repeat a call until it succeeds.
 class SoundService {
-public:
+  public:
     virtual ~SoundService() = default;
     virtual bool PlaySoundFile(const std::string& path, SoundMode mode) = 0;
     // Stops whatever is playing.
@@ -45,11 +45,12 @@ void RepeatUntilSuccess(Call call) {
 
 // Starting a helper program (the speech engine) and waiting for it.
 class ProcessRunner {
-public:
+  public:
     virtual ~ProcessRunner() = default;
     // Starts program with the arguments and waits, without a time limit, for
     // it to end. False when it could not be started.
-    virtual bool RunAndWait(const std::string& program, const std::vector<std::string>& arguments) = 0;
+    virtual bool RunAndWait(const std::string& program,
+                            const std::vector<std::string>& arguments) = 0;
     // The folder for temporary files ($TMPDIR or /tmp), without a trailing
     // separator.
     virtual std::string TemporaryFolder() const = 0;

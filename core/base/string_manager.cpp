@@ -36,9 +36,13 @@ CStringManager& CStringManager::GetInstance() {
     return instance;
 }
 
-CStringManager::CStringManager() { DebugTrace("CStringManager()\n"); }
+CStringManager::CStringManager() {
+    DebugTrace("CStringManager()\n");
+}
 
-CStringManager::~CStringManager() { DebugTrace("~CStringManager()\n"); }
+CStringManager::~CStringManager() {
+    DebugTrace("~CStringManager()\n");
+}
 
 bool CStringManager::Load(int primaryLanguage, int subLanguage) {
     std::lock_guard<std::mutex> lock(mutex_);

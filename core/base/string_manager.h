@@ -17,7 +17,7 @@ inline constexpr int kSubLanguageEnglishUs = 1;
 // length in UTF-16 code units (at least 1) and the UTF-16LE text, no header,
 // little-endian, until the end of the file.
 class CStringManager {
-public:
+  public:
     static CStringManager& GetInstance();
 
     // Reads the whole file; any fault (missing, read-only, truncated, a record
@@ -38,7 +38,7 @@ public:
     CStringManager(const CStringManager&) = delete;
     CStringManager& operator=(const CStringManager&) = delete;
 
-private:
+  private:
     CStringManager();
     ~CStringManager();
 

@@ -76,7 +76,9 @@ void AppendUtf8(std::string& out, char32_t code) {
     }
 }
 
-std::size_t Utf16Units(char32_t code) { return code >= 0x10000 ? 2 : 1; }
+std::size_t Utf16Units(char32_t code) {
+    return code >= 0x10000 ? 2 : 1;
+}
 
 }  // namespace
 

@@ -75,8 +75,8 @@ void LoadOptionsAtStartup(const std::string& path, Options& options, OptionsRunt
 
 void CopyOptionsToRuntime(const Options& options, OptionsRuntime& runtime) {
     runtime.bluetoothName = ReadWideField(options.bluetoothName);
-    runtime.bluetoothAddress = static_cast<std::uint64_t>(options.bluetoothAddress[1]) << 32 |
-                               options.bluetoothAddress[0];
+    runtime.bluetoothAddress =
+        static_cast<std::uint64_t>(options.bluetoothAddress[1]) << 32 | options.bluetoothAddress[0];
     runtime.receiverChosen = !runtime.bluetoothName.empty() &&
                              (options.bluetoothAddress[0] != 0 || options.bluetoothAddress[1] != 0);
     runtime.storageLocation = ReadWideField(options.storageLocation);

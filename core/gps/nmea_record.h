@@ -23,9 +23,9 @@ static_assert(sizeof(NmeaSatellite) == 21);
 // reads the record.
 struct NmeaRecord {
     struct Rmc {
-        char utcTime[11];  // hhmmss.sss
-        char date[7];      // ddmmyy
-        char status;       // 'A' valid, 'V' warning
+        char utcTime[11];   // hhmmss.sss
+        char date[7];       // ddmmyy
+        char status;        // 'A' valid, 'V' warning
         char latitude[10];  // ddmm.mmmm
         char latHemisphere;
         char longitude[11];  // dddmm.mmmm

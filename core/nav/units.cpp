@@ -6,9 +6,12 @@ namespace tolvane {
 
 double ConvertSpeed(const GpsState& state, int unitSystem) {
     switch (unitSystem) {
-        case kMetric: return state.speedKnots * kKmPerNauticalMile;
-        case kImperial: return state.speedKnots * kMilesPerKnot;
-        default: return state.speedKnots;
+        case kMetric:
+            return state.speedKnots * kKmPerNauticalMile;
+        case kImperial:
+            return state.speedKnots * kMilesPerKnot;
+        default:
+            return state.speedKnots;
     }
 }
 

@@ -11,7 +11,7 @@ namespace tolvane::testing {
 // A fresh folder under the system's temporary folder, removed at the end;
 // it also serves as the program folder of the test.
 class TemporaryFolder {
-public:
+  public:
     TemporaryFolder();
     ~TemporaryFolder();
     TemporaryFolder(const TemporaryFolder&) = delete;
@@ -23,7 +23,7 @@ public:
     // Makes this folder the program folder for the rest of the test.
     void UseAsProgramFolder() const;
 
-private:
+  private:
     std::string path_;
 };
 

@@ -48,8 +48,10 @@ TEST(ToolTest, OptionsResetWritesTheDefaultRecordAndDumpShowsIt) {
 
     const Result dump = RunCommand({"options", "dump", path});
     ASSERT_EQ(dump.code, kExitOk) << dump.err;
-    EXPECT_NE(dump.out.find("\"version\":\"2.4.0.3151\",\"versionMatches\":true"), std::string::npos);
-    EXPECT_NE(dump.out.find("\"speedAlarmValues\":[50,60,70,80,90,100,110,120]"), std::string::npos);
+    EXPECT_NE(dump.out.find("\"version\":\"2.4.0.3151\",\"versionMatches\":true"),
+              std::string::npos);
+    EXPECT_NE(dump.out.find("\"speedAlarmValues\":[50,60,70,80,90,100,110,120]"),
+              std::string::npos);
     EXPECT_NE(dump.out.find("\"minimumSpeed\":0,"), std::string::npos);
 }
 
@@ -65,19 +67,23 @@ TEST(ToolTest, UnreadableFilesNameTheFileAndExit1) {
     EXPECT_EQ(shortRecord.code, kExitFailure);
     EXPECT_NE(shortRecord.err.find("4903 bytes"), std::string::npos);
 
-    EXPECT_EQ(RunCommand({"options", "reset", folder.File("no/such/dir/Options.dat")}).code, kExitFailure);
+    EXPECT_EQ(RunCommand({"options", "reset", folder.File("no/such/dir/Options.dat")}).code,
+              kExitFailure);
     EXPECT_EQ(RunCommand({"lang", "dump", folder.File("short.dat")}).code, kExitFailure);
 }
 
 TEST(ToolTest, LanguageCompileAndDumpRoundTrip) {
     testing::TemporaryFolder folder;
-    testing::WriteFileBytes(folder.File("src.txt"), "# texts\n10000\tTolvane GPS Utilities\n5\tA\\nB\n");
-    ASSERT_EQ(RunCommand({"lang", "compile", folder.File("src.txt"), folder.File("out.dat")}).code, kExitOk);
+    testing::WriteFileBytes(folder.File("src.txt"),
+                            "# texts\n10000\tTolvane GPS Utilities\n5\tA\\nB\n");
+    ASSERT_EQ(RunCommand({"lang", "compile", folder.File("src.txt"), folder.File("out.dat")}).code,
+              kExitOk);
     const Result dump = RunCommand({"lang", "dump", folder.File("out.dat")});
     EXPECT_EQ(dump.out, "10000\tTolvane GPS Utilities\n5\tA\\nB\n");
 
     testing::WriteFileBytes(folder.File("bad.txt"), "1\tok\n2\n");
-    const Result bad = RunCommand({"lang", "compile", folder.File("bad.txt"), folder.File("out.dat")});
+    const Result bad =
+        RunCommand({"lang", "compile", folder.File("bad.txt"), folder.File("out.dat")});
     EXPECT_EQ(bad.code, kExitFailure);
     EXPECT_NE(bad.err.find("line 2"), std::string::npos);
 }
@@ -90,9 +96,9 @@ TEST(ToolTest, ShippedEnglishFileHoldsTheRequiredIds) {
     std::map<std::uint32_t, std::string> texts;
     for (const LanguageEntry& entry : entries) texts[entry.id] = entry.text;
     EXPECT_EQ(texts[10000], "Tolvane GPS Utilities");
-    std::vector<std::uint32_t> required = {10400, 10402, 10405, 10717, 10750, 10813, 10814, 10815,
-                                           10866, 12000, 12001, 40007, 40008, 40009, 40010, 40011,
-                                           40048, 40266};
+    std::vector<std::uint32_t> required = {10400, 10402, 10405, 10717, 10750, 10813,
+                                           10814, 10815, 10866, 12000, 12001, 40007,
+                                           40008, 40009, 40010, 40011, 40048, 40266};
     for (std::uint32_t id = 10700; id <= 10706; ++id) required.push_back(id);
     for (std::uint32_t id = 12500; id <= 12507; ++id) required.push_back(id);
     for (std::uint32_t id = 13001; id <= 13003; ++id) required.push_back(id);

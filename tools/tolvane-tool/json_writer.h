@@ -8,7 +8,7 @@ namespace tolvane::tool {
 
 // A small writer of one-line JSON objects, enough for the tool's reports.
 class JsonWriter {
-public:
+  public:
     JsonWriter& BeginObject(std::string_view key = {});
     JsonWriter& EndObject();
     JsonWriter& BeginArray(std::string_view key = {});
@@ -21,7 +21,7 @@ public:
 
     const std::string& Text() const { return text_; }
 
-private:
+  private:
     void Separate(std::string_view key);
 
     std::string text_;

@@ -6,15 +6,16 @@ namespace tolvane {
 namespace {
 
 class FakeDevice : public DeviceQueries {
-public:
-    FakeDevice(int error, std::string name, int major) : error_(error), name_(std::move(name)), major_(major) {}
+  public:
+    FakeDevice(int error, std::string name, int major)
+        : error_(error), name_(std::move(name)), major_(major) {}
     int QueryPlatformName(std::string& name) const override {
         name = name_;
         return error_;
     }
     int OperatingSystemMajorVersion() const override { return major_; }
 
-private:
+  private:
     int error_;
     std::string name_;
     int major_;

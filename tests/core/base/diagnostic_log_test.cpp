@@ -33,17 +33,20 @@ TEST(DiagnosticLogTest, WritesHeaderLinesStatisticsAndStartsFreshEachRun) {
     EXPECT_EQ(log.find("old run"), std::string::npos);
     EXPECT_EQ(log.rfind("=============================================\r\n", 0), 0u);
     EXPECT_TRUE(std::regex_search(
-        log, std::regex("Log is started on \\d\\d\\.\\d\\d\\.\\d{4}, at \\d\\d:\\d\\d:\\d\\d:\\d{3}\r\n")));
+        log,
+        std::regex(
+            "Log is started on \\d\\d\\.\\d\\d\\.\\d{4}, at \\d\\d:\\d\\d:\\d\\d:\\d{3}\r\n")));
     EXPECT_NE(log.find("Executable: /opt/tolvane/tolvane (ProcID: 0x00001234), compile time: "),
               std::string::npos);
-    EXPECT_TRUE(std::regex_search(
-        log, std::regex("\\d\\d:\\d\\d:\\d\\d\\(\\d+\\) thr 0x0000ABCD : value 7\t\\(from start\\.cpp,42\\)\r\n")));
+    EXPECT_TRUE(std::regex_search(log, std::regex("\\d\\d:\\d\\d:\\d\\d\\(\\d+\\) thr 0x0000ABCD : "
+                                                  "value 7\t\\(from start\\.cpp,42\\)\r\n")));
     // The message is cut to 1023 bytes.
     EXPECT_NE(log.find(" : " + std::string(1023, 'x') + "\t(from"), std::string::npos);
     EXPECT_EQ(log.find(std::string(1024, 'x')), std::string::npos);
-    EXPECT_NE(log.find("Counter 3 statistics\r\n\tCounts: 2,\r\n\tMinTime: 10 ms,\r\n\tMaxTime: 31 ms,"
-                       "\r\n\tTotalTime: 41 ms,\r\n\tAverageTime: 20 ms"),
-              std::string::npos);
+    EXPECT_NE(
+        log.find("Counter 3 statistics\r\n\tCounts: 2,\r\n\tMinTime: 10 ms,\r\n\tMaxTime: 31 ms,"
+                 "\r\n\tTotalTime: 41 ms,\r\n\tAverageTime: 20 ms"),
+        std::string::npos);
     EXPECT_NE(log.find(" : Log finished\t"), std::string::npos);
 }
 

@@ -11,13 +11,17 @@ namespace tolvane {
 namespace {
 
 class StringManagerTest : public ::testing::Test {
-protected:
+  protected:
     void SetUp() override { folder_.UseAsProgramFolder(); }
-    void TearDown() override { std::filesystem::permissions(Path(), std::filesystem::perms::owner_all, error_); }
+    void TearDown() override {
+        std::filesystem::permissions(Path(), std::filesystem::perms::owner_all, error_);
+    }
 
     std::string Path() const { return folder_.File("tolvane_ENU.dat"); }
     void Write(const std::string& bytes) const { testing::WriteFileBytes(Path(), bytes); }
-    bool Load() const { return CStringManager::GetInstance().Load(kLanguageEnglish, kSubLanguageEnglishUs); }
+    bool Load() const {
+        return CStringManager::GetInstance().Load(kLanguageEnglish, kSubLanguageEnglishUs);
+    }
 
     static std::string Record(std::uint32_t id, std::uint32_t length, const std::string& utf16) {
         std::string out;
@@ -66,8 +70,8 @@ TEST_F(StringManagerTest, BrokenFilesLeaveAnEmptyTable) {
 TEST_F(StringManagerTest, MissingOrReadOnlyFileFails) {
     EXPECT_FALSE(Load());
     Write(EncodeLanguageFile({{1, "one"}}));
-    std::filesystem::permissions(Path(), std::filesystem::perms::owner_read |
-                                             std::filesystem::perms::group_read);
+    std::filesystem::permissions(
+        Path(), std::filesystem::perms::owner_read | std::filesystem::perms::group_read);
     EXPECT_FALSE(Load());
     EXPECT_EQ(CStringManager::GetInstance().Count(), 0u);
 }

@@ -13,7 +13,9 @@ TEST(TextEncodingTest, RoundTripsAndReplacesWhatCannotBeKept) {
     EXPECT_EQ(Utf8ToUtf16("\xC3"), u"\uFFFD");  // cut multi-byte sequence
     EXPECT_EQ(Utf16ToUtf8(std::u16string(1, char16_t(0xD800))), "\xEF\xBF\xBD");
 
-    EXPECT_EQ(Utf8ToWindows1252("Grüße €"), "Gr\xFC\xDF" "e \x80");
+    EXPECT_EQ(Utf8ToWindows1252("Grüße €"),
+              "Gr\xFC\xDF"
+              "e \x80");
     EXPECT_EQ(Utf8ToWindows1252("✓"), "?");
     EXPECT_EQ(Windows1252ToUtf8("\x80\x81\xE9"), "€\xC2\x81é");
 

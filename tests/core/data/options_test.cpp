@@ -1,11 +1,11 @@
 #include "core/data/options.h"
-#include "core/data/whole_file.h"
 
 #include <gtest/gtest.h>
 
 #include <cerrno>
 #include <cstring>
 
+#include "core/data/whole_file.h"
 #include "tests/core/test_support.h"
 
 namespace tolvane {
@@ -23,7 +23,7 @@ T At(const std::string& bytes, std::size_t offset) {
 }
 
 class OptionsTest : public ::testing::Test {
-protected:
+  protected:
     OptionsTest() { ResetOptions(defaults_); }
 
     // Loads what is on disk at start-up into a record that starts as garbage.
@@ -45,7 +45,8 @@ TEST_F(OptionsTest, DefaultsSitAtTheirOffsets) {
     ASSERT_EQ(bytes.size(), 4904u);
     EXPECT_EQ(std::string(bytes.data()), "2.4.0.3151");
     EXPECT_EQ(std::string(bytes.data() + 10, 10), std::string(10, '\0'));
-    for (const std::size_t offset : {20, 24, 28, 32, 604, 4820, 4824, 4828, 4832, 4836, 4864, 4880}) {
+    for (const std::size_t offset :
+         {20, 24, 28, 32, 604, 4820, 4824, 4828, 4832, 4836, 4864, 4880}) {
         EXPECT_EQ(At<std::int32_t>(bytes, offset), 1) << offset;
     }
     EXPECT_EQ(At<std::int32_t>(bytes, 56), -1);

@@ -1,0 +1,56 @@
+#pragma once
+
+#include <cstdint>
+#include <functional>
+
+#include "core/data/options.h"
+#include "core/gps/gps_processing.h"
+#include "core/gps/gps_state.h"
+#include "core/nav/map_projection.h"
+
+namespace tolvane {
+
+// The views, in the order of the view switch.
+enum View : int {
+    kViewGpsInfo = 0,
+    kViewSatellites = 1,
+    kViewCompass = 2,
+    kViewSpeed = 3,
+    kViewWorldMap = 4,
+    kViewMap = 5,
+    kViewTripStat = 6,
+};
+
+// What one tick reads from the active GPS source.
+struct SourceReading {
+    std::int32_t connected = 0;
+    GpsFix snapshot;
+};
+
+// The last valid position handed to the map views, which follow it.
+struct MapFollow {
+    double latitude = 0;
+    double longitude = 0;
+    bool havePosition = false;
+};
+
+// The one application-state block that owns all long-lived state.
+struct AppState {
+    Options options{};
+    OptionsRuntime runtime;
+
+    GpsState gps;
+    ProcessorState processor;
+
+    // Reads the running source once a tick; the GPS start command installs
+    // it for the chosen source and the stop command removes it. Without one
+    // the source reads as not connected with an empty snapshot.
+    std::function<SourceReading()> readActiveSource;
+
+    int currentView = kViewGpsInfo;
+    MapProjection projection;
+    MapFollow mapFollow;
+    int mapCountdown = 0;  // ticks until the map views follow the position again
+};
+
+}  // namespace tolvane

@@ -1,0 +1,16 @@
+#pragma once
+
+#include "core/app/app_state.h"
+#include "core/app/host.h"
+
+namespace tolvane {
+
+// The update step: reads the active source and publishes it into the GPS
+// state. Also called once by the GPS start command, so that the first view
+// shows data without waiting for the tick.
+void UpdateGpsState(AppState& app);
+
+// The procedure of the one-second timer.
+void MainTimerProc(AppState& app, Host& host);
+
+}  // namespace tolvane

@@ -1,0 +1,275 @@
+#include "core/nav/navigation.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+
+#include "core/data/options.h"
+#include "core/gps/gps_processing.h"
+#include "core/gps/gps_state.h"
+#include "core/nav/distance.h"
+#include "core/nav/speed_alarm.h"
+#include "core/nav/units.h"
+#include "core/nav/voice_guide.h"
+#include "tests/core/nav/fake_services.h"
+
+namespace tolvane {
+namespace {
+
+GeoPoint Destination(double latitude, double longitude, int range = -1, std::string voice = "") {
+    GeoPoint point;
+    point.latitude = latitude;
+    point.longitude = longitude;
+    point.proximityRange = range;
+    point.voiceGuide = std::move(voice);
+    return point;
+}
+
+class NavigationTest : public ::testing::Test {
+  protected:
+    NavigationTest() {
+        ResetOptions(options);
+        options.voiceGuide = 0;
+        state.connected = 1;
+        state.fixValid = 1;
+        alarm.path = "/program/Alarm.wav";
+    }
+
+    void Open(std::initializer_list<GeoPoint> points) {
+        DynamicList<GeoPoint> loaded;
+        for (const GeoPoint& point : points) loaded.Append(point);
+        OpenDestinationList(navigation, loaded);
+        EXPECT_EQ(loaded.Count(), 0);
+    }
+
+    std::string Reached() {
+        std::string flags;
+        navigation.destinations.ForEach(
+            [&](const GeoPoint& point) { flags += point.reached != 0 ? '1' : '0'; });
+        return flags;
+    }
+
+    // Puts the fix distanceKm away from the current destination and runs the
+    // arrival check.
+    bool ArriveAt(double distanceKm) {
+        state.destinationDistanceKm = distanceKm;
+        return CheckArrival(state, options, navigation, voice, alarm, sound);
+    }
+
+    int AlarmPlays() const {
+        int plays = 0;
+        for (const auto& call : sound.calls) {
+            if (call.what == "play" && call.path == alarm.path) ++plays;
+        }
+        return plays;
+    }
+
+    Options options;
+    GpsState state;
+    Navigation navigation;
+    AlarmSound alarm;
+    testing::RecordingSound sound;
+    testing::FakeProcessRunner runner;
+    testing::FakeEngineFinder finder;
+    VoiceGuide voice{finder, runner, sound};
+};
+
+TEST_F(NavigationTest, OpeningStartsAtTheFirstUnreachedDestination) {
+    GeoPoint reached = Destination(1, 1);
+    reached.reached = 1;
+    Open({reached, Destination(2, 2), Destination(3, 3)});
+    EXPECT_EQ(CurrentDestinationIndex(navigation), 1);
+    EXPECT_EQ(navigation.previous, kNoDestination);
+    GeoPoint current;
+    ASSERT_TRUE(CopyCurrentDestination(navigation, current));
+    EXPECT_EQ(current.latitude, 2);
+
+    CloseDestinationList(navigation);
+    EXPECT_EQ(CurrentDestinationIndex(navigation), kNoDestination);
+    EXPECT_FALSE(CopyCurrentDestination(navigation, current));
+    EXPECT_EQ(navigation.destinations.Count(), 0);
+}
+
+TEST_F(NavigationTest, NextPreviousAndResetWalkTheRound) {
+    Open({Destination(1, 1), Destination(2, 2), Destination(3, 3)});
+    // Previous with nothing reached stays on the first destination.
+    PreviousDestination(navigation);
+    EXPECT_EQ(navigation.current, 0);
+    EXPECT_EQ(navigation.previous, kNoDestination);
+
+    NextDestination(navigation);
+    NextDestination(navigation);
+    EXPECT_EQ(Reached(), "110");
+    EXPECT_EQ(navigation.current, 2);
+    EXPECT_EQ(navigation.previous, 1);
+
+    PreviousDestination(navigation);
+    EXPECT_EQ(Reached(), "100");
+    EXPECT_EQ(navigation.current, 1);
+    EXPECT_EQ(navigation.previous, 0);
+
+    NextDestination(navigation);
+    NextDestination(navigation);
+    EXPECT_EQ(Reached(), "111");
+    EXPECT_EQ(navigation.current, kNoDestination);
+    EXPECT_EQ(navigation.previous, 2);
+    NextDestination(navigation);
+    EXPECT_EQ(navigation.current, kNoDestination);
+
+    // With every destination reached, Previous takes the last one back.
+    PreviousDestination(navigation);
+    EXPECT_EQ(Reached(), "110");
+    EXPECT_EQ(navigation.current, 2);
+    EXPECT_EQ(navigation.previous, 1);
+
+    ResetDestinations(navigation);
+    EXPECT_EQ(Reached(), "000");
+    EXPECT_EQ(navigation.current, 0);
+    EXPECT_EQ(navigation.previous, kNoDestination);
+}
+
+TEST_F(NavigationTest, NextSkipsDestinationsReachedOutOfOrder) {
+    GeoPoint reached = Destination(2, 2);
+    reached.reached = 1;
+    Open({Destination(1, 1), reached, Destination(3, 3)});
+    NextDestination(navigation);
+    EXPECT_EQ(navigation.current, 2);
+    // Previous looks at the reached run from the head of the list only.
+    PreviousDestination(navigation);
+    EXPECT_EQ(Reached(), "100");
+    EXPECT_EQ(navigation.current, 1);
+    EXPECT_EQ(navigation.previous, 0);
+}
+
+TEST_F(NavigationTest, EmptyListLeavesEveryCommandWithoutEffect) {
+    NextDestination(navigation);
+    PreviousDestination(navigation);
+    ResetDestinations(navigation);
+    EXPECT_EQ(navigation.current, kNoDestination);
+    EXPECT_EQ(navigation.previous, kNoDestination);
+    EXPECT_FALSE(ArriveAt(0.0));
+    Open({});
+    EXPECT_EQ(navigation.current, kNoDestination);
+    EXPECT_TRUE(sound.calls.empty());
+}
+
+TEST_F(NavigationTest, DistanceFeedsTheTripStatistics) {
+    Open({Destination(0, 1)});
+    const DestinationDistance distance = [&](double latitude, double longitude, double& km) {
+        return UpdateDestinationFigures(navigation, options, latitude, longitude, km);
+    };
+    state.speedKnots = 10;
+    AdvanceTripStatistics(state, distance);
+    EXPECT_NEAR(state.destinationDistanceKm, 114.319, 1e-9);
+    EXPECT_EQ(state.destinationSeconds, 22221);  // 114.319 km at 18.52 km/h
+
+    state.speedKnots = 0;
+    AdvanceTripStatistics(state, distance);
+    EXPECT_EQ(state.destinationSeconds, -1);
+
+    // Navigation switched off keeps the last distance.
+    options.navigation = 0;
+    state.latitude = 5;
+    AdvanceTripStatistics(state, distance);
+    EXPECT_NEAR(state.destinationDistanceKm, 114.319, 1e-9);
+
+    options.navigation = 1;
+    CloseDestinationList(navigation);
+    double km = -1;
+    EXPECT_FALSE(UpdateDestinationFigures(navigation, options, 0, 0, km));
+    EXPECT_EQ(km, -1);
+}
+
+TEST_F(NavigationTest, RangeInMetresOrFeet) {
+    options.defaultProximityRange = 200;
+    EXPECT_DOUBLE_EQ(ProximityRangeKm(Destination(0, 0, -1), options), 0.2);
+    EXPECT_DOUBLE_EQ(ProximityRangeKm(Destination(0, 0, 50), options), 0.05);
+    options.alwaysUseDefaultRange = 1;
+    EXPECT_DOUBLE_EQ(ProximityRangeKm(Destination(0, 0, 50), options), 0.2);
+    options.alwaysUseDefaultRange = 0;
+    options.unitSystem = kImperial;
+    EXPECT_NEAR(ProximityRangeKm(Destination(0, 0, -1), options), 0.061, 0.0005);
+    options.unitSystem = kNautical;
+    EXPECT_NEAR(ProximityRangeKm(Destination(0, 0, 3281), options), 1.0, 0.0001);
+}
+
+TEST_F(NavigationTest, ArrivalWithinRangeSoundsTheAlarmAndMovesOn) {
+    Open({Destination(0, 0, 100), Destination(1, 1, -1)});
+    alarm.sounding = true;
+    EXPECT_FALSE(ArriveAt(0.1001));
+    EXPECT_EQ(AlarmPlays(), 0);
+
+    // Exactly the range counts as arrived.
+    EXPECT_TRUE(ArriveAt(ProximityRangeKm(Destination(0, 0, 100), options)));
+    EXPECT_EQ(AlarmPlays(), 1);
+    EXPECT_EQ(sound.calls.back().mode, SoundMode::kOnce);
+    EXPECT_FALSE(alarm.sounding);
+    EXPECT_EQ(Reached(), "10");
+    EXPECT_EQ(navigation.current, 1);
+
+    // The second one has no range of its own: the default 200 m applies.
+    EXPECT_FALSE(ArriveAt(0.21));
+    EXPECT_TRUE(ArriveAt(0.19));
+    EXPECT_EQ(navigation.current, kNoDestination);
+    EXPECT_FALSE(ArriveAt(0.0));
+    EXPECT_EQ(AlarmPlays(), 2);
+}
+
+TEST_F(NavigationTest, ArrivalNeedsAConnectedValidFixAndNavigation) {
+    Open({Destination(0, 0)});
+    state.fixValid = 0;
+    EXPECT_FALSE(ArriveAt(0.0));
+    state.fixValid = 1;
+    state.connected = 0;
+    EXPECT_FALSE(ArriveAt(0.0));
+    state.connected = 1;
+    options.navigation = 0;
+    EXPECT_FALSE(ArriveAt(0.0));
+    EXPECT_EQ(navigation.current, 0);
+}
+
+TEST_F(NavigationTest, ArrivalSpeaksTheVoiceTextOrFallsBackToTheAlarm) {
+    options.voiceGuide = 1;
+    Open({Destination(0, 0, -1, "A"), Destination(0, 0, -1, ""), Destination(0, 0, -1, "Home"),
+          Destination(0, 0, -1, "Gate")});
+    alarm.sounding = true;
+
+    // A one-character text is spoken, and the alarm is left alone.
+    EXPECT_TRUE(ArriveAt(0.0));
+    ASSERT_EQ(runner.runs.size(), 1u);
+    EXPECT_EQ(runner.runs[0].back(), "A");
+    EXPECT_EQ(AlarmPlays(), 0);
+    EXPECT_TRUE(alarm.sounding);
+
+    // An empty text gives the alarm sound.
+    EXPECT_TRUE(ArriveAt(0.0));
+    EXPECT_EQ(runner.runs.size(), 1u);
+    EXPECT_EQ(AlarmPlays(), 1);
+    EXPECT_FALSE(alarm.sounding);
+
+    // An engine that cannot be started gives the alarm sound too.
+    runner.canStart = false;
+    EXPECT_TRUE(ArriveAt(0.0));
+    EXPECT_EQ(runner.runs.size(), 2u);
+    EXPECT_EQ(AlarmPlays(), 2);
+
+    // So does the voice guide switched off.
+    runner.canStart = true;
+    options.voiceGuide = 0;
+    sound.failuresBeforeSuccess = 2;
+    EXPECT_TRUE(ArriveAt(0.0));
+    EXPECT_EQ(runner.runs.size(), 2u);
+    EXPECT_EQ(AlarmPlays(), 5);
+    EXPECT_EQ(navigation.current, kNoDestination);
+}
+
+TEST(DistanceTest, DegreeLengthsAtTheEquator) {
+    // The longitude coefficient is 114.413 on purpose.
+    EXPECT_NEAR(DistanceKm(0, 0, 0, 1), 114.319, 1e-9);
+    EXPECT_NEAR(DistanceKm(0, 0, 1, 0), 111.133 - 0.559 * std::cos(0.017453292519943295), 1e-9);
+    EXPECT_NEAR(DistanceKm(0, 0, 1, 0), 110.574, 0.001);
+    EXPECT_DOUBLE_EQ(DistanceKm(10, 20, 10, 20), 0.0);
+}
+
+}  // namespace
+}  // namespace tolvane

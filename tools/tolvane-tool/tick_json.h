@@ -1,0 +1,17 @@
+#pragma once
+
+#include <string>
+
+#include "core/gps/gps_state.h"
+#include "tools/tolvane-tool/json_writer.h"
+
+namespace tolvane::tool {
+
+// Writes every field of the GPS state, keyed by its field name, into an open
+// JSON object; callers add their own keys around it.
+void WriteGpsStateFields(JsonWriter& json, const GpsState& state);
+
+// One tick as a one-line JSON object.
+std::string TickJson(const GpsState& state);
+
+}  // namespace tolvane::tool
