@@ -46,4 +46,11 @@ void StopGidSource(GidSource& source) {
     source.positionInfo = GidPositionInfo{};
 }
 
+SourceReading ReadGidSource(GidSource& source) {
+    SourceReading reading;
+    reading.connected = GidConnectionState(source);
+    GidReadSnapshot(source, reading.snapshot);
+    return reading;
+}
+
 }  // namespace tolvane

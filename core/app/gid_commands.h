@@ -1,11 +1,16 @@
 #pragma once
 
+#include "core/app/app_state.h"
 #include "core/app/host.h"
 #include "core/base/device_helpers.h"
 #include "core/base/dynamic_library.h"
 #include "core/gps/gid_source.h"
 
 namespace tolvane {
+
+// The GPS source of the settings that runs through the shared GPS service;
+// it is also taken for any value other than the port sources 1 and 2.
+inline constexpr int kGpsSourceGid = 0;
 
 inline constexpr int kStringGpsNotChosen = 10700;
 inline constexpr int kStringGidLibraryMissing = 12000;
@@ -34,5 +39,9 @@ bool StartGidSource(GidSource& source, const GidStartContext& context);
 // The source's part of stopping the GPS: "GID_UnInit", unload, and clear the
 // device and position records. The caller stops the sound and repaints.
 void StopGidSource(GidSource& source);
+
+// The source's reading for the per-second update: the connection state the
+// library reports and, when it can be read, the position record.
+SourceReading ReadGidSource(GidSource& source);
 
 }  // namespace tolvane

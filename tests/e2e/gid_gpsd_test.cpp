@@ -3,6 +3,8 @@
 #include <cstdlib>
 #include <ctime>
 #include <memory>
+#include <nlohmann/json.hpp>
+#include <sstream>
 
 #include "core/app/gid_commands.h"
 #include "core/base/string_manager.h"
@@ -12,6 +14,8 @@
 #include "tests/core/app/recording_host.h"
 #include "tests/core/test_support.h"
 #include "tests/e2e/gpsd_fixture.h"
+#include "tools/tolvane-tool/commands.h"
+#include "tools/tolvane-tool/watch_gid.h"
 
 namespace tolvane {
 namespace {
@@ -250,6 +254,47 @@ TEST_F(GidWithGpsdTest, ASilentReceiverShowsAsNotConnectedAfterTheTimeOut) {
 
     receiver_.SetSilent(false);
     EXPECT_TRUE(WaitForReport(true));
+}
+
+// The tool's watch runs the program's own start and per-second update over
+// the library, one JSON object a second.
+TEST_F(GidWithGpsdTest, TheWatchPrintsTheTicksOfTheSharedService) {
+    tool::GidWatch watch;
+    ResetOptions(watch.options);
+    watch.json = true;
+    watch.seconds = 4;
+    watch.home = TOLVANE_PROGRAM_DIR;
+    std::ostringstream out, err;
+    ASSERT_EQ(tool::RunGidWatch(watch, out, err), tool::kExitOk) << err.str();
+
+    std::istringstream lines(out.str());
+    std::vector<nlohmann::json> ticks;
+    for (std::string line; std::getline(lines, line);) ticks.push_back(nlohmann::json::parse(line));
+    ASSERT_EQ(ticks.size(), 4u);
+    const nlohmann::json& last = ticks.back();
+    EXPECT_EQ(last["connected"], 1) << last;
+    EXPECT_EQ(last["fixValid"], 1);
+    EXPECT_NEAR(last["latitude"].get<double>(), 48.1173, 1e-6);
+    EXPECT_NEAR(last["speedKnots"].get<double>(), 22.4, kSpeedToleranceKnots);
+    EXPECT_EQ(last["satellitesInView"], 14);
+    EXPECT_EQ(last["satPrn"][11], 28);
+    EXPECT_GE(last["connectedSeconds"].get<int>(), 1);
+    EXPECT_TRUE(err.str().empty()) << err.str();
+}
+
+TEST(GidWatchTest, WithoutTheLibraryTheWatchFailsWithTheProgramsMessage) {
+    testing::TemporaryFolder empty;
+    testing::WriteFileBytes(empty.File("tolvane_ENU.dat"),
+                            testing::ReadFileBytes(std::string(TOLVANE_PROGRAM_DIR) + "/tolvane_ENU.dat"));
+    tool::GidWatch watch;
+    watch.seconds = 1;
+    watch.home = empty.Path();
+    std::ostringstream out, err;
+    EXPECT_EQ(tool::RunGidWatch(watch, out, err), tool::kExitFailure);
+    EXPECT_NE(err.str().find("Tolvane GPS Utilities: The GPS service companion library (GID.QX.so)"),
+              std::string::npos)
+        << err.str();
+    EXPECT_TRUE(out.str().empty());
 }
 
 }  // namespace
