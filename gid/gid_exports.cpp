@@ -35,7 +35,7 @@ GID_EXPORT std::int32_t GID_UnInit() {
 
 // The instance and window handles are not needed: the program polls.
 GID_EXPORT std::int32_t GID_OpenGIDDevice(void* /*instance*/, void* /*window*/,
-                                           std::int32_t /*flags*/) {
+                                          std::int32_t /*flags*/) {
     return Session().Open() ? 1 : 0;
 }
 

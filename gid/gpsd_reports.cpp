@@ -14,7 +14,9 @@ constexpr double kKnotsPerMetrePerSecond = 3600.0 / 1852.0;
 constexpr std::int64_t kUnixEpochInFileTimeSeconds = 11'644'473'600;
 constexpr std::int64_t kNanosecondsPerFileTimeTick = 100;
 
-double Known(double value) { return std::isfinite(value) ? value : 0.0; }
+double Known(double value) {
+    return std::isfinite(value) ? value : 0.0;
+}
 
 double FixTypeOfMode(int mode) {
     if (mode == MODE_3D) return 3.0;
@@ -31,10 +33,11 @@ std::vector<const satellite_t*> ChooseSatellites(const gps_data_t& data) {
     for (int i = 0; i < count; ++i) chosen.push_back(&data.skyview[i]);
     std::stable_partition(chosen.begin(), chosen.end(),
                           [](const satellite_t* satellite) { return satellite->used; });
-    if (chosen.size() > static_cast<std::size_t>(kGidMaxSatellites)) chosen.resize(kGidMaxSatellites);
-    std::sort(chosen.begin(), chosen.end(), [](const satellite_t* a, const satellite_t* b) {
-        return a->PRN < b->PRN;
-    });
+    if (chosen.size() > static_cast<std::size_t>(kGidMaxSatellites)) {
+        chosen.resize(kGidMaxSatellites);
+    }
+    std::sort(chosen.begin(), chosen.end(),
+              [](const satellite_t* a, const satellite_t* b) { return a->PRN < b->PRN; });
     return chosen;
 }
 
@@ -44,15 +47,21 @@ void CopyText(const char* from, char (&to)[N]) {
     std::strncpy(to, from, N - 1);
 }
 
-}  // namespace
-
+// A Unix time as a local file time (100 ns since 1601), 0 for no time.
 FileTime LocalFileTimeFromUnix(const timespec& time) {
     if (time.tv_sec <= 0) return 0;
-    const FileTime utc =
-        (static_cast<std::int64_t>(time.tv_sec) + kUnixEpochInFileTimeSeconds) *
-            kFileTimeTicksPerSecond +
-        time.tv_nsec / kNanosecondsPerFileTimeTick;
+    const FileTime utc = (static_cast<std::int64_t>(time.tv_sec) + kUnixEpochInFileTimeSeconds) *
+                             kFileTimeTicksPerSecond +
+                         time.tv_nsec / kNanosecondsPerFileTimeTick;
     return UtcToLocal(utc);
+}
+
+}  // namespace
+
+GidPositionInfo EmptyPositionInfo() {
+    GidPositionInfo info{};
+    info.fixType = 1.0;
+    return info;
 }
 
 void ApplyPositionReport(const gps_fix_t& fix, GidPositionInfo& info) {
@@ -78,7 +87,8 @@ void ApplySkyReport(const gps_data_t& data, GidPositionInfo& info) {
         const satellite_t& satellite = *chosen[i];
         info.satPrn[i] = satellite.PRN;
         // gpsd gives -1 or NaN for a satellite that is not tracked.
-        info.satSnr[i] = satellite.ss > 0 ? static_cast<std::int32_t>(std::lround(satellite.ss)) : 0;
+        info.satSnr[i] =
+            satellite.ss > 0 ? static_cast<std::int32_t>(std::lround(satellite.ss)) : 0;
         info.satElevation[i] = Known(satellite.elevation);
         info.satAzimuth[i] = Known(satellite.azimuth);
     }

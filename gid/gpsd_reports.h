@@ -10,6 +10,9 @@ namespace tolvane::gid {
 // records the program reads. gpsd marks every unknown number as NaN; the
 // records carry 0 instead, as the NMEA path does for an empty field.
 
+// The position record before any report: all zero, fix type 1.0 (no fix).
+GidPositionInfo EmptyPositionInfo();
+
 // A TPV report: validity and fix type from the mode, position, altitude
 // above mean sea level, course, speed in knots and the local time of the fix.
 void ApplyPositionReport(const gps_fix_t& fix, GidPositionInfo& info);
@@ -22,8 +25,5 @@ void ApplySkyReport(const gps_data_t& data, GidPositionInfo& info);
 // A DEVICE report, or an entry of DEVICES: the receiver's path, driver, baud
 // rate and whether gpsd has it open.
 void ApplyDeviceReport(const devconfig_t& device, GidDeviceInfo& info);
-
-// A Unix time as a local file time (100 ns since 1601), 0 for no time.
-FileTime LocalFileTimeFromUnix(const timespec& time);
 
 }  // namespace tolvane::gid

@@ -26,7 +26,9 @@ GpsdAddress GpsdAddressFromEnvironment() {
     return {EnvironmentOr("GPSD_HOST", "localhost"), EnvironmentOr("GPSD_PORT", DEFAULT_GPSD_PORT)};
 }
 
-GpsdSession::~GpsdSession() { Close(); }
+GpsdSession::~GpsdSession() {
+    Close();
+}
 
 bool GpsdSession::Open() {
     if (worker_.joinable()) return true;
@@ -51,8 +53,7 @@ void GpsdSession::Close() {
 
 void GpsdSession::Clear() {
     std::lock_guard<std::mutex> lock(mutex_);
-    position_ = GidPositionInfo{};
-    position_.fixType = 1.0;
+    position_ = EmptyPositionInfo();
     device_ = GidDeviceInfo{};
 }
 

@@ -12,6 +12,7 @@
 #include <thread>
 
 #include "core/gps/gid_records.h"
+#include "gid/gpsd_reports.h"
 
 namespace tolvane::gid {
 
@@ -32,7 +33,7 @@ inline constexpr std::chrono::seconds kSilenceTimeout{5};
 // them under the mutex. When gpsd goes away the worker connects again once a
 // second.
 class GpsdSession {
-public:
+  public:
     GpsdSession() = default;
     ~GpsdSession();
     GpsdSession(const GpsdSession&) = delete;
@@ -51,7 +52,7 @@ public:
     // Connected to gpsd, the receiver open and a report within the time-out.
     bool ReceiverConnected() const;
 
-private:
+  private:
     using SteadyClock = std::chrono::steady_clock;
 
     bool Connect();
@@ -68,7 +69,7 @@ private:
 
     mutable std::mutex mutex_;
     std::condition_variable wakeUp_;
-    GidPositionInfo position_{};
+    GidPositionInfo position_ = EmptyPositionInfo();
     GidDeviceInfo device_{};
     bool gpsdReachable_ = false;
     bool receiverOpen_ = false;

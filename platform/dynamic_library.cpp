@@ -8,7 +8,7 @@ namespace tolvane::platform {
 namespace {
 
 class SystemLibrary final : public DynamicLibrary {
-public:
+  public:
     explicit SystemLibrary(void* handle) : handle_(handle) {}
     ~SystemLibrary() override { dlclose(handle_); }
     SystemLibrary(const SystemLibrary&) = delete;
@@ -20,7 +20,7 @@ public:
         return reinterpret_cast<LibraryFunction>(dlsym(handle_, name.c_str()));
     }
 
-private:
+  private:
     void* handle_;
 };
 

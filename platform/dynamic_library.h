@@ -12,7 +12,7 @@ namespace tolvane::platform {
 // see each other's functions. Why a library would not load goes to the
 // debug trace.
 class SystemLibraryLoader final : public DynamicLibraryLoader {
-public:
+  public:
     std::unique_ptr<DynamicLibrary> Load(const std::string& path) override;
 };
 

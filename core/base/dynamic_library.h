@@ -11,7 +11,7 @@ using LibraryFunction = void (*)();
 
 // A shared library loaded at run time. Unloaded when destroyed.
 class DynamicLibrary {
-public:
+  public:
     virtual ~DynamicLibrary() = default;
     // The exported function of that name, or null when the library lacks it.
     virtual LibraryFunction Resolve(const std::string& name) const = 0;
@@ -20,7 +20,7 @@ public:
 // Loads companion libraries by path; platform/ implements it over the system
 // loader and tests with fakes.
 class DynamicLibraryLoader {
-public:
+  public:
     virtual ~DynamicLibraryLoader() = default;
     // Null when the file is missing or is no loadable library.
     virtual std::unique_ptr<DynamicLibrary> Load(const std::string& path) = 0;

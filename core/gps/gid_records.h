@@ -35,8 +35,8 @@ struct GidPositionInfo {
     double pdop;
     double hdop;
     double vdop;
-    double fixType;        // 1.0 no fix, 2.0 2D, 3.0 3D
-    FileTime fixTime;      // local time of the fix, 100 ns since 1601
+    double fixType;    // 1.0 no fix, 2.0 2D, 3.0 3D
+    FileTime fixTime;  // local time of the fix, 100 ns since 1601
 };
 
 // The records are exchanged as raw memory, so the machine must be

@@ -54,7 +54,7 @@ std::vector<testing::SimulatedSatellite> FourteenSatellites() {
 // The built library, the real loader and the English texts, as the program
 // uses them.
 class GidLibraryTest : public ::testing::Test {
-protected:
+  protected:
     void SetUp() override {
         UseProgramFolder(TOLVANE_PROGRAM_DIR);
         ASSERT_TRUE(CStringManager::GetInstance().Load(kLanguageEnglish, kSubLanguageEnglishUs));
@@ -80,8 +80,9 @@ protected:
 };
 
 TEST_F(GidLibraryTest, ALibraryLackingAnyOneExportIsRefused) {
-    for (const char* leftOut : {kGidInitName, kGidUnInitName, kGidOpenDeviceName, kGidCloseDeviceName,
-                                kGidPositionInfoName, kGidDeviceInfoName, kGidConnectionStateName}) {
+    for (const char* leftOut :
+         {kGidInitName, kGidUnInitName, kGidOpenDeviceName, kGidCloseDeviceName,
+          kGidPositionInfoName, kGidDeviceInfoName, kGidConnectionStateName}) {
         SCOPED_TRACE(leftOut);
         UseProgramFolder(std::string(TOLVANE_GID_TEST_LIBRARY_DIR) + "/" + leftOut);
         EXPECT_FALSE(Start());
@@ -110,7 +111,7 @@ TEST_F(GidLibraryTest, WithoutGpsdTheDeviceDoesNotOpen) {
 // gpsd on loopback reads the test's pseudo-terminal receiver; the program's
 // side loads the built library and reads it as the per-second update does.
 class GidWithGpsdTest : public GidLibraryTest {
-protected:
+  protected:
     void SetUp() override {
         GidLibraryTest::SetUp();
         SetTimeZone(kTestZone);
@@ -131,7 +132,8 @@ protected:
     }
 
     void StartGpsd() {
-        gpsd_ = std::make_unique<testing::GpsdProcess>(port_, receiver_.DevicePath(), folder_.Path());
+        gpsd_ =
+            std::make_unique<testing::GpsdProcess>(port_, receiver_.DevicePath(), folder_.Path());
         ASSERT_TRUE(gpsd_->WaitUntilListening(10s)) << gpsd_->Log();
     }
 
@@ -284,15 +286,17 @@ TEST_F(GidWithGpsdTest, TheWatchPrintsTheTicksOfTheSharedService) {
 
 TEST(GidWatchTest, WithoutTheLibraryTheWatchFailsWithTheProgramsMessage) {
     testing::TemporaryFolder empty;
-    testing::WriteFileBytes(empty.File("tolvane_ENU.dat"),
-                            testing::ReadFileBytes(std::string(TOLVANE_PROGRAM_DIR) + "/tolvane_ENU.dat"));
+    testing::WriteFileBytes(
+        empty.File("tolvane_ENU.dat"),
+        testing::ReadFileBytes(std::string(TOLVANE_PROGRAM_DIR) + "/tolvane_ENU.dat"));
     tool::GidWatch watch;
     watch.seconds = 1;
     watch.home = empty.Path();
     std::ostringstream out, err;
     EXPECT_EQ(tool::RunGidWatch(watch, out, err), tool::kExitFailure);
-    EXPECT_NE(err.str().find("Tolvane GPS Utilities: The GPS service companion library (GID.QX.so)"),
-              std::string::npos)
+    EXPECT_NE(
+        err.str().find("Tolvane GPS Utilities: The GPS service companion library (GID.QX.so)"),
+        std::string::npos)
         << err.str();
     EXPECT_TRUE(out.str().empty());
 }

@@ -94,8 +94,8 @@ std::string NmeaBatch(const SimulatedFix& fix, const CivilTime& utc) {
                         Format(",%.1f,%.1f,%s,,,%c", fix.speedKnots, fix.course, date.c_str(),
                                fix.valid ? 'A' : 'N')) +
            NmeaSentence(Format("GPGGA,%s,", time.c_str()) + Position(fix) +
-                        Format(",%d,%02d,%.1f,%.1f,M,46.9,M,,", fix.valid ? 1 : 0,
-                               UsedCount(fix), fix.hdop, fix.altitude)) +
+                        Format(",%d,%02d,%.1f,%.1f,M,46.9,M,,", fix.valid ? 1 : 0, UsedCount(fix),
+                               fix.hdop, fix.altitude)) +
            Gsa(fix) + Gsv(fix);
 }
 
@@ -171,8 +171,8 @@ GpsdProcess::GpsdProcess(int port, const std::string& devicePath, const std::str
     const std::string socketPath = folder + "/gpsd.sock";
     // -N foreground, -n read the device without clients, -b never write to
     // the device (no probing, which a pseudo-terminal never answers).
-    std::vector<std::string> arguments = {"gpsd", "-N", "-n", "-b", "-S", portText,
-                                          "-F", socketPath, devicePath};
+    std::vector<std::string> arguments = {"gpsd",   "-N", "-n",       "-b",      "-S",
+                                          portText, "-F", socketPath, devicePath};
     std::vector<char*> argv;
     for (std::string& argument : arguments) argv.push_back(argument.data());
     argv.push_back(nullptr);
@@ -186,7 +186,9 @@ GpsdProcess::GpsdProcess(int port, const std::string& devicePath, const std::str
     posix_spawn_file_actions_destroy(&actions);
 }
 
-GpsdProcess::~GpsdProcess() { Stop(); }
+GpsdProcess::~GpsdProcess() {
+    Stop();
+}
 
 bool GpsdProcess::WaitUntilListening(std::chrono::milliseconds limit) const {
     if (pid_ < 0) return false;

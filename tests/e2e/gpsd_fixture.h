@@ -49,7 +49,7 @@ std::string NmeaBatch(const SimulatedFix& fix, const CivilTime& utc);
 // every half second, each batch one second of receiver time later than the
 // one before, starting at kFirstFixUtc.
 class PseudoTerminalReceiver {
-public:
+  public:
     static constexpr CivilTime kFirstFixUtc{2024, 5, 17, 10, 20, 30, 0};
 
     PseudoTerminalReceiver();
@@ -65,7 +65,7 @@ public:
     // The receiver time (UTC) of the next batch.
     FileTime NextFixUtc() const;
 
-private:
+  private:
     void Run();
 
     int master_ = -1;
@@ -85,7 +85,7 @@ int FreeLoopbackPort();
 // gpsd in the foreground on a loopback port, reading one device. Stopped
 // (and waited for) when destroyed, also when a test fails half-way.
 class GpsdProcess {
-public:
+  public:
     GpsdProcess(int port, const std::string& devicePath, const std::string& folder);
     ~GpsdProcess();
     GpsdProcess(const GpsdProcess&) = delete;
@@ -97,7 +97,7 @@ public:
     // gpsd's own messages, for a failing test's report.
     std::string Log() const;
 
-private:
+  private:
     int port_;
     std::string logPath_;
     pid_t pid_ = -1;

@@ -10,7 +10,7 @@ namespace tolvane::testing {
 // A host without a window: it records the message boxes it is asked to show
 // and answers everything else quietly.
 class RecordingHost : public Host {
-public:
+  public:
     struct Message {
         std::string text;
         std::string caption;

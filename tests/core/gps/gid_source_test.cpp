@@ -57,10 +57,12 @@ std::int32_t FakeDevice(GidDeviceInfo* info) {
     *info = fake.device;
     return 1;
 }
-std::int32_t FakeConnectionState() { return fake.connectionState; }
+std::int32_t FakeConnectionState() {
+    return fake.connectionState;
+}
 
 class FakeLibrary : public DynamicLibrary {
-public:
+  public:
     explicit FakeLibrary(std::set<std::string> missing) : missing_(std::move(missing)) {
         ++fake.librariesAlive;
     }
@@ -81,12 +83,12 @@ public:
         return found != kExports.end() ? found->second : nullptr;
     }
 
-private:
+  private:
     std::set<std::string> missing_;
 };
 
 class FakeLoader : public DynamicLibraryLoader {
-public:
+  public:
     bool present = true;
     std::set<std::string> missing;
     std::vector<std::string> loadedPaths;
@@ -99,7 +101,7 @@ public:
 };
 
 class FakeMachine : public DeviceQueries {
-public:
+  public:
     std::string platformName;
     int major = 6;
     int QueryPlatformName(std::string& name) const override {
@@ -110,7 +112,7 @@ public:
 };
 
 class GidSourceTest : public ::testing::Test {
-protected:
+  protected:
     void SetUp() override {
         fake = FakeGidState{};
         folder_.UseAsProgramFolder();
@@ -122,7 +124,9 @@ protected:
         ASSERT_TRUE(CStringManager::GetInstance().Load(kLanguageEnglish, kSubLanguageEnglishUs));
     }
 
-    bool Start() { return StartGidSource(source_, {host_, device_, loader_, &instance_, &window_}); }
+    bool Start() {
+        return StartGidSource(source_, {host_, device_, loader_, &instance_, &window_});
+    }
 
     void ExpectOneMessage(const std::string& text, MessageIcon icon) const {
         ASSERT_EQ(host_.messages.size(), 1u);
@@ -217,8 +221,8 @@ TEST_F(GidSourceTest, StopUninitialisesUnloadsAndClearsBothRecords) {
 // that a field copied into the wrong place shows.
 TEST_F(GidSourceTest, SnapshotCopiesEveryFieldOfThePositionRecord) {
     GidPositionInfo& p = fake.position;
-    p = {1, 99, 48.5, -11.25, 545.5, 84.5, 12.25, 14, 5, {}, {}, {}, {}, 2.5, 1.5, 2.25, 3.0,
-         133'000'000'000'000'000};
+    p = {1,  99, 48.5, -11.25, 545.5, 84.5, 12.25, 14,  5,
+         {}, {}, {},   {},     2.5,   1.5,  2.25,  3.0, 133'000'000'000'000'000};
     for (int i = 0; i < kGidMaxSatellites; ++i) {
         p.satPrn[i] = 100 + i;
         p.satSnr[i] = 20 + i;
