@@ -2,11 +2,15 @@
 
 #include <cstdint>
 #include <functional>
+#include <string>
 
 #include "core/data/options.h"
+#include "core/data/track_logger.h"
 #include "core/gps/gps_processing.h"
 #include "core/gps/gps_state.h"
 #include "core/nav/map_projection.h"
+#include "core/nav/navigation.h"
+#include "core/nav/speed_alarm.h"
 
 namespace tolvane {
 
@@ -20,6 +24,19 @@ enum View : int {
     kViewMap = 5,
     kViewTripStat = 6,
 };
+
+// The track logger repaints the views that draw the track live.
+static_assert(kViewWorldMap == kWorldMapView && kViewMap == kMapView);
+
+// The folders under "My GPS" where the program keeps its files.
+struct DataFolders {
+    std::string root;
+    std::string trackLogDir;  // root + "/My GPS/Track Log"
+    std::string nmeaDir;      // root + "/My GPS/NMEA0183"
+};
+
+// The folders for a data root.
+DataFolders MakeDataFolders(const std::string& root);
 
 // What one tick reads from the active GPS source.
 struct SourceReading {
@@ -39,6 +56,10 @@ struct AppState {
     Options options{};
     OptionsRuntime runtime;
 
+    DataFolders folders;
+
+    // Set by the GPS start command, cleared by the stop commands.
+    bool gpsRunning = false;
     GpsState gps;
     ProcessorState processor;
 
@@ -46,6 +67,10 @@ struct AppState {
     // it for the chosen source and the stop command removes it. Without one
     // the source reads as not connected with an empty snapshot.
     std::function<SourceReading()> readActiveSource;
+
+    TrackLogger track;
+    Navigation navigation;
+    AlarmSound alarm;  // its path is set at start-up, beside the program
 
     int currentView = kViewGpsInfo;
     MapProjection projection;

@@ -4,6 +4,7 @@
 
 #include "core/base/file_time.h"
 #include "core/base/services.h"
+#include "core/nav/voice_guide.h"
 
 namespace tolvane {
 
@@ -11,7 +12,11 @@ enum class MessageIcon { kStop, kInformation, kQuestion };
 
 // Everything the core needs from the world it runs in: the window's host
 // (Qt), the command-line tool's quiet host and the tests' fakes implement it.
-class Host : public Clock, public TimerService, public SoundService, public ProcessRunner {
+class Host : public Clock,
+             public TimerService,
+             public SoundService,
+             public ProcessRunner,
+             public SpeechEngineFinder {
   public:
     // A modal message box with the given caption.
     virtual void ShowMessage(const std::string& text, const std::string& caption,

@@ -1,5 +1,7 @@
 #include "core/app/main_timer.h"
 
+#include "core/nav/voice_guide.h"
+
 namespace tolvane {
 namespace {
 
@@ -22,7 +24,12 @@ void MainTimerProc(AppState& app, Host& host) {
     UpdateGpsState(app);
     ApplyMinimumSpeedHold(gps, app.options.unitSystem, app.options.minimumSpeed);
     if (HasFix(gps)) app.mapFollow = {gps.latitude, gps.longitude, true};
-    AdvanceTripStatistics(gps, {});
+    AdvanceTripStatistics(gps, [&app](double latitude, double longitude, double& km) {
+        return UpdateDestinationFigures(app.navigation, app.options, latitude, longitude, km);
+    });
+    VoiceGuide voice(host, host, host);
+    CheckArrival(gps, app.options, app.navigation, voice, app.alarm, host);
+    CheckSpeedAlarm(gps, app.options, app.alarm, host);
 
     gps.noFixBlink = gps.connected && !gps.fixValid ? !gps.noFixBlink : 0;
     if ((app.currentView == kViewWorldMap || app.currentView == kViewMap) && app.mapCountdown > 0) {
@@ -33,6 +40,12 @@ void MainTimerProc(AppState& app, Host& host) {
         host.ResetIdleTimer();
     }
     host.Repaint();
+}
+
+void TrackTimerProc(AppState& app, Host& host) {
+    const TrackTimerInputs inputs{app.gps, app.options,    app.gpsRunning, app.folders.trackLogDir,
+                                  host,    app.currentView};
+    if (TrackTimerTick(app.track, inputs)) host.Repaint();
 }
 
 }  // namespace tolvane

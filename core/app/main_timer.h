@@ -13,4 +13,8 @@ void UpdateGpsState(AppState& app);
 // The procedure of the one-second timer.
 void MainTimerProc(AppState& app, Host& host);
 
+// The procedure of the one-second track timer; repaints the views that draw
+// the track live.
+void TrackTimerProc(AppState& app, Host& host);
+
 }  // namespace tolvane

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <iterator>
+#include <limits>
 
 #include "core/nav/distance.h"
 #include "core/nav/units.h"
@@ -230,8 +231,12 @@ void AdvanceTripStatistics(GpsState& state, const DestinationDistance& destinati
         state.destinationDistanceKm = km;
     }
     if (state.speedKnots > 0) {
-        state.destinationSeconds = static_cast<std::int32_t>(
-            state.destinationDistanceKm / (state.speedKnots * kKmPerNauticalMile) * 3600.0);
+        // A crawl towards a far destination saturates instead of overflowing.
+        const double seconds =
+            state.destinationDistanceKm / (state.speedKnots * kKmPerNauticalMile) * 3600.0;
+        state.destinationSeconds = seconds < std::numeric_limits<std::int32_t>::max()
+                                       ? static_cast<std::int32_t>(seconds)
+                                       : std::numeric_limits<std::int32_t>::max();
         ++state.movingSeconds;
     } else {
         state.destinationSeconds = -1;

@@ -22,8 +22,8 @@ int RunTool(const Arguments& arguments, std::ostream& out, std::ostream& err);
 // The usage text printed by --help and after a wrong argument.
 std::string UsageText();
 
-// Reads a whole file; on failure error says which file and why.
-bool ReadTextFile(const std::string& path, std::string& content, std::string& error);
-bool WriteTextFile(const std::string& path, const std::string& content, std::string& error);
+// Reads or writes a whole file; on failure err is told which file and why.
+bool ReadTextFile(const std::string& path, std::string& content, std::ostream& err);
+bool WriteTextFile(const std::string& path, const std::string& content, std::ostream& err);
 
 }  // namespace tolvane::tool

@@ -8,28 +8,18 @@ namespace {
 
 int Compile(const std::string& sourcePath, const std::string& outPath, std::ostream& err) {
     std::string source, error;
-    if (!ReadTextFile(sourcePath, source, error)) {
-        err << "tolvane-tool: " << error << '\n';
-        return kExitFailure;
-    }
+    if (!ReadTextFile(sourcePath, source, err)) return kExitFailure;
     std::vector<LanguageEntry> entries;
     if (!ParseLanguageSource(source, entries, error)) {
         err << "tolvane-tool: " << sourcePath << ": " << error << '\n';
         return kExitFailure;
     }
-    if (!WriteTextFile(outPath, EncodeLanguageFile(entries), error)) {
-        err << "tolvane-tool: " << error << '\n';
-        return kExitFailure;
-    }
-    return kExitOk;
+    return WriteTextFile(outPath, EncodeLanguageFile(entries), err) ? kExitOk : kExitFailure;
 }
 
 int Dump(const std::string& path, std::ostream& out, std::ostream& err) {
-    std::string bytes, error;
-    if (!ReadTextFile(path, bytes, error)) {
-        err << "tolvane-tool: " << error << '\n';
-        return kExitFailure;
-    }
+    std::string bytes;
+    if (!ReadTextFile(path, bytes, err)) return kExitFailure;
     std::vector<LanguageEntry> entries;
     if (!DecodeLanguageFile(bytes, entries)) {
         err << "tolvane-tool: " << path

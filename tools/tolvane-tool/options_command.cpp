@@ -76,21 +76,13 @@ std::string OptionsJson(const Options& o) {
 int Reset(const std::string& path, std::ostream& err) {
     Options options;
     ResetOptions(options);
-    std::string error;
-    if (!WriteTextFile(path, std::string(reinterpret_cast<const char*>(&options), sizeof options),
-                       error)) {
-        err << "tolvane-tool: " << error << '\n';
-        return kExitFailure;
-    }
-    return kExitOk;
+    const std::string bytes(reinterpret_cast<const char*>(&options), sizeof options);
+    return WriteTextFile(path, bytes, err) ? kExitOk : kExitFailure;
 }
 
 int Dump(const std::string& path, std::ostream& out, std::ostream& err) {
-    std::string bytes, error;
-    if (!ReadTextFile(path, bytes, error)) {
-        err << "tolvane-tool: " << error << '\n';
-        return kExitFailure;
-    }
+    std::string bytes;
+    if (!ReadTextFile(path, bytes, err)) return kExitFailure;
     if (bytes.size() != kOptionsSize) {
         err << "tolvane-tool: " << path << ": not a settings record (" << bytes.size()
             << " bytes, a record has " << kOptionsSize << ")\n";

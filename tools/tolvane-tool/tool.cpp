@@ -37,28 +37,24 @@ int RunTool(const Arguments& arguments, std::ostream& out, std::ostream& err) {
     return kExitUsage;
 }
 
-bool ReadTextFile(const std::string& path, std::string& content, std::string& error) {
+bool ReadTextFile(const std::string& path, std::string& content, std::ostream& err) {
     std::ifstream in(path, std::ios::binary);
-    if (!in) {
-        error = "cannot read " + path + ": " + std::strerror(errno);
-        return false;
-    }
     std::ostringstream buffer;
-    buffer << in.rdbuf();
-    if (in.bad()) {
-        error = "cannot read " + path + ": " + std::strerror(errno);
+    if (in) buffer << in.rdbuf();
+    if (!in || in.bad()) {
+        err << "tolvane-tool: cannot read " << path << ": " << std::strerror(errno) << '\n';
         return false;
     }
     content = buffer.str();
     return true;
 }
 
-bool WriteTextFile(const std::string& path, const std::string& content, std::string& error) {
+bool WriteTextFile(const std::string& path, const std::string& content, std::ostream& err) {
     std::ofstream out(path, std::ios::binary | std::ios::trunc);
     if (out) out.write(content.data(), static_cast<std::streamsize>(content.size()));
     if (out) out.flush();
     if (!out) {
-        error = "cannot write " + path + ": " + std::strerror(errno);
+        err << "tolvane-tool: cannot write " << path << ": " << std::strerror(errno) << '\n';
         return false;
     }
     return true;

@@ -14,8 +14,12 @@ namespace tolvane::tool {
 class ToolHost final : public Host {
   public:
     ToolHost(const Clock& clock, SoundService& sound, ProcessRunner& processes,
-             std::ostream& messages)
-        : clock_(clock), sound_(sound), processes_(processes), messages_(messages) {}
+             const SpeechEngineFinder& speech, std::ostream& messages)
+        : clock_(clock),
+          sound_(sound),
+          processes_(processes),
+          speech_(speech),
+          messages_(messages) {}
 
     FileTime NowUtc() const override { return clock_.NowUtc(); }
 
@@ -35,6 +39,7 @@ class ToolHost final : public Host {
         return processes_.RunAndWait(program, arguments);
     }
     std::string TemporaryFolder() const override { return processes_.TemporaryFolder(); }
+    std::string FindEngineProgram() const override { return speech_.FindEngineProgram(); }
 
     void ShowMessage(const std::string& text, const std::string& caption,
                      MessageIcon icon) override;
@@ -48,6 +53,7 @@ class ToolHost final : public Host {
     const Clock& clock_;
     SoundService& sound_;
     ProcessRunner& processes_;
+    const SpeechEngineFinder& speech_;
     std::ostream& messages_;
     std::map<int, std::function<void()>> timers_;
     int nextTimerId_ = 1;

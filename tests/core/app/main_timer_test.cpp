@@ -2,25 +2,36 @@
 
 #include <gtest/gtest.h>
 
+#include <filesystem>
+
+#include "core/nav/distance.h"
+#include "tests/core/test_support.h"
+
 namespace tolvane {
 namespace {
 
 class CountingHost final : public Host {
   public:
-    FileTime NowUtc() const override { return 0; }
+    FileTime NowUtc() const override { return now; }
     int StartTimer(int, std::function<void()>) override { return 1; }
     void KillTimer(int) override {}
-    bool PlaySoundFile(const std::string&, SoundMode) override { return true; }
+    bool PlaySoundFile(const std::string& path, SoundMode mode) override {
+        played.push_back(path + (mode == SoundMode::kLoop ? " loop" : " once"));
+        return true;
+    }
     bool StopSound() override { return true; }
     bool PlayLimitBeep() override { return true; }
     bool RunAndWait(const std::string&, const std::vector<std::string>&) override { return false; }
     std::string TemporaryFolder() const override { return "/tmp"; }
+    std::string FindEngineProgram() const override { return {}; }
     void ShowMessage(const std::string&, const std::string&, MessageIcon) override {}
     bool AskYesNo(const std::string&, const std::string&) override { return false; }
     void Repaint() override { ++repaints; }
     void ResetIdleTimer() override { ++idleResets; }
     void NotifyRmcParsed() override {}
 
+    FileTime now = *CivilToFileTime({2011, 7, 4, 16, 5, 9, 0});
+    std::vector<std::string> played;
     int repaints = 0;
     int idleResets = 0;
 };
@@ -48,6 +59,59 @@ TEST(MainTimerTest, TicksBlinkCountDownAndKeepTheMachineAwake) {
     EXPECT_EQ(app.gps.noFixBlink, 0);
     EXPECT_TRUE(app.mapFollow.havePosition);
     EXPECT_EQ(app.mapFollow.latitude, 48.1);
+}
+
+TEST(MainTimerTest, ArrivalAdvancesTheDestinationAndTheSpeedAlarmSounds) {
+    AppState app;
+    ResetOptions(app.options);
+    app.options.voiceGuide = 0;
+    app.options.speedAlarmIndex = 0;  // 50 km/h
+    app.alarm.path = "/opt/tolvane/Alarm.wav";
+    DynamicList<GeoPoint> destinations;
+    GeoPoint point;
+    point.latitude = 48.0;
+    destinations.Append(point);
+    point.latitude = 49.0;
+    destinations.Append(point);
+    OpenDestinationList(app.navigation, destinations);
+    CountingHost host;
+
+    GpsFix fix;
+    fix.fixValid = 1;
+    fix.latitude = 48.001;  // about 111 m away: inside the default 200 m
+    fix.speedKnots = 30;    // 55.6 km/h
+    app.readActiveSource = [fix] { return SourceReading{1, fix}; };
+    MainTimerProc(app, host);
+    EXPECT_EQ(CurrentDestinationIndex(app.navigation), 1);
+    EXPECT_TRUE(app.alarm.sounding);
+    EXPECT_EQ(host.played, (std::vector<std::string>{"/opt/tolvane/Alarm.wav once",
+                                                     "/opt/tolvane/Alarm.wav loop"}));
+    // The distance is to the new destination from the next tick on.
+    MainTimerProc(app, host);
+    EXPECT_NEAR(app.gps.destinationDistanceKm, DistanceKm(48.001, 0, 49.0, 0), 1e-9);
+}
+
+TEST(MainTimerTest, TrackTimerLogsIntoTheTrackFolderAndRepaintsTheMapViews) {
+    testing::TemporaryFolder folder;
+    AppState app;
+    ResetOptions(app.options);
+    app.options.trackLoggerEnabled = 1;
+    app.options.trackLogFormat = 1;  // GPX
+    app.folders = MakeDataFolders(folder.Path());
+    std::filesystem::create_directories(app.folders.trackLogDir);
+    app.gpsRunning = true;
+    app.gps.connected = 1;
+    app.gps.fixValid = 1;
+    app.currentView = kViewWorldMap;
+    CountingHost host;
+    TrackTimerProc(app, host);
+    const std::string gpx =
+        testing::ReadFileBytes(folder.Path() + "/My GPS/Track Log/20110704160509.gpx");
+    EXPECT_NE(gpx.find("<time>2011-07-04T16:05:09Z</time>"), std::string::npos);
+    EXPECT_EQ(host.repaints, 1);
+    app.currentView = kViewGpsInfo;
+    TrackTimerProc(app, host);
+    EXPECT_EQ(host.repaints, 1);
 }
 
 TEST(MainTimerTest, WithoutASourceNothingIsConnected) {

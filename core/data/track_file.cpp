@@ -1,0 +1,233 @@
+#include "core/data/track_file.h"
+
+#include <cerrno>
+#include <cstdio>
+#include <cstring>
+#include <optional>
+#include <string_view>
+#include <vector>
+
+namespace tolvane {
+namespace {
+
+constexpr double kMetresPerSecondPerKnot = 0.5144444444444445;
+constexpr double kKmhPerKnot = 1.852;
+
+constexpr char kGpxHeader[] =
+    "<?xml version=\"1.0\"?>\r\n"
+    "<gpx\r\n"
+    " version=\"1.1\"\r\n"
+    " creator=\"Tolvane GPS Utilities - https://tolvane.example/gps\"\r\n"
+    " xmlns:xsi=\"http://www.w3.org/2001/XMLSchema-instance\"\r\n"
+    " xmlns=\"http://www.topografix.com/GPX/1/1\"\r\n"
+    " xsi:schemaLocation=\"http://www.topografix.com/GPX/1/1 "
+    "http://www.topografix.com/GPX/1/1/gpx.xsd\">\r\n"
+    "<trk>\r\n"
+    "<trkseg>\r\n";
+
+constexpr char kKmlHeaderStart[] =
+    "<?xml version=\"1.0\"?>\r\n"
+    "<kml xmlns=\"http://earth.google.com/kml/2.0\">\r\n"
+    "<Document>\r\n";
+
+constexpr char kFileStampFormat[] = "%d%02d%02d%02d%02d%02d";
+constexpr char kLogTimeFormat[] = "%d%02d%02d %02d:%02d:%02d";
+constexpr char kIsoTimeFormat[] = "%d-%02d-%02dT%02d:%02d:%02dZ";
+
+constexpr char kLogLineFormat[] = "%f,%f,,%s,%f,%f,%f\r\n";
+
+constexpr char kGpxPointFormat[] =
+    "<trkpt lat=\"%f\" lon=\"%f\">\r\n"
+    " <time>%s</time>\r\n"
+    " <ele>%f</ele>\r\n"
+    " <course>%f</course>\r\n"
+    " <speed>%f</speed>\r\n"
+    "</trkpt>\r\n";
+
+constexpr char kKmlPointFormat[] =
+    "  <Placemark>\r\n"
+    "     <name>TP %d</name>\r\n"
+    "     <Point>\r\n"
+    "       <coordinates>%f, %f, %f</coordinates>\r\n"
+    "     </Point>\r\n"
+    "     <altitudeMode>absolute</altitudeMode>\r\n"
+    "     <description>\r\n"
+    "       <![CDATA[<table>"
+    "<tr><td><b>Time</b></td><td>%s</td></tr>"
+    "<tr><td><b>Latitude</b></td><td>%f</td></tr>"
+    "<tr><td><b>Longitude</b></td><td>%f</td></tr>"
+    "<tr><td><b>Altitude</b></td><td>%f m</td></tr>"
+    "<tr><td><b>Course</b></td><td>%f degree</td></tr>"
+    "<tr><td><b>Speed</b></td><td>%f km/h</td></tr>"
+    "</table>]]>\r\n"
+    "     </description>\r\n"
+    "  </Placemark>\r\n";
+
+// The time formats all take the six fields in the same order.
+std::string FormatCivil(const char* format, const CivilTime& t) {
+    return FormatText(format, t.year, t.month, t.day, t.hour, t.minute, t.second);
+}
+
+// Any value the Options combo does not offer is taken as the log format.
+const char* FileExtension(std::int32_t format) {
+    if (format == kTrackFormatGpx) return ".gpx";
+    if (format == kTrackFormatKml) return ".kml";
+    return ".log";
+}
+
+const char* Trailer(std::int32_t format) {
+    return format == kTrackFormatGpx ? kGpxTrailer : kKmlTrailer;
+}
+
+std::string Header(std::int32_t format, const std::string& startStamp) {
+    if (format == kTrackFormatGpx) return kGpxHeader;
+    return kKmlHeaderStart + FormatText("  <name>%s</name>\r\n", startStamp.c_str());
+}
+
+std::string PointText(std::int32_t format, const GpsState& gps, const CivilTime& utc,
+                      int pointNumber) {
+    if (format == kTrackFormatGpx) {
+        return FormatText(kGpxPointFormat, gps.latitude, gps.longitude,
+                          FormatCivil(kIsoTimeFormat, utc).c_str(), gps.altitude, gps.course,
+                          gps.speedKnots * kMetresPerSecondPerKnot);
+    }
+    const std::string logTime = FormatCivil(kLogTimeFormat, utc);
+    if (format == kTrackFormatKml) {
+        return FormatText(kKmlPointFormat, pointNumber, gps.longitude, gps.latitude, gps.altitude,
+                          logTime.c_str(), gps.latitude, gps.longitude, gps.altitude, gps.course,
+                          gps.speedKnots * kKmhPerKnot);
+    }
+    return FormatText(kLogLineFormat, gps.longitude, gps.latitude, logTime.c_str(), gps.speedKnots,
+                      gps.course, gps.altitude);
+}
+
+// Track files are written unbuffered, so each text goes to the file in a
+// single write: a process killed at any moment leaves either the old document
+// or the new one, both complete. The mode must be set before anything else
+// is done with the stream.
+FilePointer Unbuffered(std::FILE* file) {
+    if (file != nullptr) std::setvbuf(file, nullptr, _IONBF, 0);
+    return FilePointer(file);
+}
+
+// Opens for writing without ever truncating: an existing file is opened as
+// it is, a missing one is created.
+FilePointer OpenAlways(const std::string& path) {
+    std::FILE* file = std::fopen(path.c_str(), "r+b");
+    if (file == nullptr && errno == ENOENT) file = std::fopen(path.c_str(), "w+b");
+    return Unbuffered(file);
+}
+
+void Write(std::FILE* file, const std::string& text) {
+    std::fwrite(text.data(), 1, text.size(), file);
+}
+
+// Puts text in place of the trailer at the end of the file and the trailer
+// after it. False only when the file can't be opened; a file too short to
+// hold the trailer is left alone.
+bool InsertBeforeTrailer(const std::string& path, const std::string& text, const char* trailer) {
+    const FilePointer file = OpenAlways(path);
+    if (!file) return false;
+    const long trailerLength = static_cast<long>(std::strlen(trailer));
+    if (std::fseek(file.get(), -trailerLength, SEEK_END) == 0) {
+        Write(file.get(), text + trailer);
+    }
+    return true;
+}
+
+bool AppendLine(const std::string& path, const std::string& line) {
+    const FilePointer file = Unbuffered(std::fopen(path.c_str(), "ab"));
+    if (!file) return false;
+    Write(file.get(), line);
+    return true;
+}
+
+// A run of decimal digits and nothing else.
+std::optional<int> Digits(std::string_view text) {
+    if (text.empty() || text.size() > 9) return std::nullopt;
+    int value = 0;
+    for (const char c : text) {
+        if (c < '0' || c > '9') return std::nullopt;
+        value = value * 10 + (c - '0');
+    }
+    return value;
+}
+
+// "YYYYMMDD HH:MM:SS", the year of any length, as the log lines carry it.
+std::optional<CivilTime> ParseLogTime(std::string_view text) {
+    constexpr std::size_t kMonthDayLength = 4;
+    const std::size_t space = text.find(' ');
+    if (space == std::string_view::npos || space <= kMonthDayLength) return std::nullopt;
+    const std::string_view date = text.substr(0, space);
+    const std::string_view time = text.substr(space + 1);
+    if (time.size() != 8 || time[2] != ':' || time[5] != ':') return std::nullopt;
+    const std::size_t yearLength = date.size() - kMonthDayLength;
+    const std::optional<int> fields[6] = {Digits(date.substr(0, yearLength)),
+                                          Digits(date.substr(yearLength, 2)),
+                                          Digits(date.substr(yearLength + 2, 2)),
+                                          Digits(time.substr(0, 2)),
+                                          Digits(time.substr(3, 2)),
+                                          Digits(time.substr(6, 2))};
+    for (const std::optional<int>& field : fields) {
+        if (!field) return std::nullopt;
+    }
+    const CivilTime civil{*fields[0], *fields[1], *fields[2], *fields[3],
+                          *fields[4], *fields[5], 0};
+    if (!CivilToFileTime(civil)) return std::nullopt;
+    return civil;
+}
+
+std::optional<TrackPoint> ParseLogLine(std::string_view line) {
+    constexpr std::size_t kTimeColumn = 3;
+    // Whatever follows the time stays in one last column, unread.
+    const std::vector<std::string_view> columns = SplitColumns(line, kTimeColumn + 2);
+    if (columns.size() <= kTimeColumn) return std::nullopt;
+    const std::optional<double> longitude = ParseNumber(columns[0]);
+    const std::optional<double> latitude = ParseNumber(columns[1]);
+    const std::optional<CivilTime> time = ParseLogTime(columns[kTimeColumn]);
+    if (!longitude || !latitude || !time || *longitude < -180 || *longitude > 180 ||
+        *latitude < -90 || *latitude > 90) {
+        return std::nullopt;
+    }
+    return TrackPoint{static_cast<float>(*latitude), static_cast<float>(*longitude), *time};
+}
+
+}  // namespace
+
+void StartTrackFile(const Options& options, const std::string& trackLogFolder, const Clock& clock,
+                    std::string& currentPath) {
+    if (!options.trackLoggerEnabled) return;
+    const std::int32_t format = options.trackLogFormat;
+    const std::string stamp =
+        FormatCivil(kFileStampFormat, FileTimeToCivil(UtcToLocal(clock.NowUtc())));
+    currentPath = trackLogFolder + "/" + stamp + FileExtension(format);
+    if (format != kTrackFormatGpx && format != kTrackFormatKml) return;
+
+    const FilePointer file = OpenAlways(currentPath);
+    if (!file) return;
+    Write(file.get(), Header(format, stamp) + Trailer(format));
+}
+
+void AppendTrackPoint(const Options& options, const GpsState& gps, const Clock& clock,
+                      const std::string& currentPath, DynamicList<TrackPoint>& track) {
+    // The fix is checked before anything is opened, so that a log file is
+    // not created empty by a run that never had a fix.
+    if (!options.trackLoggerEnabled || currentPath.empty() || !gps.fixValid) return;
+    const std::int32_t format = options.trackLogFormat;
+    const CivilTime utc = FileTimeToCivil(clock.NowUtc());
+    const std::string text = PointText(format, gps, utc, track.Count() + 1);
+    if (text.size() >= kTrackPointTextLimit) return;
+
+    const bool opened = format == kTrackFormatGpx || format == kTrackFormatKml
+                            ? InsertBeforeTrailer(currentPath, text, Trailer(format))
+                            : AppendLine(currentPath, text);
+    if (!opened) return;
+    track.Append(
+        TrackPoint{static_cast<float>(gps.latitude), static_cast<float>(gps.longitude), utc});
+}
+
+CsvReadResult ReadTrackLogFile(const std::string& path, DynamicList<TrackPoint>& track) {
+    return ReadCsvRecords(path, track, ParseLogLine);
+}
+
+}  // namespace tolvane

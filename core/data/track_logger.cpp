@@ -1,0 +1,88 @@
+#include "core/data/track_logger.h"
+
+#include <algorithm>
+
+namespace tolvane {
+namespace {
+
+// The selected slot's value. Options.dat is not range-checked beyond the
+// index, and a slot of 0 would let the countdown reach -1 and be taken for
+// a GPS restart, so the value is held to the dialog's range here as well.
+std::int32_t SelectedInterval(const Options& options) {
+    const std::int32_t index = std::clamp(options.trackIntervalIndex, 0, kTrackIntervalCount - 1);
+    return ClampTrackInterval(options.trackIntervalValues[index]);
+}
+
+// The body of a tick while the GPS runs; the caller holds the track lock.
+void AdvanceRunningTrack(TrackLogger& logger, const TrackTimerInputs& in) {
+    if (logger.countdown == -1) {
+        logger.countdown = 0;
+        logger.liveTrack.Clear();
+        logger.viewedTrack.Clear();
+        logger.currentPath.clear();
+    }
+    const bool enabled = in.options.trackLoggerEnabled != 0;
+    if (enabled && logger.currentPath.empty()) {
+        StartTrackFile(in.options, in.trackLogFolder, in.clock, logger.currentPath);
+    } else if (!enabled && !logger.currentPath.empty()) {
+        // GPX and KML files are complete after every point: forgetting the
+        // path is all it takes to finish one.
+        logger.currentPath.clear();
+    }
+    if (logger.countdown == 0) {
+        if (in.gps.fixValid) {
+            AppendTrackPoint(in.options, in.gps, in.clock, logger.currentPath, logger.liveTrack);
+        }
+        logger.countdown = SelectedInterval(in.options);
+    }
+    --logger.countdown;
+}
+
+}  // namespace
+
+bool TrackTimerTick(TrackLogger& logger, const TrackTimerInputs& inputs) {
+    {
+        const std::lock_guard<std::mutex> guard(logger.lock);
+        if (inputs.gpsRunning) {
+            AdvanceRunningTrack(logger, inputs);
+        } else {
+            logger.countdown = -1;
+        }
+    }
+    return inputs.currentView == kWorldMapView || inputs.currentView == kMapView;
+}
+
+void RestartTrackFile(TrackLogger& logger, Options& options, std::int32_t format,
+                      const std::string& trackLogFolder, const Clock& clock) {
+    const std::lock_guard<std::mutex> guard(logger.lock);
+    options.trackLogFormat = format;
+    StartTrackFile(options, trackLogFolder, clock, logger.currentPath);
+}
+
+CsvReadResult ViewTrackLogFile(TrackLogger& logger, Options& options, const std::string& path) {
+    const std::lock_guard<std::mutex> guard(logger.lock);
+    logger.viewedTrack.Clear();
+    const CsvReadResult result = ReadTrackLogFile(path, logger.viewedTrack);
+    if (result.opened) options.showTrack = 1;
+    return result;
+}
+
+std::int32_t ClampTrackInterval(std::int64_t seconds) {
+    return static_cast<std::int32_t>(
+        std::clamp<std::int64_t>(seconds, kMinimumTrackInterval, kMaximumTrackInterval));
+}
+
+std::int32_t TrackIntervalFromField(std::string_view text) {
+    const std::size_t first = text.find_first_not_of(' ');
+    if (first == std::string_view::npos) return ClampTrackInterval(0);
+    text = text.substr(first, text.find_last_not_of(' ') - first + 1);
+    std::int64_t value = 0;
+    for (const char c : text) {
+        if (c < '0' || c > '9') return ClampTrackInterval(0);
+        // Anything past the maximum clamps the same, so counting stops there.
+        value = std::min<std::int64_t>(value * 10 + (c - '0'), kMaximumTrackInterval + 1);
+    }
+    return ClampTrackInterval(value);
+}
+
+}  // namespace tolvane

@@ -1,0 +1,82 @@
+#pragma once
+
+#include <cstdint>
+#include <mutex>
+#include <string>
+#include <string_view>
+
+#include "core/base/dynamic_list.h"
+#include "core/base/file_time.h"
+#include "core/data/options.h"
+#include "core/data/track_file.h"
+#include "core/gps/gps_state.h"
+
+namespace tolvane {
+
+// The "Track Interval" dialog keeps every slot within these seconds.
+inline constexpr std::int32_t kMinimumTrackInterval = 1;
+inline constexpr std::int32_t kMaximumTrackInterval = 3600;
+
+// The views of the view switch that draw the track live (World Map and Map).
+inline constexpr int kWorldMapView = 4;
+inline constexpr int kMapView = 5;
+
+// The track logger's state. Its lock is the program's track lock: the track
+// timer, the Options dialog when it restarts the file, map loading and track
+// drawing take it before they touch the file path, the lists or the map
+// picture, so none of them sees the others' work half done.
+struct TrackLogger {
+    std::mutex lock;
+    // Seconds until the next point; -1 while the GPS was not running at the
+    // last tick, which makes the next running tick begin a new track.
+    std::int32_t countdown = -1;
+    // The track file of this run; empty while no file is in use.
+    std::string currentPath;
+    // The points logged in this GPS run. Its count also numbers the KML
+    // placemarks, so it holds nothing but what this run appended.
+    DynamicList<TrackPoint> liveTrack;
+    // A track log read back by "View Log File". It is kept apart so that
+    // viewing an old track neither renumbers the placemarks of the running
+    // file nor mixes into the live line; the map draws both, and the next
+    // start of the GPS clears both.
+    DynamicList<TrackPoint> viewedTrack;
+};
+
+// What one tick of the track timer reads.
+struct TrackTimerInputs {
+    const GpsState& gps;
+    const Options& options;
+    bool gpsRunning;
+    const std::string& trackLogFolder;
+    const Clock& clock;
+    int currentView;
+};
+
+// The one-second track timer: counts the selected interval down and, when
+// it runs out, logs the current position (first at the tick after the GPS
+// starts, then every interval); starts and ends the track file as the
+// "Enable Logger" flag changes. Runs inside the track lock. Returns true when
+// the current view draws the track live and must be repainted.
+bool TrackTimerTick(TrackLogger& logger, const TrackTimerInputs& inputs);
+
+// The Options dialog's restart when the track log format (or the storage
+// location, and with it trackLogFolder) changes while logging: stores the
+// format and starts a new file, inside the track lock.
+void RestartTrackFile(TrackLogger& logger, Options& options, std::int32_t format,
+                      const std::string& trackLogFolder, const Clock& clock);
+
+// "View Log File": reads a log-format track file into the viewed track,
+// replacing what was viewed before, and turns "Show Track" on when the file
+// could be opened.
+CsvReadResult ViewTrackLogFile(TrackLogger& logger, Options& options, const std::string& path);
+
+// The "Track Interval" dialog's rule for a slot: below 1 becomes 1, above
+// 3600 becomes 3600.
+std::int32_t ClampTrackInterval(std::int64_t seconds);
+
+// One field of the "Track Interval" dialog, read as an unsigned number and
+// clamped. Text that is not a whole number reads as 0 (so 1); blanks around
+// the digits are allowed and a number too long for any type counts as large.
+std::int32_t TrackIntervalFromField(std::string_view text);
+
+}  // namespace tolvane

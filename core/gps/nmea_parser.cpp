@@ -1,0 +1,602 @@
+#include <algorithm>
+#include <array>
+#include <cstdint>
+#include <cstdlib>
+#include <cstring>
+#include <utility>
+
+#include "core/gps/nmea_record.h"
+
+namespace tolvane {
+namespace {
+
+constexpr double kMinutesToDegrees = 0.016666666666666666;
+constexpr int kHeaderLength = 6;  // "GPRMC," and its kin, behind the '$'
+
+enum class SentenceKind { kUnknown, kRmc, kGsv, kGsa, kGga };
+
+// The kept headers in the order they are tried.
+constexpr std::pair<const char*, SentenceKind> kKeptHeaders[] = {
+    {"GPRMC,", SentenceKind::kRmc},
+    {"GPGSV,", SentenceKind::kGsv},
+    {"GPGSA,", SentenceKind::kGsa},
+    {"GPGGA,", SentenceKind::kGga},
+};
+
+SentenceKind MatchHeader(const char* header) {
+    for (const auto& [text, kind] : kKeptHeaders) {
+        if (std::memcmp(header, text, kHeaderLength) == 0) return kind;
+    }
+    return SentenceKind::kUnknown;
+}
+
+// Copies at most count leading characters of text, stopping at its end, as a
+// zero-terminated string into out, which holds count + 1 cells.
+void CopyLeading(char* out, const char* text, std::size_t count) {
+    std::size_t length = 0;
+    while (length < count && text[length] != '\0') {
+        out[length] = text[length];
+        ++length;
+    }
+    out[length] = '\0';
+}
+
+bool IsSpace(char c) {
+    return c == ' ' || (c >= '\t' && c <= '\r');
+}
+
+// atoi of at most count leading characters of text. The conversion runs in
+// the parser's own loop for every satellite, so it is done here rather than
+// by copying the field for std::atoi; the result is the same. No integer
+// field is longer than four characters, so the value cannot overflow.
+int LeadingInt(const char* text, std::size_t count) {
+    constexpr std::size_t kLongestIntegerText = 9;
+    count = std::min(count, kLongestIntegerText);
+    std::size_t i = 0;
+    while (i < count && IsSpace(text[i])) ++i;
+    const bool negative = i < count && text[i] == '-';
+    if (i < count && (text[i] == '-' || text[i] == '+')) ++i;
+    int value = 0;
+    for (; i < count && text[i] >= '0' && text[i] <= '9'; ++i) value = value * 10 + (text[i] - '0');
+    return negative ? -value : value;
+}
+
+// atof of at most count leading characters of text. The copy keeps the
+// conversion inside the field even when a record was filled by hand without
+// its terminating zeros.
+double LeadingDouble(const char* text, std::size_t count) {
+    constexpr std::size_t kLongestNumberText = 15;
+    char buffer[kLongestNumberText + 1];
+    CopyLeading(buffer, text, std::min(count, kLongestNumberText));
+    return std::atof(buffer);
+}
+
+template <std::size_t Size>
+int FieldInt(const char (&field)[Size]) {
+    return LeadingInt(field, Size - 1);
+}
+
+template <std::size_t Size>
+double FieldDouble(const char (&field)[Size]) {
+    return LeadingDouble(field, Size - 1);
+}
+
+// Degrees from "ddmm.mmmm" (degreeDigits 2) or "dddmm.mmmm" (3): the minutes
+// are the seven characters behind the degrees.
+double Coordinate(const char* text, std::size_t degreeDigits, bool positive) {
+    constexpr std::size_t kMinuteCharacters = 7;
+    const double degrees =
+        LeadingInt(text, degreeDigits) +
+        LeadingDouble(text + degreeDigits, kMinuteCharacters) * kMinutesToDegrees;
+    return positive ? degrees : -degrees;
+}
+
+// Walks the fields of one sentence. The walker stands on the first character
+// of the current field; every operation leaves it on the character that ended
+// the field. The terminating zero of the text ends every walk, so a sentence
+// that lacks its closing comma cannot lead a copy beyond the text.
+class FieldWalker {
+  public:
+    explicit FieldWalker(const char* fields) : position_(fields) {}
+
+    int Field() const { return field_; }
+
+    // Steps behind the comma that ends the current field; false when the
+    // field ended at the '*' (or the text ended), which ends the sentence.
+    bool Next() {
+        if (*position_ != ',') return false;
+        ++position_;
+        ++field_;
+        return true;
+    }
+
+    // Copies the field up to the next comma, even across a '*': the
+    // sentences as sent carry further fields behind every kept text field,
+    // so the comma is always there.
+    template <std::size_t Size>
+    void CopyText(char (&field)[Size]) {
+        CopyUntil(field, Size, kCommaEnds | kTextEnds);
+    }
+
+    // Copies the field up to the next comma or '*', whichever comes first.
+    template <std::size_t Size>
+    void CopyLastText(char (&field)[Size]) {
+        CopyUntil(field, Size, kFieldEnds);
+    }
+
+    // Copies everything up to the '*', commas included.
+    template <std::size_t Size>
+    void CopyToChecksum(char (&field)[Size]) {
+        CopyUntil(field, Size, kStarEnds | kTextEnds);
+    }
+
+    // The field's first character, zero when the field is empty.
+    char TakeFirst() {
+        const char first = AtFieldEnd() ? '\0' : *position_;
+        Skip();
+        return first;
+    }
+
+    void Skip() {
+        while (!AtFieldEnd()) ++position_;
+    }
+
+  private:
+    // Which characters end a copy, as bits of their entries in kEnds.
+    static constexpr std::uint8_t kCommaEnds = 1;
+    static constexpr std::uint8_t kStarEnds = 2;
+    static constexpr std::uint8_t kTextEnds = 4;
+    static constexpr std::uint8_t kFieldEnds = kCommaEnds | kStarEnds | kTextEnds;
+
+    // One look-up per character instead of three comparisons: the walk is
+    // the parser's inner loop.
+    static constexpr std::array<std::uint8_t, 256> kEnds = [] {
+        std::array<std::uint8_t, 256> ends{};
+        ends[static_cast<unsigned char>(',')] = kCommaEnds;
+        ends[static_cast<unsigned char>('*')] = kStarEnds;
+        ends[0] = kTextEnds;
+        return ends;
+    }();
+
+    static bool Ends(char c, std::uint8_t which) {
+        return (kEnds[static_cast<unsigned char>(c)] & which) != 0;
+    }
+
+    bool AtFieldEnd() const { return Ends(*position_, kFieldEnds); }
+
+    // Characters past the array's end are dropped; the last cell always
+    // ends up as the terminating zero.
+    void CopyUntil(char* field, std::size_t size, std::uint8_t ends) {
+        std::size_t length = 0;
+        for (char c = *position_; !Ends(c, ends); c = *++position_) {
+            if (length < size) field[length++] = c;
+        }
+        field[size - 1] = '\0';
+    }
+
+    const char* position_;
+    int field_ = 1;
+};
+
+// Orders records 0 to count-1 by PRN, exchanging whole records.
+void SortSatellitesByPrn(NmeaSatellite* satellites, int count) {
+    int prns[kMaxSatellites];
+    for (int i = 0; i < count; ++i) prns[i] = FieldInt(satellites[i].prn);
+    for (int i = 0; i < count; ++i) {
+        for (int j = i; j < count; ++j) {
+            if (prns[i] > prns[j]) {
+                std::swap(satellites[i], satellites[j]);
+                std::swap(prns[i], prns[j]);
+            }
+        }
+    }
+}
+
+// Where the scan of one sentence, from its '$', came to an end.
+enum class ScanOutcome {
+    kTextEnded,      // the text ended inside the sentence
+    kCut,            // a '$' came first; next is that '$'
+    kUnknownHeader,  // not a kept sentence; next is behind its header
+    kComplete,       // next is behind the two checksum characters
+};
+
+struct SentenceScan {
+    ScanOutcome outcome = ScanOutcome::kTextEnded;
+    SentenceKind kind = SentenceKind::kUnknown;
+    const char* next = nullptr;
+    bool checksumMatches = false;
+};
+
+// The next '$' from text on, or null at the end of the text. Sentences
+// usually follow each other behind a line end, so the first few characters
+// are looked at here before the library's search takes over.
+const char* FindDollar(const char* text) {
+    constexpr int kLookedAtFirst = 3;
+    for (int i = 0; i < kLookedAtFirst; ++i, ++text) {
+        if (*text == '$') return text;
+        if (*text == '\0') return nullptr;
+    }
+    return std::strchr(text, '$');
+}
+
+// The exclusive-or of the bytes from begin to end, eight at a time.
+int XorOfBytes(const char* begin, const char* end) {
+    std::uint64_t word = 0;
+    for (; end - begin >= 8; begin += 8) {
+        std::uint64_t eight;
+        std::memcpy(&eight, begin, sizeof eight);
+        word ^= eight;
+    }
+    for (; begin < end; ++begin) word ^= static_cast<unsigned char>(*begin);
+    word ^= word >> 32;
+    word ^= word >> 16;
+    word ^= word >> 8;
+    return static_cast<int>(word & 0xFF);
+}
+
+// Reads the header, the body up to '*' and the two checksum characters of
+// the sentence that starts at dollar, in one pass.
+SentenceScan ScanSentence(const char* dollar) {
+    SentenceScan scan;
+    int checksum = 0;
+    for (int i = 1; i <= kHeaderLength; ++i) {
+        const char c = dollar[i];
+        if (c == '\0') return scan;
+        if (c == '$') return {ScanOutcome::kCut, SentenceKind::kUnknown, dollar + i};
+        checksum ^= static_cast<unsigned char>(c);
+    }
+    scan.kind = MatchHeader(dollar + 1);
+    const char* p = dollar + 1 + kHeaderLength;
+    if (scan.kind == SentenceKind::kUnknown) return {ScanOutcome::kUnknownHeader, scan.kind, p};
+
+    const char* star = p + std::strcspn(p, "*$");
+    if (*star == '\0') return scan;
+    if (*star == '$') return {ScanOutcome::kCut, scan.kind, star};
+    checksum ^= XorOfBytes(p, star);
+    const char* received = star + 1;
+    for (int i = 0; i < 2; ++i) {
+        if (received[i] == '\0') return scan;
+        if (received[i] == '$') return {ScanOutcome::kCut, scan.kind, received + i};
+    }
+    scan.outcome = ScanOutcome::kComplete;
+    scan.next = received + 2;
+    scan.checksumMatches = VerifyNmeaChecksum(checksum, received);
+    return scan;
+}
+
+void DispatchSentence(NmeaRecord& record, GsvPaging& paging, SentenceKind kind, const char* fields,
+                      NmeaParseStats* stats) {
+    NmeaParseStats ignored;
+    NmeaParseStats& counts = stats != nullptr ? *stats : ignored;
+    switch (kind) {
+        case SentenceKind::kRmc:
+            ParseRmc(record, fields);
+            ++counts.rmc;
+            break;
+        case SentenceKind::kGsv:
+            ParseGsv(record, paging, fields);
+            ++counts.gsv;
+            break;
+        case SentenceKind::kGsa:
+            ParseGsa(record, fields);
+            ++counts.gsa;
+            break;
+        case SentenceKind::kGga:
+            ParseGga(record, fields);
+            ++counts.gga;
+            break;
+        case SentenceKind::kUnknown:
+            break;
+    }
+}
+
+// Follows the GSV counting fields; only their first characters count.
+void StartSequenceIfNew(NmeaRecord::Gsv& gsv, GsvPaging& paging, char totalMessages) {
+    if (paging.totalMessages != 0 && paging.totalMessages == totalMessages) return;
+    paging.totalMessages = totalMessages;
+    paging.messageNumber = 0;
+    paging.nextIndex = 0;
+    std::memset(&gsv, 0, sizeof gsv);
+}
+
+void MoveToMessage(NmeaRecord::Gsv& gsv, GsvPaging& paging, char messageNumber) {
+    if (messageNumber == '1') std::memset(&gsv, 0, sizeof gsv);
+    paging.messageNumber = messageNumber;
+    paging.nextIndex = (messageNumber - '1') * 4;
+}
+
+// After each satellite: a sequence is complete once it has counted as many
+// satellites as it announced. Satellites past the table were counted but not
+// kept, so only the table's records are sorted.
+void CountSatellite(NmeaRecord::Gsv& gsv, GsvPaging& paging, int satellitesInView) {
+    ++paging.nextIndex;
+    if (paging.nextIndex != satellitesInView) return;
+    SortSatellitesByPrn(gsv.satellites, std::clamp(paging.nextIndex, 0, kMaxSatellites));
+    paging.totalMessages = 0;
+    paging.messageNumber = 0;
+    paging.nextIndex = 0;
+}
+
+}  // namespace
+
+bool VerifyNmeaChecksum(int computed, const char* received) {
+    static constexpr char kHexDigits[] = "0123456789ABCDEF";
+    if (computed < 0 || computed > 0xFF) return false;
+    return received[0] == kHexDigits[computed >> 4] && received[1] == kHexDigits[computed & 0xF];
+}
+
+void ClearNmeaRecord(NmeaRecord& record) {
+    std::memset(&record.rmc, 0, sizeof record.rmc);
+    std::memset(&record.gga, 0, sizeof record.gga);
+    std::memset(&record.gsa, 0, sizeof record.gsa);
+    std::memset(&record.gsv, 0, sizeof record.gsv);
+}
+
+const char* ParseNmeaBuffer(NmeaRecord& record, GsvPaging& paging, const char* text,
+                            NmeaParseStats* stats) {
+    // pending is the '$' of the sentence the caller must keep: an unfinished
+    // one, or an unknown one that nothing has followed yet.
+    const char* pending = nullptr;
+    const char* dollar = FindDollar(text);
+    while (dollar != nullptr) {
+        pending = dollar;
+        const SentenceScan scan = ScanSentence(dollar);
+        switch (scan.outcome) {
+            case ScanOutcome::kTextEnded:
+                return pending;
+            case ScanOutcome::kCut:
+                if (stats != nullptr && scan.kind != SentenceKind::kUnknown) {
+                    ++stats->brokenSentences;
+                }
+                dollar = scan.next;
+                break;
+            case ScanOutcome::kUnknownHeader:
+                dollar = FindDollar(scan.next);
+                break;
+            case ScanOutcome::kComplete:
+                if (scan.checksumMatches) {
+                    DispatchSentence(record, paging, scan.kind, dollar + 1 + kHeaderLength, stats);
+                } else if (stats != nullptr) {
+                    ++stats->checksumFailures;
+                }
+                pending = nullptr;
+                dollar = FindDollar(scan.next);
+                break;
+        }
+    }
+    return pending;
+}
+
+// $GPRMC,123519,A,4807.038,N,01131.000,E,022.4,084.4,230394,003.1,W*6A
+void ParseRmc(NmeaRecord& record, const char* fields) {
+    NmeaRecord::Rmc& rmc = record.rmc;
+    std::memset(&rmc, 0, sizeof rmc);
+    FieldWalker walker(fields);
+    do {
+        switch (walker.Field()) {
+            case 1:
+                walker.CopyText(rmc.utcTime);
+                break;
+            case 2:
+                rmc.status = walker.TakeFirst();
+                break;
+            case 3:
+                walker.CopyText(rmc.latitude);
+                break;
+            case 4:
+                rmc.latHemisphere = walker.TakeFirst();
+                break;
+            case 5:
+                walker.CopyText(rmc.longitude);
+                break;
+            case 6:
+                rmc.lonHemisphere = walker.TakeFirst();
+                break;
+            case 7:
+                walker.CopyText(rmc.speedKnots);
+                break;
+            case 8:
+                walker.CopyText(rmc.course);
+                break;
+            case 9:
+                walker.CopyText(rmc.date);
+                return;  // nothing behind it is kept
+        }
+    } while (walker.Next());
+}
+
+// $GPGGA,123519,4807.038,N,01131.000,E,1,08,0.9,545.4,M,46.9,M,,*47
+void ParseGga(NmeaRecord& record, const char* fields) {
+    NmeaRecord::Gga& gga = record.gga;
+    std::memset(&gga, 0, sizeof gga);
+    FieldWalker walker(fields);
+    do {
+        switch (walker.Field()) {
+            case 6:
+                gga.fixQuality = walker.TakeFirst();
+                break;
+            case 7:
+                walker.CopyText(gga.satellitesUsed);
+                break;
+            case 9:
+                walker.CopyText(gga.altitude);
+                break;
+            case 10:
+                gga.altitudeUnit = walker.TakeFirst();
+                break;
+            case 11:
+                walker.CopyText(gga.geoidSeparation);
+                break;
+            case 12:
+                gga.geoidUnit = walker.TakeFirst();
+                return;  // nothing behind it is kept
+            default:
+                walker.Skip();
+                break;
+        }
+    } while (walker.Next());
+}
+
+// $GPGSA,A,3,04,05,,09,12,,,24,,,,,2.5,1.3,2.1*39
+void ParseGsa(NmeaRecord& record, const char* fields) {
+    NmeaRecord::Gsa& gsa = record.gsa;
+    std::memset(&gsa, 0, sizeof gsa);
+    FieldWalker walker(fields);
+    do {
+        switch (walker.Field()) {
+            case 2:
+                gsa.fixType = walker.TakeFirst();
+                break;
+            case 15:
+                walker.CopyText(gsa.pdop);
+                break;
+            case 16:
+                walker.CopyText(gsa.hdop);
+                break;
+            case 17:
+                walker.CopyToChecksum(gsa.vdop);
+                return;  // the last field kept
+            default:
+                walker.Skip();
+                break;
+        }
+    } while (walker.Next());
+}
+
+// $GPGSV,2,1,08,01,40,083,46,02,17,308,41,12,07,344,39,14,22,228,45*75
+void ParseGsv(NmeaRecord& record, GsvPaging& paging, const char* fields) {
+    NmeaRecord::Gsv& gsv = record.gsv;
+    FieldWalker walker(fields);
+    if (const char totalMessages = walker.TakeFirst(); totalMessages != 0) {
+        StartSequenceIfNew(gsv, paging, totalMessages);
+    }
+    if (!walker.Next()) return;
+    if (const char messageNumber = walker.TakeFirst(); messageNumber != 0) {
+        MoveToMessage(gsv, paging, messageNumber);
+    }
+    if (!walker.Next()) return;
+    walker.CopyText(gsv.satellitesInView);
+    // Only field 3 writes the count, so it is read once for the message.
+    const int satellitesInView = record.SatellitesInView();
+    while (walker.Next()) {
+        // A satellite beyond the table is read into a scratch record, so the
+        // walk and the count go on exactly as for a kept one.
+        NmeaSatellite discarded;
+        const bool inTable = paging.nextIndex >= 0 && paging.nextIndex < kMaxSatellites;
+        NmeaSatellite& satellite = inTable ? gsv.satellites[paging.nextIndex] : discarded;
+        walker.CopyText(satellite.prn);
+        if (!walker.Next()) return;
+        walker.CopyText(satellite.elevation);
+        if (!walker.Next()) return;
+        walker.CopyText(satellite.azimuth);
+        if (!walker.Next()) return;
+        walker.CopyLastText(satellite.snr);
+        CountSatellite(gsv, paging, satellitesInView);
+    }
+}
+
+bool NmeaRecord::IsFixValid() const {
+    return rmc.status == 'A';
+}
+
+double NmeaRecord::Latitude() const {
+    return Coordinate(rmc.latitude, 2, rmc.latHemisphere == 'N');
+}
+
+double NmeaRecord::Longitude() const {
+    return Coordinate(rmc.longitude, 3, rmc.lonHemisphere == 'E');
+}
+
+double NmeaRecord::SpeedKnots() const {
+    return FieldDouble(rmc.speedKnots);
+}
+double NmeaRecord::Course() const {
+    return FieldDouble(rmc.course);
+}
+double NmeaRecord::Altitude() const {
+    return FieldDouble(gga.altitude);
+}
+int NmeaRecord::SatellitesUsed() const {
+    return FieldInt(gga.satellitesUsed);
+}
+int NmeaRecord::SatellitesInView() const {
+    return FieldInt(gsv.satellitesInView);
+}
+int NmeaRecord::SatellitePrn(int index) const {
+    return FieldInt(gsv.satellites[index].prn);
+}
+
+double NmeaRecord::SatelliteElevation(int index) const {
+    return FieldDouble(gsv.satellites[index].elevation);
+}
+
+double NmeaRecord::SatelliteAzimuth(int index) const {
+    return FieldDouble(gsv.satellites[index].azimuth);
+}
+
+int NmeaRecord::SatelliteSnr(int index) const {
+    return FieldInt(gsv.satellites[index].snr);
+}
+double NmeaRecord::Pdop() const {
+    return FieldDouble(gsa.pdop);
+}
+double NmeaRecord::Hdop() const {
+    return FieldDouble(gsa.hdop);
+}
+double NmeaRecord::Vdop() const {
+    return FieldDouble(gsa.vdop);
+}
+
+double NmeaRecord::FixType() const {
+    switch (gsa.fixType) {
+        case '2':
+            return 2.0;
+        case '3':
+            return 3.0;
+        default:
+            return 1.0;
+    }
+}
+
+FileTime NmeaRecord::FixLocalTime() const {
+    // The century is fixed: "20" followed by the year of the date.
+    char year[5] = {'2', '0'};
+    CopyLeading(year + 2, rmc.date + 4, 2);
+    CivilTime civil;
+    civil.year = LeadingInt(year, 4);
+    civil.month = LeadingInt(rmc.date + 2, 2);
+    civil.day = LeadingInt(rmc.date, 2);
+    civil.hour = LeadingInt(rmc.utcTime, 2);
+    civil.minute = LeadingInt(rmc.utcTime + 2, 2);
+    civil.second = LeadingInt(rmc.utcTime + 4, 2);
+    // The digits behind the point are taken as they stand: ".5" is 5 ms.
+    civil.millisecond = LeadingInt(rmc.utcTime + 7, 3);
+    const std::optional<FileTime> utc = CivilToFileTime(civil);
+    return utc ? UtcToLocal(*utc) : 0;
+}
+
+GpsFix ReadNmeaFix(const NmeaRecord& record) {
+    GpsFix fix;
+    fix.fixValid = record.IsFixValid() ? 1 : 0;
+    fix.latitude = record.Latitude();
+    fix.longitude = record.Longitude();
+    fix.altitude = record.Altitude();
+    fix.course = record.Course();
+    fix.speedKnots = record.SpeedKnots();
+    fix.satellitesInView = record.SatellitesInView();
+    fix.satellitesUsed = record.SatellitesUsed();
+    for (int i = 0; i < kMaxSatellites; ++i) {
+        fix.satPrn[i] = record.SatellitePrn(i);
+        fix.satSnr[i] = record.SatelliteSnr(i);
+        fix.satElevation[i] = record.SatelliteElevation(i);
+        fix.satAzimuth[i] = record.SatelliteAzimuth(i);
+    }
+    fix.pdop = record.Pdop();
+    fix.hdop = record.Hdop();
+    fix.vdop = record.Vdop();
+    fix.fixType = record.FixType();
+    fix.fixTime = record.FixLocalTime();
+    return fix;
+}
+
+}  // namespace tolvane

@@ -1,0 +1,232 @@
+#include "core/data/track_file.h"
+
+#include <gtest/gtest.h>
+
+#include <filesystem>
+
+#include "tests/core/data/track_test_support.h"
+#include "tests/core/test_support.h"
+
+namespace tolvane {
+namespace {
+
+using testing::LoggingOptions;
+using testing::ManualClock;
+using testing::MovingFix;
+using testing::ReadFileBytes;
+
+constexpr char kGpxHeader[] =
+    "<?xml version=\"1.0\"?>\r\n"
+    "<gpx\r\n"
+    " version=\"1.1\"\r\n"
+    " creator=\"Tolvane GPS Utilities - https://tolvane.example/gps\"\r\n"
+    " xmlns:xsi=\"http://www.w3.org/2001/XMLSchema-instance\"\r\n"
+    " xmlns=\"http://www.topografix.com/GPX/1/1\"\r\n"
+    " xsi:schemaLocation=\"http://www.topografix.com/GPX/1/1 "
+    "http://www.topografix.com/GPX/1/1/gpx.xsd\">\r\n"
+    "<trk>\r\n"
+    "<trkseg>\r\n";
+
+constexpr char kGpxPoint[] =
+    "<trkpt lat=\"52.500000\" lon=\"-1.250000\">\r\n"
+    " <time>2011-07-04T08:05:19Z</time>\r\n"
+    " <ele>123.400000</ele>\r\n"
+    " <course>45.000000</course>\r\n"
+    " <speed>5.144444</speed>\r\n"
+    "</trkpt>\r\n";
+
+std::string KmlPlacemark(int number, const std::string& logTime) {
+    return "  <Placemark>\r\n"
+           "     <name>TP " +
+           std::to_string(number) +
+           "</name>\r\n"
+           "     <Point>\r\n"
+           "       <coordinates>-1.250000, 52.500000, 123.400000</coordinates>\r\n"
+           "     </Point>\r\n"
+           "     <altitudeMode>absolute</altitudeMode>\r\n"
+           "     <description>\r\n"
+           "       <![CDATA[<table><tr><td><b>Time</b></td><td>" +
+           logTime +
+           "</td></tr><tr><td><b>Latitude</b></td><td>52.500000</td></tr><tr><td><b>Longitude"
+           "</b></td><td>-1.250000</td></tr><tr><td><b>Altitude</b></td><td>123.400000 m</td>"
+           "</tr><tr><td><b>Course</b></td><td>45.000000 degree</td></tr><tr><td><b>Speed</b>"
+           "</td><td>18.520000 km/h</td></tr></table>]]>\r\n"
+           "     </description>\r\n"
+           "  </Placemark>\r\n";
+}
+
+bool EndsWith(const std::string& text, const std::string& end) {
+    return text.size() >= end.size() &&
+           text.compare(text.size() - end.size(), end.size(), end) == 0;
+}
+
+// Starts a file at 2011-07-04 08:05:09 (the tests run in UTC, so local time
+// is UTC) and appends one point ten seconds later.
+class TrackFileTest : public ::testing::Test {
+  protected:
+    void Start(std::int32_t format) {
+        options_ = LoggingOptions(format);
+        StartTrackFile(options_, folder_.Path(), clock_, path_);
+    }
+    void Append() {
+        clock_.AdvanceSeconds(10);
+        AppendTrackPoint(options_, gps_, clock_, path_, track_);
+    }
+
+    testing::TemporaryFolder folder_;
+    ManualClock clock_{{2011, 7, 4, 8, 5, 9, 0}};
+    Options options_{};
+    GpsState gps_ = MovingFix();
+    std::string path_;
+    DynamicList<TrackPoint> track_;
+};
+
+TEST_F(TrackFileTest, GpxIsACompleteDocumentFromTheStartAndAfterEveryPoint) {
+    Start(kTrackFormatGpx);
+    EXPECT_EQ(path_, folder_.File("20110704080509.gpx"));
+    EXPECT_EQ(ReadFileBytes(path_), std::string(kGpxHeader) + kGpxTrailer);
+
+    Append();
+    EXPECT_EQ(ReadFileBytes(path_), std::string(kGpxHeader) + kGpxPoint + kGpxTrailer);
+    Append();
+    const std::string twoPoints = ReadFileBytes(path_);
+    EXPECT_TRUE(EndsWith(twoPoints, std::string("</trkpt>\r\n") + kGpxTrailer));
+    EXPECT_NE(twoPoints.find("<time>2011-07-04T08:05:29Z</time>"), std::string::npos);
+
+    ASSERT_EQ(track_.Count(), 2);
+    track_.SeekTo(1);
+    EXPECT_FLOAT_EQ(track_.Current().latitude, 52.5f);
+    EXPECT_FLOAT_EQ(track_.Current().longitude, -1.25f);
+    EXPECT_EQ(track_.Current().time.second, 29);
+}
+
+TEST_F(TrackFileTest, KmlNamesTheDocumentByItsStartAndNumbersPlacemarksByTheTrack) {
+    Start(kTrackFormatKml);
+    EXPECT_EQ(path_, folder_.File("20110704080509.kml"));
+    const std::string header =
+        "<?xml version=\"1.0\"?>\r\n<kml xmlns=\"http://earth.google.com/kml/2.0\">\r\n"
+        "<Document>\r\n  <name>20110704080509</name>\r\n";
+    EXPECT_EQ(ReadFileBytes(path_), header + kKmlTrailer);
+
+    Append();
+    Append();
+    EXPECT_EQ(ReadFileBytes(path_), header + KmlPlacemark(1, "20110704 08:05:19") +
+                                        KmlPlacemark(2, "20110704 08:05:29") + kKmlTrailer);
+}
+
+TEST_F(TrackFileTest, LogLinesPutLongitudeFirstAndTheFileComesWithTheFirstPoint) {
+    Start(kTrackFormatLog);
+    EXPECT_EQ(path_, folder_.File("20110704080509.log"));
+    EXPECT_FALSE(std::filesystem::exists(path_));
+
+    gps_.fixValid = 0;
+    Append();
+    EXPECT_FALSE(std::filesystem::exists(path_));
+    EXPECT_EQ(track_.Count(), 0);
+
+    gps_.fixValid = 1;
+    Append();
+    Append();
+    EXPECT_EQ(ReadFileBytes(path_),
+              "-1.250000,52.500000,,20110704 08:05:29,10.000000,45.000000,123.400000\r\n"
+              "-1.250000,52.500000,,20110704 08:05:39,10.000000,45.000000,123.400000\r\n");
+}
+
+TEST_F(TrackFileTest, NothingHappensWithoutLoggerFixOrFile) {
+    Start(kTrackFormatGpx);
+    const std::string started = ReadFileBytes(path_);
+    gps_.fixValid = 0;
+    Append();
+    EXPECT_EQ(ReadFileBytes(path_), started);
+
+    // A point whose text would not fit its 1000-byte buffer is not written
+    // at all rather than cut.
+    gps_.fixValid = 1;
+    gps_.altitude = gps_.course = gps_.speedKnots = 1e300;
+    Append();
+    EXPECT_EQ(ReadFileBytes(path_), started);
+    EXPECT_EQ(track_.Count(), 0);
+
+    gps_ = MovingFix();
+    options_.trackLoggerEnabled = 0;
+    Append();
+    EXPECT_EQ(ReadFileBytes(path_), started);
+    EXPECT_EQ(track_.Count(), 0);
+
+    std::string unused;
+    StartTrackFile(options_, folder_.Path(), clock_, unused);
+    EXPECT_TRUE(unused.empty());
+    EXPECT_EQ(std::distance(std::filesystem::directory_iterator(folder_.Path()),
+                            std::filesystem::directory_iterator()),
+              1);
+}
+
+TEST_F(TrackFileTest, DamagedOrMissingFilesNeverGetAHalfPoint) {
+    // Two starts within one second overwrite the beginning of the file but
+    // never shorten it.
+    Start(kTrackFormatGpx);
+    Append();
+    const std::string onePoint = ReadFileBytes(path_);
+    const ManualClock sameSecond({2011, 7, 4, 8, 5, 9, 0});
+    StartTrackFile(options_, folder_.Path(), sameSecond, path_);
+    const std::string restarted = ReadFileBytes(path_);
+    ASSERT_EQ(restarted.size(), onePoint.size());
+    EXPECT_EQ(restarted.substr(0, sizeof kGpxHeader - 1 + sizeof kGpxTrailer - 1),
+              std::string(kGpxHeader) + kGpxTrailer);
+
+    // A file too short to hold the trailer is left as it is.
+    testing::WriteFileBytes(path_, "<gpx>");
+    Append();
+    EXPECT_EQ(ReadFileBytes(path_), "<gpx>");
+
+    // A folder that has gone away: nothing is created and the point is lost
+    // for the track as well.
+    const int before = track_.Count();
+    for (const std::int32_t format : {kTrackFormatLog, kTrackFormatGpx, kTrackFormatKml}) {
+        options_.trackLogFormat = format;
+        path_ = folder_.File("missing/20110704080509.track");
+        Append();
+    }
+    EXPECT_EQ(track_.Count(), before);
+    EXPECT_FALSE(std::filesystem::exists(folder_.File("missing")));
+}
+
+TEST_F(TrackFileTest, ReadsLogLinesBackAndSkipsWhatIsNotOne) {
+    Start(kTrackFormatLog);
+    Append();
+    Append();
+    std::string bytes = ReadFileBytes(path_);
+    bytes +=
+        "garbage\r\n"
+        "1.5,2.5\r\n"                                    // too few columns
+        "200,10,,20110704 08:05:09,0,0,0\r\n"            // longitude out of range
+        "10,-91,,20110704 08:05:09,0,0,0\r\n"            // latitude out of range
+        "10,x,,20110704 08:05:09,0,0,0\r\n"              // not a number
+        "10,20,,20111304 08:05:09,0,0,0\r\n"             // month 13
+        "10,20,,20110704 8:05:09,0,0,0\r\n"              // time cut short
+        "\r\n\r\n"                                       // empty lines pass unnoticed
+        "13.25,-33.5,,20120229 23:59:59\r"               // CR alone, no speed columns
+        " 7 ,8,,20110704 08:05:09,1,2,3,extra,columns";  // blanks, more columns
+    testing::WriteFileBytes(path_, bytes);
+
+    DynamicList<TrackPoint> read;
+    const CsvReadResult result = ReadTrackLogFile(path_, read);
+    EXPECT_TRUE(result.opened);
+    EXPECT_EQ(result.recordsRead, 4);
+    EXPECT_EQ(result.linesSkipped, 7);
+    ASSERT_EQ(read.Count(), 4);
+    read.SeekTo(0);
+    EXPECT_FLOAT_EQ(read.Current().longitude, -1.25f);
+    EXPECT_EQ(read.Current().time.second, 19);
+    read.SeekTo(2);
+    EXPECT_FLOAT_EQ(read.Current().latitude, -33.5f);
+    EXPECT_EQ(read.Current().time.year, 2012);
+    EXPECT_EQ(read.Current().time.day, 29);
+    read.SeekTo(3);
+    EXPECT_FLOAT_EQ(read.Current().longitude, 7.0f);
+
+    EXPECT_FALSE(ReadTrackLogFile(folder_.File("none.log"), read).opened);
+}
+
+}  // namespace
+}  // namespace tolvane

@@ -1,0 +1,168 @@
+#include "core/data/track_logger.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <filesystem>
+#include <vector>
+
+#include "tests/core/data/track_test_support.h"
+#include "tests/core/test_support.h"
+
+namespace tolvane {
+namespace {
+
+using testing::ReadFileBytes;
+
+bool EndsWith(const std::string& text, const std::string& end) {
+    return text.size() >= end.size() &&
+           text.compare(text.size() - end.size(), end.size(), end) == 0;
+}
+
+std::size_t CountOf(const std::string& text, const std::string& part) {
+    std::size_t count = 0;
+    for (std::size_t at = text.find(part); at != std::string::npos; at = text.find(part, at + 1)) {
+        ++count;
+    }
+    return count;
+}
+
+// Drives the track timer one second at a time from 2011-07-04 08:00:00.
+class TrackLoggerTest : public ::testing::Test {
+  protected:
+    // Runs count ticks, the clock one second later before each.
+    void Tick(int count = 1) {
+        for (int i = 0; i < count; ++i) {
+            clock_.AdvanceSeconds(1);
+            repaint_ = TrackTimerTick(logger_,
+                                      {gps_, options_, gpsRunning_, folder_.Path(), clock_, view_});
+        }
+    }
+    std::vector<std::string> Files() const {
+        std::vector<std::string> names;
+        for (const auto& entry : std::filesystem::directory_iterator(folder_.Path())) {
+            names.push_back(entry.path().filename().string());
+        }
+        std::sort(names.begin(), names.end());
+        return names;
+    }
+
+    testing::TemporaryFolder folder_;
+    testing::ManualClock clock_{{2011, 7, 4, 8, 0, 0, 0}};
+    Options options_ = testing::LoggingOptions(kTrackFormatLog);
+    GpsState gps_ = testing::MovingFix();
+    bool gpsRunning_ = true;
+    int view_ = 0;
+    bool repaint_ = false;
+    TrackLogger logger_;
+};
+
+TEST_F(TrackLoggerTest, PointsAreTakenAtTheFirstTickAndThenEveryInterval) {
+    Tick(25);
+    ASSERT_EQ(Files(), std::vector<std::string>{"20110704080001.log"});
+    const std::string log = ReadFileBytes(folder_.File("20110704080001.log"));
+    EXPECT_EQ(CountOf(log, "\r\n"), 3u);
+    EXPECT_NE(log.find("08:00:01"), std::string::npos);
+    EXPECT_NE(log.find("08:00:11"), std::string::npos);
+    EXPECT_NE(log.find("08:00:21"), std::string::npos);
+    EXPECT_EQ(logger_.liveTrack.Count(), 3);
+
+    // Without a fix at the due tick the point is skipped and a whole
+    // interval passes before the next try: 08:00:31 is lost, 08:00:41 taken.
+    gps_.fixValid = 0;
+    Tick(6);
+    gps_.fixValid = 1;
+    Tick(20);
+    const std::string later = ReadFileBytes(folder_.File("20110704080001.log"));
+    EXPECT_EQ(later.find("08:00:31"), std::string::npos);
+    EXPECT_NE(later.find("08:00:41"), std::string::npos);
+    EXPECT_NE(later.find("08:00:51"), std::string::npos);
+}
+
+TEST_F(TrackLoggerTest, LoggerOffFinishesTheFileAndOnAgainStartsANewOne) {
+    options_.trackLogFormat = kTrackFormatGpx;
+    Tick(15);
+    options_.trackLoggerEnabled = 0;
+    Tick(20);
+    EXPECT_TRUE(logger_.currentPath.empty());
+    const std::string first = ReadFileBytes(folder_.File("20110704080001.gpx"));
+    EXPECT_TRUE(EndsWith(first, kGpxTrailer));
+    EXPECT_EQ(CountOf(first, "<trkpt "), 2u);
+
+    // Points keep being counted down, so the map keeps its live track.
+    EXPECT_EQ(logger_.liveTrack.Count(), 2);
+    options_.trackLoggerEnabled = 1;
+    Tick();
+    EXPECT_EQ(Files(), (std::vector<std::string>{"20110704080001.gpx", "20110704080036.gpx"}));
+    EXPECT_EQ(ReadFileBytes(folder_.File("20110704080001.gpx")), first);
+}
+
+TEST_F(TrackLoggerTest, AGpsRestartBeginsANewTrackAndANewFile) {
+    Tick(12);
+    ASSERT_EQ(logger_.liveTrack.Count(), 2);
+    logger_.viewedTrack.Append(TrackPoint{});
+
+    gpsRunning_ = false;
+    Tick(3);
+    EXPECT_EQ(logger_.countdown, -1);
+    EXPECT_EQ(logger_.liveTrack.Count(), 2);  // the map keeps the last track
+
+    gpsRunning_ = true;
+    Tick();
+    EXPECT_EQ(logger_.liveTrack.Count(), 1);
+    EXPECT_EQ(logger_.viewedTrack.Count(), 0);
+    EXPECT_EQ(Files(), (std::vector<std::string>{"20110704080001.log", "20110704080016.log"}));
+}
+
+TEST_F(TrackLoggerTest, IntervalSlotsAreClampedAndOnlyMapViewsRepaint) {
+    EXPECT_EQ(ClampTrackInterval(0), 1);
+    EXPECT_EQ(ClampTrackInterval(-7), 1);
+    EXPECT_EQ(ClampTrackInterval(5000), 3600);
+    EXPECT_EQ(ClampTrackInterval(3600), 3600);
+    EXPECT_EQ(TrackIntervalFromField("0"), 1);
+    EXPECT_EQ(TrackIntervalFromField("5000"), 3600);
+    EXPECT_EQ(TrackIntervalFromField(" 42 "), 42);
+    EXPECT_EQ(TrackIntervalFromField("99999999999999999999999"), 3600);
+    EXPECT_EQ(TrackIntervalFromField("-5"), 1);
+    EXPECT_EQ(TrackIntervalFromField("1e3"), 1);
+    EXPECT_EQ(TrackIntervalFromField(""), 1);
+
+    // A slot of 0 from a damaged Options.dat logs every second instead of
+    // restarting the track over and over.
+    options_.trackIntervalIndex = 3;
+    options_.trackIntervalValues[3] = 0;
+    Tick(4);
+    EXPECT_EQ(logger_.liveTrack.Count(), 4);
+    EXPECT_EQ(Files().size(), 1u);
+
+    for (int view = 0; view <= 6; ++view) {
+        view_ = view;
+        Tick();
+        EXPECT_EQ(repaint_, view == kWorldMapView || view == kMapView) << view;
+    }
+}
+
+TEST_F(TrackLoggerTest, FormatChangeRestartsTheFileAndViewLogFileShowsATrack) {
+    Tick();
+    clock_.AdvanceSeconds(1);
+    RestartTrackFile(logger_, options_, kTrackFormatKml, folder_.Path(), clock_);
+    EXPECT_EQ(options_.trackLogFormat, kTrackFormatKml);
+    EXPECT_EQ(logger_.currentPath, folder_.File("20110704080002.kml"));
+    EXPECT_TRUE(EndsWith(ReadFileBytes(logger_.currentPath), kKmlTrailer));
+
+    options_.showTrack = 0;
+    logger_.viewedTrack.Append(TrackPoint{});
+    const CsvReadResult result =
+        ViewTrackLogFile(logger_, options_, folder_.File("20110704080001.log"));
+    EXPECT_EQ(result.recordsRead, 1);
+    EXPECT_EQ(logger_.viewedTrack.Count(), 1);
+    EXPECT_EQ(options_.showTrack, 1);
+    EXPECT_EQ(logger_.liveTrack.Count(), 1);  // the live track is not touched
+
+    options_.showTrack = 0;
+    EXPECT_FALSE(ViewTrackLogFile(logger_, options_, folder_.File("none.log")).opened);
+    EXPECT_EQ(options_.showTrack, 0);
+}
+
+}  // namespace
+}  // namespace tolvane
