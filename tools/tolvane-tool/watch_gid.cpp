@@ -12,6 +12,7 @@
 #include "platform/dynamic_library.h"
 #include "platform/process_runner.h"
 #include "platform/program_location.h"
+#include "platform/speech_engine_finder.h"
 #include "tools/tolvane-tool/commands.h"
 #include "tools/tolvane-tool/tick_json.h"
 #include "tools/tolvane-tool/tool_host.h"
@@ -27,7 +28,8 @@ int RunGidWatch(const GidWatch& watch, std::ostream& out, std::ostream& err) {
     const SystemClock clock;
     platform::CommandLineSoundService sound;
     platform::LinuxProcessRunner processes;
-    ToolHost host(clock, sound, processes, err);
+    const platform::LinuxSpeechEngineFinder speech;
+    ToolHost host(clock, sound, processes, speech, err);
     const platform::LinuxDeviceQueries machine;
     platform::SystemLibraryLoader loader;
 

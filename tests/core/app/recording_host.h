@@ -35,6 +35,7 @@ class RecordingHost : public Host {
     bool PlayLimitBeep() override { return true; }
     bool RunAndWait(const std::string&, const std::vector<std::string>&) override { return false; }
     std::string TemporaryFolder() const override { return "/tmp"; }
+    std::string FindEngineProgram() const override { return {}; }
 };
 
 }  // namespace tolvane::testing
