@@ -1,0 +1,56 @@
+#include "core/app/gid_commands.h"
+
+#include "core/base/string_manager.h"
+
+namespace tolvane {
+namespace {
+
+constexpr int kStringAppTitle = 10000;
+// Platform codes of the generation-4 devices, on which the shared GPS
+// service is not offered.
+constexpr int kPlatformCodeKeysGeneration4 = 31;
+constexpr int kPlatformCodeTouchGeneration4 = 32;
+
+void ShowString(Host& host, int stringId, MessageIcon icon) {
+    CStringManager& strings = CStringManager::GetInstance();
+    host.ShowMessage(strings.GetText(stringId), strings.GetText(kStringAppTitle), icon);
+}
+
+}  // namespace
+
+bool StartGidSource(GidSource& source, const GidStartContext& context) {
+    const int platform = GetPlatformCode(context.deviceQueries);
+    if (platform == kPlatformCodeKeysGeneration4 || platform == kPlatformCodeTouchGeneration4) {
+        ShowString(context.host, kStringGpsNotChosen, MessageIcon::kInformation);
+        return false;
+    }
+    if (!LoadGidLibrary(source, context.libraryLoader)) {
+        UnloadGidLibrary(source);
+        ShowString(context.host, kStringGidLibraryMissing, MessageIcon::kStop);
+        return false;
+    }
+    source.functions.init();
+    if (source.functions.openDevice(context.moduleInstance, context.mainWindow, 0) != 0) {
+        return true;
+    }
+    source.functions.unInit();
+    UnloadGidLibrary(source);
+    ShowString(context.host, kStringGidOpenFailed, MessageIcon::kStop);
+    return false;
+}
+
+void StopGidSource(GidSource& source) {
+    if (source.functions.unInit != nullptr) source.functions.unInit();
+    UnloadGidLibrary(source);
+    source.deviceInfo = GidDeviceInfo{};
+    source.positionInfo = GidPositionInfo{};
+}
+
+SourceReading ReadGidSource(GidSource& source) {
+    SourceReading reading;
+    reading.connected = GidConnectionState(source);
+    GidReadSnapshot(source, reading.snapshot);
+    return reading;
+}
+
+}  // namespace tolvane

@@ -1,0 +1,238 @@
+#include "tests/e2e/gpsd_fixture.h"
+
+#include <arpa/inet.h>
+#include <fcntl.h>
+#include <netinet/in.h>
+#include <pty.h>
+#include <signal.h>
+#include <spawn.h>
+#include <sys/socket.h>
+#include <sys/wait.h>
+#include <termios.h>
+#include <unistd.h>
+
+#include <cmath>
+#include <cstdio>
+#include <fstream>
+#include <sstream>
+
+extern char** environ;
+
+namespace tolvane::testing {
+namespace {
+
+constexpr auto kBatchInterval = std::chrono::milliseconds(500);
+constexpr char kGpsdProgram[] = "/usr/sbin/gpsd";
+
+std::string Format(const char* format, auto... values) {
+    char buffer[256];
+    std::snprintf(buffer, sizeof buffer, format, values...);
+    return buffer;
+}
+
+// "4807.0380,N": degrees and decimal minutes, then the hemisphere.
+std::string NmeaCoordinate(double degrees, int degreeDigits, char positive, char negative) {
+    const double magnitude = std::fabs(degrees);
+    const int whole = static_cast<int>(magnitude);
+    return Format("%0*d%07.4f,%c", degreeDigits, whole, (magnitude - whole) * 60.0,
+                  degrees < 0 ? negative : positive);
+}
+
+// Receivers leave the position fields empty while they have no fix.
+std::string Position(const SimulatedFix& fix) {
+    if (!fix.valid) return ",,,";
+    return NmeaCoordinate(fix.latitude, 2, 'N', 'S') + "," +
+           NmeaCoordinate(fix.longitude, 3, 'E', 'W');
+}
+
+int UsedCount(const SimulatedFix& fix) {
+    int used = 0;
+    for (const SimulatedSatellite& satellite : fix.satellites) used += satellite.used ? 1 : 0;
+    return used;
+}
+
+std::string Gsa(const SimulatedFix& fix) {
+    std::string body = Format("GPGSA,A,%d", fix.valid ? 3 : 1);
+    int listed = 0;
+    for (const SimulatedSatellite& satellite : fix.satellites) {
+        if (!satellite.used || listed == 12) continue;
+        body += Format(",%02d", satellite.prn);
+        ++listed;
+    }
+    for (; listed < 12; ++listed) body += ",";
+    return NmeaSentence(body + Format(",%.1f,%.1f,%.1f", fix.pdop, fix.hdop, fix.vdop));
+}
+
+std::string Gsv(const SimulatedFix& fix) {
+    const int count = static_cast<int>(fix.satellites.size());
+    const int messages = std::max(1, (count + 3) / 4);
+    std::string text;
+    for (int message = 0; message < messages; ++message) {
+        std::string body = Format("GPGSV,%d,%d,%02d", messages, message + 1, count);
+        for (int i = message * 4; i < std::min(count, message * 4 + 4); ++i) {
+            const SimulatedSatellite& s = fix.satellites[i];
+            body += Format(",%02d,%02d,%03d,%02d", s.prn, s.elevation, s.azimuth, s.snr);
+        }
+        text += NmeaSentence(body);
+    }
+    return text;
+}
+
+}  // namespace
+
+std::string NmeaSentence(const std::string& body) {
+    unsigned checksum = 0;
+    for (const char c : body) checksum ^= static_cast<unsigned char>(c);
+    return "$" + body + Format("*%02X\r\n", checksum);
+}
+
+std::string NmeaBatch(const SimulatedFix& fix, const CivilTime& utc) {
+    const std::string time = Format("%02d%02d%02d.00", utc.hour, utc.minute, utc.second);
+    const std::string date = Format("%02d%02d%02d", utc.day, utc.month, utc.year % 100);
+    return NmeaSentence(Format("GPRMC,%s,%c,", time.c_str(), fix.valid ? 'A' : 'V') +
+                        Position(fix) +
+                        Format(",%.1f,%.1f,%s,,,%c", fix.speedKnots, fix.course, date.c_str(),
+                               fix.valid ? 'A' : 'N')) +
+           NmeaSentence(Format("GPGGA,%s,", time.c_str()) + Position(fix) +
+                        Format(",%d,%02d,%.1f,%.1f,M,46.9,M,,", fix.valid ? 1 : 0, UsedCount(fix),
+                               fix.hdop, fix.altitude)) +
+           Gsa(fix) + Gsv(fix);
+}
+
+PseudoTerminalReceiver::PseudoTerminalReceiver() {
+    char name[256] = {};
+    if (openpty(&master_, &slave_, name, nullptr, nullptr) != 0) {
+        master_ = slave_ = -1;
+        return;
+    }
+    devicePath_ = name;
+    // The test keeps the far side open, so the terminal never hangs up while
+    // gpsd restarts; writes must not block while nobody reads.
+    termios settings{};
+    tcgetattr(slave_, &settings);
+    cfmakeraw(&settings);
+    tcsetattr(slave_, TCSANOW, &settings);
+    fcntl(master_, F_SETFL, fcntl(master_, F_GETFL) | O_NONBLOCK);
+    nextFixUtc_ = *CivilToFileTime(kFirstFixUtc);
+    writer_ = std::thread(&PseudoTerminalReceiver::Run, this);
+}
+
+PseudoTerminalReceiver::~PseudoTerminalReceiver() {
+    stopping_ = true;
+    if (writer_.joinable()) writer_.join();
+    if (master_ >= 0) close(master_);
+    if (slave_ >= 0) close(slave_);
+}
+
+void PseudoTerminalReceiver::SetFix(const SimulatedFix& fix) {
+    std::lock_guard<std::mutex> lock(mutex_);
+    fix_ = fix;
+}
+
+FileTime PseudoTerminalReceiver::NextFixUtc() const {
+    std::lock_guard<std::mutex> lock(mutex_);
+    return nextFixUtc_;
+}
+
+void PseudoTerminalReceiver::Run() {
+    while (!stopping_) {
+        if (!silent_) {
+            std::lock_guard<std::mutex> lock(mutex_);
+            const std::string batch = NmeaBatch(fix_, FileTimeToCivil(nextFixUtc_));
+            // A full buffer (gpsd not reading) drops the batch, as a serial
+            // line would; the receiver's time moves on with what was sent.
+            if (write(master_, batch.data(), batch.size()) > 0) {
+                nextFixUtc_ += kFileTimeTicksPerSecond;
+            }
+        }
+        std::this_thread::sleep_for(kBatchInterval);
+    }
+}
+
+int FreeLoopbackPort() {
+    const int socketFd = socket(AF_INET, SOCK_STREAM, 0);
+    if (socketFd < 0) return 0;
+    sockaddr_in address{};
+    address.sin_family = AF_INET;
+    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+    socklen_t length = sizeof address;
+    int port = 0;
+    if (bind(socketFd, reinterpret_cast<sockaddr*>(&address), sizeof address) == 0 &&
+        getsockname(socketFd, reinterpret_cast<sockaddr*>(&address), &length) == 0) {
+        port = ntohs(address.sin_port);
+    }
+    close(socketFd);
+    return port;
+}
+
+GpsdProcess::GpsdProcess(int port, const std::string& devicePath, const std::string& folder)
+    : port_(port), logPath_(folder + "/gpsd.log") {
+    const std::string portText = std::to_string(port);
+    const std::string socketPath = folder + "/gpsd.sock";
+    // -N foreground, -n read the device without clients, -b never write to
+    // the device (no probing, which a pseudo-terminal never answers).
+    std::vector<std::string> arguments = {"gpsd",   "-N", "-n",       "-b",      "-S",
+                                          portText, "-F", socketPath, devicePath};
+    std::vector<char*> argv;
+    for (std::string& argument : arguments) argv.push_back(argument.data());
+    argv.push_back(nullptr);
+
+    posix_spawn_file_actions_t actions;
+    posix_spawn_file_actions_init(&actions);
+    posix_spawn_file_actions_addopen(&actions, STDOUT_FILENO, logPath_.c_str(),
+                                     O_WRONLY | O_CREAT | O_APPEND, 0644);
+    posix_spawn_file_actions_adddup2(&actions, STDOUT_FILENO, STDERR_FILENO);
+    if (posix_spawn(&pid_, kGpsdProgram, &actions, nullptr, argv.data(), environ) != 0) pid_ = -1;
+    posix_spawn_file_actions_destroy(&actions);
+}
+
+GpsdProcess::~GpsdProcess() {
+    Stop();
+}
+
+bool GpsdProcess::WaitUntilListening(std::chrono::milliseconds limit) const {
+    if (pid_ < 0) return false;
+    return WaitUntil(
+        [this] {
+            const int socketFd = socket(AF_INET, SOCK_STREAM, 0);
+            sockaddr_in address{};
+            address.sin_family = AF_INET;
+            address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+            address.sin_port = htons(static_cast<std::uint16_t>(port_));
+            const bool accepted =
+                connect(socketFd, reinterpret_cast<sockaddr*>(&address), sizeof address) == 0;
+            close(socketFd);
+            return accepted;
+        },
+        limit);
+}
+
+void GpsdProcess::Stop() {
+    if (pid_ < 0) return;
+    kill(pid_, SIGTERM);
+    const bool ended = WaitUntil([this] { return waitpid(pid_, nullptr, WNOHANG) == pid_; },
+                                 std::chrono::seconds(5));
+    if (!ended) {
+        kill(pid_, SIGKILL);
+        waitpid(pid_, nullptr, 0);
+    }
+    pid_ = -1;
+}
+
+std::string GpsdProcess::Log() const {
+    std::ifstream in(logPath_);
+    std::ostringstream text;
+    text << in.rdbuf();
+    return text.str();
+}
+
+bool WaitUntil(const std::function<bool()>& condition, std::chrono::milliseconds limit) {
+    const auto deadline = std::chrono::steady_clock::now() + limit;
+    while (!condition()) {
+        if (std::chrono::steady_clock::now() >= deadline) return false;
+        std::this_thread::sleep_for(std::chrono::milliseconds(50));
+    }
+    return true;
+}
+
+}  // namespace tolvane::testing
