@@ -7,6 +7,7 @@
 #include "platform/serial_device.h"
 #include "tools/tolvane-tool/port_run.h"
 #include "tools/tolvane-tool/tick_json.h"
+#include "tools/tolvane-tool/watch_gid.h"
 
 namespace tolvane::tool {
 namespace {
@@ -50,7 +51,12 @@ std::string ParseWatchArguments(const Arguments& arguments, WatchArguments& watc
             return "unexpected argument '" + name + "'";
         }
     }
-    if (watch.source != "port") return "--source port is the only source";
+    if (watch.source == "gid") {
+        if (!watch.port.empty() || watch.baudRate != 0)
+            return "--port and --baud are for --source port";
+        return {};
+    }
+    if (watch.source != "port") return "--source needs port or gid";
     if (watch.port.empty()) return "--port NAME|PATH is needed";
     if (watch.baudRate == 0) return "--baud N is needed";
     return {};
@@ -69,6 +75,9 @@ int RunWatchCommand(const Arguments& arguments, std::ostream& out, std::ostream&
     if (!MakeRunOptions(watch.settings, options, error)) {
         err << "tolvane-tool: watch: " << error << '\n';
         return kExitFailure;
+    }
+    if (watch.source == "gid") {
+        return RunGidWatch({options, watch.settings.json, watch.seconds, watch.home}, out, err);
     }
 
     // Port names resolve through the program folder, and the messages of
