@@ -16,3 +16,6 @@ cmake --preset asan -DTOLVANE_BUILD_BENCHMARKS=OFF
 cmake --build --preset asan -j "$jobs" --target tolvane_core_tests
 TZ=UTC ASAN_OPTIONS=detect_leaks=1 UBSAN_OPTIONS=print_stacktrace=1 \
   build/asan/bin/tolvane_core_tests
+
+# A bounded fuzzing run of the NMEA parser under the sanitizers.
+scripts/fuzz.sh 60

@@ -263,7 +263,7 @@ TEST_F(GidWithGpsdTest, ASilentReceiverShowsAsNotConnectedAfterTheTimeOut) {
 TEST_F(GidWithGpsdTest, TheWatchPrintsTheTicksOfTheSharedService) {
     tool::GidWatch watch;
     ResetOptions(watch.options);
-    watch.json = true;
+    watch.settings.json = true;
     watch.seconds = 4;
     watch.home = TOLVANE_PROGRAM_DIR;
     std::ostringstream out, err;

@@ -17,15 +17,18 @@ class RecordingClock final : public Clock {
 
 }  // namespace
 
-ReplayTotals ReplayRecording(std::string_view recording, const Options& options,
-                             std::ostream& messages,
-                             const std::function<void(const GpsState&)>& onTick) {
+bool ReplayRecording(std::string_view recording, const RunSettings& settings,
+                     const Options& options, std::ostream& messages,
+                     const std::function<void(AppState&)>& onTick, ReplayTotals& totals,
+                     std::string& error) {
     RecordingClock clock;
     RecordingDevice device;
     const std::vector<RecordedSecond> seconds = SplitIntoSeconds(recording);
     if (!seconds.empty()) clock.now = seconds.front().utc;
 
-    PortRun run(clock, device, options, messages);
+    RunServices services(settings.voice);
+    PortRun run(clock, device, options, services, messages);
+    if (!PrepareRun(run.app, settings, error)) return false;
     run.Start("recording", BaudRateForIndex(options.baudIndex), ReaderDrive::kCaller);
     for (const RecordedSecond& second : seconds) {
         if (run.Lost()) break;
@@ -36,9 +39,10 @@ ReplayTotals ReplayRecording(std::string_view recording, const Options& options,
         run.FireWatchdog();
         if (IsPortOpen(run.port)) ReaderPass(run.port);
         run.Tick();
-        if (onTick) onTick(run.app.gps);
+        if (onTick) onTick(run.app);
     }
-    return {run.Ticks(), run.Fixes(), run.ParseStats()};
+    totals = {run.Ticks(), run.Fixes(), run.ParseStats()};
+    return true;
 }
 
 int RunReplayCommand(const Arguments& arguments, std::ostream& out, std::ostream& err) {
@@ -53,6 +57,7 @@ int RunReplayCommand(const Arguments& arguments, std::ostream& out, std::ostream
         }
     }
     if (error.empty() && logPath.empty()) error = "the NMEA log to play is missing";
+    if (error.empty()) error = CheckRunSettings(settings);
     if (!error.empty()) {
         err << "tolvane-tool: replay: " << error << "\n\n" << UsageText();
         return kExitUsage;
@@ -64,10 +69,14 @@ int RunReplayCommand(const Arguments& arguments, std::ostream& out, std::ostream
         return kExitFailure;
     }
     if (!ReadTextFile(logPath, recording, err)) return kExitFailure;
-    const auto printTick = [&out](const GpsState& state) { out << TickJson(state) << '\n'; };
-    const ReplayTotals totals =
-        ReplayRecording(recording, options, err,
-                        settings.json ? std::function<void(const GpsState&)>(printTick) : nullptr);
+    const auto printTick = [&out](AppState& app) { out << TickJson(app) << '\n'; };
+    ReplayTotals totals;
+    if (!ReplayRecording(recording, settings, options, err,
+                         settings.json ? std::function<void(AppState&)>(printTick) : nullptr,
+                         totals, error)) {
+        err << "tolvane-tool: replay: " << error << '\n';
+        return kExitFailure;
+    }
     if (!settings.json) {
         out << logPath << ": " << RunSummary(totals.ticks, totals.fixes, totals.parse) << '\n';
     }

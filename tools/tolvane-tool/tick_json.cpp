@@ -58,10 +58,12 @@ void WriteGpsStateFields(JsonWriter& json, const GpsState& s) {
     json.Integer("timeResyncCountdown", s.timeResyncCountdown);
 }
 
-std::string TickJson(const GpsState& state) {
+std::string TickJson(AppState& app) {
     JsonWriter json;
     json.BeginObject();
-    WriteGpsStateFields(json, state);
+    WriteGpsStateFields(json, app.gps);
+    json.Integer("destinationIndex", CurrentDestinationIndex(app.navigation));
+    json.Integer("alarmSounding", app.alarm.sounding ? 1 : 0);
     json.EndObject();
     return json.Text();
 }

@@ -6,6 +6,7 @@
 #include <ostream>
 
 #include "tools/tolvane-tool/commands.h"
+#include "tools/tolvane-tool/port_run.h"
 
 namespace tolvane::tool {
 
@@ -27,12 +28,8 @@ std::string UsageText() {
            "                            in the program folder), one tick per second\n"
            "  --help                    show this text\n"
            "\n"
-           "Options of replay and watch:\n"
-           "  --json                    print the GPS state of every tick as one JSON line\n"
-           "  --processor N             data processor: 0 raw, 1 averaging, 2 smoothing\n"
-           "  --unit N                  unit system of the minimum speed\n"
-           "  --min-speed V             minimum speed, in the unit system's speed unit\n"
-           "  --options FILE            start from a settings record; the options above win\n";
+           "Options of replay and watch:\n" +
+           RunOptionsUsage();
 }
 
 int RunTool(const Arguments& arguments, std::ostream& out, std::ostream& err) {
