@@ -228,12 +228,20 @@ NmeaParseStats PortRun::ParseStats() {
     return port.parseStats;
 }
 
+namespace {
+
+std::string Count(int number, const char* singular, const char* plural) {
+    return std::to_string(number) + ' ' + (number == 1 ? singular : plural);
+}
+
+}  // namespace
+
 std::string RunSummary(int ticks, int fixes, const NmeaParseStats& stats) {
-    std::ostringstream text;
-    text << ticks << " ticks, " << fixes << " fixes, "
-         << stats.checksumFailures + stats.brokenSentences << " dropped sentences ("
-         << stats.checksumFailures << " checksum failures, " << stats.brokenSentences << " broken)";
-    return text.str();
+    return Count(ticks, "tick", "ticks") + ", " + Count(fixes, "fix", "fixes") + ", " +
+           Count(stats.checksumFailures + stats.brokenSentences, "dropped sentence",
+                 "dropped sentences") +
+           " (" + Count(stats.checksumFailures, "checksum failure", "checksum failures") + ", " +
+           std::to_string(stats.brokenSentences) + " broken)";
 }
 
 }  // namespace tolvane::tool
