@@ -2,6 +2,8 @@
 
 #include <type_traits>
 
+#include "tools/tolvane-tool/json_writer.h"
+
 namespace tolvane::tool {
 namespace {
 
@@ -18,8 +20,7 @@ void Array(JsonWriter& json, std::string_view key, const T (&values)[N]) {
     json.EndArray();
 }
 
-}  // namespace
-
+// Every field of the GPS state, keyed by its field name.
 void WriteGpsStateFields(JsonWriter& json, const GpsState& s) {
     json.Integer("connected", s.connected);
     json.Integer("fixValid", s.fixValid);
@@ -57,6 +58,8 @@ void WriteGpsStateFields(JsonWriter& json, const GpsState& s) {
     json.Integer("idleTicks", s.idleTicks);
     json.Integer("timeResyncCountdown", s.timeResyncCountdown);
 }
+
+}  // namespace
 
 std::string TickJson(AppState& app) {
     JsonWriter json;
