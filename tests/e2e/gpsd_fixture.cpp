@@ -3,18 +3,18 @@
 #include <arpa/inet.h>
 #include <fcntl.h>
 #include <netinet/in.h>
-#include <pty.h>
 #include <signal.h>
 #include <spawn.h>
 #include <sys/socket.h>
 #include <sys/wait.h>
-#include <termios.h>
 #include <unistd.h>
 
 #include <cmath>
 #include <cstdio>
 #include <fstream>
 #include <sstream>
+
+#include "tests/core/nmea_sentence.h"
 
 extern char** environ;
 
@@ -78,14 +78,7 @@ std::string Gsv(const SimulatedFix& fix) {
     return text;
 }
 
-}  // namespace
-
-std::string NmeaSentence(const std::string& body) {
-    unsigned checksum = 0;
-    for (const char c : body) checksum ^= static_cast<unsigned char>(c);
-    return "$" + body + Format("*%02X\r\n", checksum);
-}
-
+// The RMC, GGA, GSA and GSV sentences of one fix at the given UTC time.
 std::string NmeaBatch(const SimulatedFix& fix, const CivilTime& utc) {
     const std::string time = Format("%02d%02d%02d.00", utc.hour, utc.minute, utc.second);
     const std::string date = Format("%02d%02d%02d", utc.day, utc.month, utc.year % 100);
@@ -99,20 +92,13 @@ std::string NmeaBatch(const SimulatedFix& fix, const CivilTime& utc) {
            Gsa(fix) + Gsv(fix);
 }
 
+}  // namespace
+
 PseudoTerminalReceiver::PseudoTerminalReceiver() {
-    char name[256] = {};
-    if (openpty(&master_, &slave_, name, nullptr, nullptr) != 0) {
-        master_ = slave_ = -1;
-        return;
-    }
-    devicePath_ = name;
+    if (!terminal_.IsOpen()) return;
     // The test keeps the far side open, so the terminal never hangs up while
     // gpsd restarts; writes must not block while nobody reads.
-    termios settings{};
-    tcgetattr(slave_, &settings);
-    cfmakeraw(&settings);
-    tcsetattr(slave_, TCSANOW, &settings);
-    fcntl(master_, F_SETFL, fcntl(master_, F_GETFL) | O_NONBLOCK);
+    fcntl(terminal_.Master(), F_SETFL, fcntl(terminal_.Master(), F_GETFL) | O_NONBLOCK);
     nextFixUtc_ = *CivilToFileTime(kFirstFixUtc);
     writer_ = std::thread(&PseudoTerminalReceiver::Run, this);
 }
@@ -120,8 +106,6 @@ PseudoTerminalReceiver::PseudoTerminalReceiver() {
 PseudoTerminalReceiver::~PseudoTerminalReceiver() {
     stopping_ = true;
     if (writer_.joinable()) writer_.join();
-    if (master_ >= 0) close(master_);
-    if (slave_ >= 0) close(slave_);
 }
 
 void PseudoTerminalReceiver::SetFix(const SimulatedFix& fix) {
@@ -141,9 +125,7 @@ void PseudoTerminalReceiver::Run() {
             const std::string batch = NmeaBatch(fix_, FileTimeToCivil(nextFixUtc_));
             // A full buffer (gpsd not reading) drops the batch, as a serial
             // line would; the receiver's time moves on with what was sent.
-            if (write(master_, batch.data(), batch.size()) > 0) {
-                nextFixUtc_ += kFileTimeTicksPerSecond;
-            }
+            if (terminal_.Send(batch)) nextFixUtc_ += kFileTimeTicksPerSecond;
         }
         std::this_thread::sleep_for(kBatchInterval);
     }
@@ -224,15 +206,6 @@ std::string GpsdProcess::Log() const {
     std::ostringstream text;
     text << in.rdbuf();
     return text.str();
-}
-
-bool WaitUntil(const std::function<bool()>& condition, std::chrono::milliseconds limit) {
-    const auto deadline = std::chrono::steady_clock::now() + limit;
-    while (!condition()) {
-        if (std::chrono::steady_clock::now() >= deadline) return false;
-        std::this_thread::sleep_for(std::chrono::milliseconds(50));
-    }
-    return true;
 }
 
 }  // namespace tolvane::testing

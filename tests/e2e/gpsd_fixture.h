@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "core/base/file_time.h"
+#include "tests/platform/pseudo_terminal.h"
 
 // Real parts for the end-to-end tests of the shared GPS service: a receiver
 // on a pseudo-terminal that the test writes, and gpsd on loopback reading it.
@@ -39,12 +40,6 @@ struct SimulatedFix {
     std::vector<SimulatedSatellite> satellites;
 };
 
-// "$BODY*CS\r\n" with the checksum of BODY.
-std::string NmeaSentence(const std::string& body);
-
-// The RMC, GGA, GSA and GSV sentences of one fix at the given UTC time.
-std::string NmeaBatch(const SimulatedFix& fix, const CivilTime& utc);
-
 // A GPS receiver on a pseudo-terminal: a thread writes a batch of sentences
 // every half second, each batch one second of receiver time later than the
 // one before, starting at kFirstFixUtc.
@@ -57,8 +52,8 @@ class PseudoTerminalReceiver {
     PseudoTerminalReceiver(const PseudoTerminalReceiver&) = delete;
     PseudoTerminalReceiver& operator=(const PseudoTerminalReceiver&) = delete;
 
-    bool IsOpen() const { return master_ >= 0; }
-    const std::string& DevicePath() const { return devicePath_; }
+    bool IsOpen() const { return terminal_.IsOpen(); }
+    const std::string& DevicePath() const { return terminal_.SlaveName(); }
     void SetFix(const SimulatedFix& fix);
     // A silent receiver stays connected but sends nothing.
     void SetSilent(bool silent) { silent_ = silent; }
@@ -68,9 +63,7 @@ class PseudoTerminalReceiver {
   private:
     void Run();
 
-    int master_ = -1;
-    int slave_ = -1;
-    std::string devicePath_;
+    PseudoTerminal terminal_;
     mutable std::mutex mutex_;
     SimulatedFix fix_;
     FileTime nextFixUtc_ = 0;
@@ -102,8 +95,5 @@ class GpsdProcess {
     std::string logPath_;
     pid_t pid_ = -1;
 };
-
-// Polls condition every 50 ms until it holds or limit has passed.
-bool WaitUntil(const std::function<bool()>& condition, std::chrono::milliseconds limit);
 
 }  // namespace tolvane::testing

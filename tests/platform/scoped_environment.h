@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdlib>
+#include <ctime>
 #include <optional>
 #include <string>
 
@@ -29,6 +30,25 @@ class ScopedEnvironment {
 
     std::string name_;
     std::optional<std::string> old_;
+};
+
+// Moves the process into another time zone (a POSIX rule such as "XST-2"
+// needs no zone database) for one scope; only platform tests may do this.
+class ScopedTimeZone {
+  public:
+    explicit ScopedTimeZone(const char* zone) {
+        zone_.emplace("TZ", zone);
+        tzset();
+    }
+    ~ScopedTimeZone() {
+        zone_.reset();
+        tzset();
+    }
+    ScopedTimeZone(const ScopedTimeZone&) = delete;
+    ScopedTimeZone& operator=(const ScopedTimeZone&) = delete;
+
+  private:
+    std::optional<ScopedEnvironment> zone_;
 };
 
 }  // namespace tolvane::testing

@@ -4,32 +4,16 @@
 
 #include <gtest/gtest.h>
 
-#include <cstdlib>
-#include <ctime>
-
 #include "core/data/track_file.h"
 #include "tests/core/data/track_test_support.h"
 #include "tests/core/test_support.h"
+#include "tests/platform/scoped_environment.h"
 
 namespace tolvane {
 namespace {
 
-// Five and a half hours east of UTC, given as a POSIX rule so that no time
-// zone database is needed; the tests' own UTC is put back afterwards.
-class EastOfUtc {
-  public:
-    EastOfUtc() { Use("XST-5:30"); }
-    ~EastOfUtc() { Use("UTC"); }
-
-  private:
-    static void Use(const char* zone) {
-        setenv("TZ", zone, 1);
-        tzset();
-    }
-};
-
 TEST(TrackFileTimeZoneTest, NamesAreLocalAndPointTimesAreUtc) {
-    const EastOfUtc zone;
+    const testing::ScopedTimeZone zone("XST-5:30");  // five and a half hours east of UTC
     testing::TemporaryFolder folder;
     testing::ManualClock clock({2011, 7, 4, 20, 0, 9, 0});
     const GpsState gps = testing::MovingFix();

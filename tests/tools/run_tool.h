@@ -1,7 +1,9 @@
 #pragma once
 
+#include <nlohmann/json.hpp>
 #include <sstream>
 #include <string>
+#include <vector>
 
 #include "tools/tolvane-tool/commands.h"
 
@@ -20,6 +22,14 @@ inline Result RunCommand(Arguments arguments) {
     std::ostringstream out, err;
     const int code = RunTool(arguments, out, err);
     return {code, out.str(), err.str()};
+}
+
+// The ticks printed with --json, one object a line.
+inline std::vector<nlohmann::json> JsonLines(const std::string& text) {
+    std::vector<nlohmann::json> lines;
+    std::istringstream in(text);
+    for (std::string line; std::getline(in, line);) lines.push_back(nlohmann::json::parse(line));
+    return lines;
 }
 
 }  // namespace tolvane::tool
