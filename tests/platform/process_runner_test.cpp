@@ -48,14 +48,10 @@ TEST(ProcessRunnerTest, ChildGetsOnlyTheStandardDescriptors) {
 
 TEST(ProcessRunnerTest, TemporaryFolderComesFromTheEnvironment) {
     LinuxProcessRunner runner;
-    {
-        const ScopedEnvironment tmp("TMPDIR", "/var/tmp/");
-        EXPECT_EQ(runner.TemporaryFolder(), "/var/tmp");
-    }
-    {
-        const ScopedEnvironment tmp("TMPDIR", nullptr);
-        EXPECT_EQ(runner.TemporaryFolder(), "/tmp");
-    }
+    const ScopedEnvironment tmp("TMPDIR", "/var/tmp/");
+    EXPECT_EQ(runner.TemporaryFolder(), "/var/tmp");
+    unsetenv("TMPDIR");
+    EXPECT_EQ(runner.TemporaryFolder(), "/tmp");
 }
 
 TEST(ProcessRunnerTest, SearchPathFindsExecutableFilesOnly) {
@@ -76,7 +72,6 @@ TEST(CommandLineSoundTest, EveryCallSucceedsWithoutSoundHardware) {
     CommandLineSoundService sound;
     EXPECT_TRUE(sound.PlaySoundFile(folder.File("missing.wav"), SoundMode::kOnce));
     EXPECT_TRUE(sound.PlaySoundFile(folder.File("Alarm.wav"), SoundMode::kLoop));
-    EXPECT_TRUE(sound.PlaySoundFile(folder.File("Alarm.wav"), SoundMode::kOnce));
     EXPECT_TRUE(sound.StopSound());
     EXPECT_TRUE(sound.StopSound());
     EXPECT_TRUE(sound.PlayLimitBeep());

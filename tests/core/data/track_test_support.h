@@ -40,4 +40,9 @@ inline GpsState MovingFix() {
     return gps;
 }
 
+inline bool EndsWith(const std::string& text, const std::string& end) {
+    return text.size() >= end.size() &&
+           text.compare(text.size() - end.size(), end.size(), end) == 0;
+}
+
 }  // namespace tolvane::testing

@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "core/base/services.h"
+#include "core/data/geo_point.h"
 #include "core/nav/voice_guide.h"
 
 namespace tolvane::testing {
@@ -64,5 +65,16 @@ class FakeEngineFinder : public SpeechEngineFinder {
 
     std::string program = "/usr/bin/espeak-ng";
 };
+
+// A destination; a range of -1 leaves it to the default range.
+inline GeoPoint Destination(double latitude, double longitude, int range = -1,
+                            const std::string& voice = {}) {
+    GeoPoint point;
+    point.latitude = latitude;
+    point.longitude = longitude;
+    point.proximityRange = range;
+    point.voiceGuide = voice;
+    return point;
+}
 
 }  // namespace tolvane::testing

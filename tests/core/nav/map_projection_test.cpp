@@ -2,8 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include "core/nav/distance.h"
-
 namespace tolvane {
 namespace {
 
@@ -33,14 +31,6 @@ TEST(MapProjectionTest, StretchTableAndLatitudeIntegration) {
     EXPECT_DOUBLE_EQ(projection.AdjustForLatitude(60.7, 10), 10 / projection.StretchFactor(60));
     // Beyond the table the last factor is used.
     EXPECT_DOUBLE_EQ(projection.AdjustForLatitude(-89, 10), 10 / projection.StretchFactor(80));
-}
-
-TEST(DistanceTest, FlatEarthWithTheProgramsOwnCoefficients) {
-    EXPECT_NEAR(DistanceKm(0, 0, 0, 1), 114.319, 1e-9);
-    EXPECT_NEAR(DistanceKm(0, 0, 1, 0), 110.574, 1e-3);
-    EXPECT_EQ(DistanceKm(48, 11, 48, 11), 0);
-    // No wrap at the antimeridian.
-    EXPECT_GT(DistanceKm(0, 179.9, 0, -179.9), 40000);
 }
 
 }  // namespace
