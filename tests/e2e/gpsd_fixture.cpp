@@ -9,10 +9,12 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cmath>
 #include <cstdio>
 #include <fstream>
 #include <sstream>
+#include <vector>
 
 #include "tests/core/nmea_sentence.h"
 
@@ -45,33 +47,14 @@ std::string Position(const SimulatedFix& fix) {
            NmeaCoordinate(fix.longitude, 3, 'E', 'W');
 }
 
-int UsedCount(const SimulatedFix& fix) {
-    int used = 0;
-    for (const SimulatedSatellite& satellite : fix.satellites) used += satellite.used ? 1 : 0;
-    return used;
-}
-
-std::string Gsa(const SimulatedFix& fix) {
-    std::string body = Format("GPGSA,A,%d", fix.valid ? 3 : 1);
-    int listed = 0;
-    for (const SimulatedSatellite& satellite : fix.satellites) {
-        if (!satellite.used || listed == 12) continue;
-        body += Format(",%02d", satellite.prn);
-        ++listed;
-    }
-    for (; listed < 12; ++listed) body += ",";
-    return NmeaSentence(body + Format(",%.1f,%.1f,%.1f", fix.pdop, fix.hdop, fix.vdop));
-}
-
-std::string Gsv(const SimulatedFix& fix) {
-    const int count = static_cast<int>(fix.satellites.size());
-    const int messages = std::max(1, (count + 3) / 4);
-    std::string text;
-    for (int message = 0; message < messages; ++message) {
-        std::string body = Format("GPGSV,%d,%d,%02d", messages, message + 1, count);
-        for (int i = message * 4; i < std::min(count, message * 4 + 4); ++i) {
-            const SimulatedSatellite& s = fix.satellites[i];
-            body += Format(",%02d,%02d,%03d,%02d", s.prn, s.elevation, s.azimuth, s.snr);
+// The GSA and the four GSV sentences of the fourteen satellites.
+std::string Satellites(bool valid) {
+    std::string text =
+        NmeaSentence(Format("GPGSA,A,%d,24,26,28,,,,,,,,,,2.5,1.3,2.1", valid ? 3 : 1));
+    for (int message = 0; message < 4; ++message) {
+        std::string body = Format("GPGSV,4,%d,14", message + 1);
+        for (int prn = 2 + 8 * message; prn <= std::min(28, 8 + 8 * message); prn += 2) {
+            body += Format(",%02d,%02d,%03d,%02d", prn, 10 + prn, 10 * prn, 20 + prn);
         }
         text += NmeaSentence(body);
     }
@@ -82,14 +65,12 @@ std::string Gsv(const SimulatedFix& fix) {
 std::string NmeaBatch(const SimulatedFix& fix, const CivilTime& utc) {
     const std::string time = Format("%02d%02d%02d.00", utc.hour, utc.minute, utc.second);
     const std::string date = Format("%02d%02d%02d", utc.day, utc.month, utc.year % 100);
-    return NmeaSentence(Format("GPRMC,%s,%c,", time.c_str(), fix.valid ? 'A' : 'V') +
-                        Position(fix) +
-                        Format(",%.1f,%.1f,%s,,,%c", fix.speedKnots, fix.course, date.c_str(),
-                               fix.valid ? 'A' : 'N')) +
+    const char status = fix.valid ? 'A' : 'V';
+    return NmeaSentence(Format("GPRMC,%s,%c,", time.c_str(), status) + Position(fix) +
+                        Format(",22.4,84.4,%s,,,%c", date.c_str(), fix.valid ? 'A' : 'N')) +
            NmeaSentence(Format("GPGGA,%s,", time.c_str()) + Position(fix) +
-                        Format(",%d,%02d,%.1f,%.1f,M,46.9,M,,", fix.valid ? 1 : 0, UsedCount(fix),
-                               fix.hdop, fix.altitude)) +
-           Gsa(fix) + Gsv(fix);
+                        Format(",%d,03,1.3,545.4,M,46.9,M,,", fix.valid ? 1 : 0)) +
+           Satellites(fix.valid);
 }
 
 }  // namespace

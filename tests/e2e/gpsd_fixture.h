@@ -4,11 +4,9 @@
 
 #include <atomic>
 #include <chrono>
-#include <functional>
 #include <mutex>
 #include <string>
 #include <thread>
-#include <vector>
 
 #include "core/base/file_time.h"
 #include "tests/platform/pseudo_terminal.h"
@@ -18,26 +16,15 @@
 
 namespace tolvane::testing {
 
-struct SimulatedSatellite {
-    int prn = 0;
-    int elevation = 0;
-    int azimuth = 0;
-    int snr = 0;
-    bool used = false;
-};
-
-// What the simulated receiver reports in each batch of sentences.
+// What the simulated receiver reports besides its position: 22.4 knots at
+// 84.4 degrees, 545.4 m above sea level, PDOP 2.5, HDOP 1.3, VDOP 2.1, and
+// fourteen satellites, PRN 2 to 28 in steps of two, each at elevation
+// 10 + PRN, azimuth 10 x PRN and SNR 20 + PRN, of which 24, 26 and 28 are
+// used. Without a fix it leaves the position empty and still sees them.
 struct SimulatedFix {
     bool valid = true;
     double latitude = 48.1173;    // degrees, north positive
     double longitude = 11.51667;  // degrees, east positive
-    double altitude = 545.4;      // metres above mean sea level
-    double speedKnots = 22.4;
-    double course = 84.4;
-    double pdop = 2.5;
-    double hdop = 1.3;
-    double vdop = 2.1;
-    std::vector<SimulatedSatellite> satellites;
 };
 
 // A GPS receiver on a pseudo-terminal: a thread writes a batch of sentences
