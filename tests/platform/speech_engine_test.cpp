@@ -2,16 +2,15 @@
 #include <sys/stat.h>
 
 #include <string>
-#include <vector>
 
 #include "core/data/options.h"
 #include "core/gps/gps_state.h"
 #include "core/nav/navigation.h"
 #include "core/nav/speed_alarm.h"
 #include "core/nav/voice_guide.h"
-#include "platform/command_line_sound.h"
 #include "platform/process_runner.h"
 #include "platform/speech_engine_finder.h"
+#include "tests/core/nav/fake_services.h"
 #include "tests/core/test_support.h"
 #include "tests/platform/scoped_environment.h"
 
@@ -44,79 +43,40 @@ TEST(SpeechEngineFinderTest, TheConfiguredFolderIsTheOnlyPlaceElseEspeakNgOnTheP
     EXPECT_EQ(FindSpeechEngine(configured.Path().c_str(), nullptr), configured.File("espeak-ng"));
 }
 
-// Counts what reaches the real sound service.
-class CountingSound : public SoundService {
-  public:
-    bool PlaySoundFile(const std::string& path, SoundMode mode) override {
-        plays.push_back(path);
-        return inner_.PlaySoundFile(path, mode);
-    }
-    bool StopSound() override { return inner_.StopSound(); }
-    bool PlayLimitBeep() override { return inner_.PlayLimitBeep(); }
-
-    std::vector<std::string> plays;
-
-  private:
-    CommandLineSoundService inner_;
-};
-
-// The real engine and the real process runner, as on arrival.
-class SpokenArrivalTest : public ::testing::Test {
-  protected:
-    SpokenArrivalTest() {
-        ResetOptions(options);
-        state.connected = 1;
-        state.fixValid = 1;
-        alarm.path = temporary.File("Alarm.wav");
-        DynamicList<GeoPoint> loaded;
-        GeoPoint point;
-        point.voiceGuide = "A";
-        loaded.Append(point);
-        OpenDestinationList(navigation, loaded);
-    }
-
-    bool Arrive() { return CheckArrival(state, options, navigation, voice, alarm, sound); }
-
+// The real engine and process runner on arrival: espeak-ng writes the wave
+// file of a one-character text, which is then played once.
+TEST(SpokenArrivalTest, EspeakNgWritesTheWaveFileOfAOneCharacterText) {
     TemporaryFolder temporary;
-    const ScopedEnvironment temporaryFolder{"TMPDIR", temporary.Path().c_str()};
-    Options options;
-    GpsState state;
-    Navigation navigation;
-    AlarmSound alarm;
-    CountingSound sound;
+    const ScopedEnvironment temporaryFolder("TMPDIR", temporary.Path().c_str());
+    const ScopedEnvironment noFolder("TOLVANE_ESPEAK_DIR", nullptr);
     LinuxProcessRunner runner;
     LinuxSpeechEngineFinder finder;
+    testing::RecordingSound sound;
     VoiceGuide voice{finder, runner, sound};
-};
-
-TEST_F(SpokenArrivalTest, EspeakNgWritesTheWaveFileOfAOneCharacterText) {
-    const ScopedEnvironment noFolder("TOLVANE_ESPEAK_DIR", nullptr);
     ASSERT_TRUE(voice.IsVoiceEngineAvailable(0)) << "espeak-ng must be installed";
+
+    Options options;
+    ResetOptions(options);
+    GpsState state;
+    state.connected = 1;
+    state.fixValid = 1;
+    Navigation navigation;
+    DynamicList<GeoPoint> loaded;
+    loaded.Append(testing::Destination(0, 0, -1, "A"));
+    OpenDestinationList(navigation, loaded);
+    AlarmSound alarm;
+    alarm.path = temporary.File("Alarm.wav");
     alarm.sounding = true;
-    EXPECT_TRUE(Arrive());
+    EXPECT_TRUE(CheckArrival(state, options, navigation, voice, alarm, sound));
+
     const std::string wave = testing::ReadFileBytes(temporary.File(kVoiceGuideWaveName));
     EXPECT_EQ(wave.substr(0, 4), "RIFF");
     EXPECT_EQ(wave.substr(8, 4), "WAVE");
     EXPECT_GT(wave.size(), 1000u);
-    EXPECT_EQ(sound.plays, std::vector<std::string>{temporary.File(kVoiceGuideWaveName)});
+    ASSERT_EQ(sound.calls.size(), 1u);
+    EXPECT_EQ(sound.calls[0].path, temporary.File(kVoiceGuideWaveName));
     // Spoken, so the alarm sound did not replace the looping alarm.
     EXPECT_TRUE(alarm.sounding);
-    EXPECT_EQ(CurrentDestinationIndex(navigation), kNoDestination);
-}
-
-TEST_F(SpokenArrivalTest, MissingEngineFallsBackToTheAlarmSound) {
-    TemporaryFolder emptyFolder;
-    const ScopedEnvironment folder("TOLVANE_ESPEAK_DIR", emptyFolder.Path().c_str());
-    const ScopedEnvironment path("PATH", "/nonexistent");
-    EXPECT_FALSE(voice.IsVoiceEngineAvailable(0));
-    EXPECT_FALSE(voice.SpeakText(0, "A"));
-    alarm.sounding = true;
-    EXPECT_TRUE(Arrive());
-    EXPECT_FALSE(alarm.sounding);
-    EXPECT_EQ(sound.plays, std::vector<std::string>{alarm.path});
-    EXPECT_EQ(CurrentDestinationIndex(navigation), kNoDestination);
-    struct stat info {};
-    EXPECT_NE(stat(temporary.File(kVoiceGuideWaveName).c_str(), &info), 0);
 }
 
 }  // namespace

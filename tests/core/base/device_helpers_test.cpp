@@ -28,9 +28,7 @@ TEST(DeviceHelpersTest, DeviceTypeAndPlatformCode) {
     EXPECT_EQ(GetDeviceType(FakeDevice(87, "PocketPC", 5)), kDeviceTypeUnknown);
     EXPECT_EQ(GetDeviceType(FakeDevice(0, "PocketPC2", 5)), kDeviceTypeUnknown);
 
-    EXPECT_EQ(GetPlatformCode(FakeDevice(0, "Smartphone", 3)), 21);
     EXPECT_EQ(GetPlatformCode(FakeDevice(0, "Smartphone", 4)), 31);
-    EXPECT_EQ(GetPlatformCode(FakeDevice(0, "PocketPC", 4)), 32);
     EXPECT_EQ(GetPlatformCode(FakeDevice(0, "PocketPC", 6)), 62);
     EXPECT_EQ(GetPlatformCode(FakeDevice(0, "PocketPC", 7)), 0);
     EXPECT_EQ(GetPlatformCode(FakeDevice(0, "", 6)), 0);

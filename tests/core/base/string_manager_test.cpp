@@ -86,10 +86,10 @@ TEST(LanguageSourceTest, ParsesEscapesAndReportsTheBadLine) {
 
     EXPECT_FALSE(ParseLanguageSource("1\tok\n2 no tab\n", entries, error));
     EXPECT_EQ(error, "line 2: expected an id, a tab and a text");
-    EXPECT_FALSE(ParseLanguageSource("x1\tbad id\n", entries, error));
-    EXPECT_FALSE(ParseLanguageSource("1\t\n", entries, error));
+    for (const char* bad : {"x1\tbad id\n", "1\tbad \\q\n", "1\t\n"}) {
+        EXPECT_FALSE(ParseLanguageSource(bad, entries, error)) << bad;
+    }
     EXPECT_EQ(error, "line 1: the text is empty");
-    EXPECT_FALSE(ParseLanguageSource("1\tbad \\q\n", entries, error));
 }
 
 }  // namespace

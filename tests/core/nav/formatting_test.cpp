@@ -66,13 +66,6 @@ TEST(FormattingTest, RoundedFieldsAreNotCarried) {
     EXPECT_EQ(Latitude(kDegMin, kLast, 0.99999999), "00°60.0000' N");
 }
 
-TEST(FormattingTest, UnknownFormatWritesNothing) {
-    EXPECT_EQ(Latitude(3, kFirst, 1.0), "");
-    EXPECT_EQ(Longitude(-1, kLast, 1.0), "");
-    EXPECT_EQ(CoordFormatEntryText(3), "");
-    FormatLatitude(kDegMin, kFirst, 1.0, nullptr);
-}
-
 TEST(FormattingTest, ValuesNoCoordinateHasDoNotOverflow) {
     EXPECT_EQ(Latitude(kDegMin, kFirst, 1e300), "N   00°00.0000'");
     EXPECT_EQ(Longitude(kDegMinSec, kLast, -3e9), "000°00'00.00\" W");
