@@ -314,14 +314,11 @@ TEST(NmeaCaptureTest, TheLastFixOfACaptureMatchesGpsdsReading) {
     EXPECT_EQ(fix.fixValid, 1);
     EXPECT_NEAR(fix.latitude, -37.784795000, 1e-9);
     EXPECT_NEAR(fix.longitude, 175.314901667, 1e-9);
-    EXPECT_DOUBLE_EQ(fix.altitude, 60.2);
-    EXPECT_DOUBLE_EQ(fix.course, 181.39);
-    EXPECT_EQ(fix.satellitesInView, 12);
-    EXPECT_EQ(fix.satellitesUsed, 7);
-    EXPECT_DOUBLE_EQ(fix.pdop, 1.9);
-    EXPECT_DOUBLE_EQ(fix.hdop, 1.1);
-    EXPECT_DOUBLE_EQ(fix.vdop, 1.6);
-    EXPECT_EQ(fix.fixType, 3.0);
+    // Altitude, course, satellites in view and used, PDOP, HDOP, VDOP, fix type.
+    EXPECT_EQ(std::vector<double>({fix.altitude, fix.course, double(fix.satellitesInView),
+                                   double(fix.satellitesUsed), fix.pdop, fix.hdop, fix.vdop,
+                                   fix.fixType}),
+              std::vector<double>({60.2, 181.39, 12, 7, 1.9, 1.1, 1.6, 3}));
     const int prns[kMaxSatellites] = {1, 2, 3, 6, 8, 13, 17, 20, 24, 26, 28, 30};
     EXPECT_TRUE(std::equal(std::begin(prns), std::end(prns), fix.satPrn));
     // PRN 17: elevation 71, azimuth 207, 31 dB-Hz; PRN 2 is not tracked.
