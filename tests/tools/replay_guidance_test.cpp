@@ -61,8 +61,9 @@ class ReplayGuidanceTest : public ::testing::Test {
         const Result result = RunCommand(arguments);
         EXPECT_EQ(result.code, kExitOk) << result.err;
         std::vector<int> indexes;
-        for (const nlohmann::json& tick : JsonLines(result.out))
+        for (const nlohmann::json& tick : JsonLines(result.out)) {
             indexes.push_back(tick["destinationIndex"]);
+        }
         return indexes;
     }
 
@@ -183,11 +184,6 @@ TEST_F(ReplayGuidanceTest, ArgumentsThatDoNotGoTogetherGiveUsage) {
     EXPECT_NE(noFolder.err.find("no such folder"), std::string::npos);
 }
 
-// The points of a GPX track file, as gpsbabel reads them.
-std::vector<std::string> TrackPoints(const std::string& path) {
-    return GpsbabelRows("-t -i gpx", path);
-}
-
 // A replay killed at random moments leaves a GPX file that is well-formed
 // and holds every point written before the kill: the first points of the
 // track of a run that was not killed. A kill that lands while the kernel
@@ -215,7 +211,7 @@ TEST_F(ReplayGuidanceTest, AKilledReplayLeavesACompleteTrack) {
     int status = 0;
     waitpid(replay(whole), &status, 0);
     ASSERT_EQ(status, 0);
-    const std::vector<std::string> all = TrackPoints(FilesIn(whole)[0]);
+    const std::vector<std::string> all = GpsbabelRows("-t -i gpx", FilesIn(whole)[0]);
     ASSERT_EQ(all.size(), 150u * kWalkFixes);
 
     std::mt19937 random(12345);
@@ -232,7 +228,7 @@ TEST_F(ReplayGuidanceTest, AKilledReplayLeavesACompleteTrack) {
             EXPECT_EQ(RepairTrackFolder(out), 1);
         }
         ASSERT_TRUE(IsWellFormedXml(files[0])) << "run " << run;
-        const std::vector<std::string> kept = TrackPoints(files[0]);
+        const std::vector<std::string> kept = GpsbabelRows("-t -i gpx", files[0]);
         ASSERT_LE(kept.size(), all.size());
         EXPECT_TRUE(std::equal(kept.begin(), kept.end(), all.begin())) << "run " << run;
     }
