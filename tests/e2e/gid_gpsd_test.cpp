@@ -104,7 +104,7 @@ class GidWithGpsdTest : public GidLibraryTest {
     void StartGpsd() {
         gpsd_ =
             std::make_unique<testing::GpsdProcess>(port_, receiver_.DevicePath(), folder_.Path());
-        ASSERT_TRUE(gpsd_->WaitUntilListening(10s)) << gpsd_->Log();
+        ASSERT_TRUE(gpsd_->WaitUntilListening(10s));
     }
 
     GpsFix Snapshot() {
@@ -144,7 +144,7 @@ class GidWithGpsdTest : public GidLibraryTest {
 
 TEST_F(GidWithGpsdTest, TheRecordCarriesTheFedFixSatellitesAndLocalTime) {
     ASSERT_TRUE(Start());
-    ASSERT_TRUE(WaitForReport(true)) << gpsd_->Log();
+    ASSERT_TRUE(WaitForReport(true));
     GpsFix snapshot = Snapshot();
     EXPECT_NEAR(snapshot.latitude, 48.1173, 1e-6);
     EXPECT_NEAR(snapshot.longitude, 11.51667, 1e-6);
@@ -199,7 +199,7 @@ TEST_F(GidWithGpsdTest, TheRecordCarriesTheFedFixSatellitesAndLocalTime) {
 
 TEST_F(GidWithGpsdTest, ASilentReceiverOrAStoppedGpsdShowAsNotConnectedUntilTheyReturn) {
     ASSERT_TRUE(Start());
-    ASSERT_TRUE(WaitForReport(true)) << gpsd_->Log();
+    ASSERT_TRUE(WaitForReport(true));
 
     receiver_.SetSilent(true);
     // A gap of a second is no lost receiver.
@@ -216,7 +216,7 @@ TEST_F(GidWithGpsdTest, ASilentReceiverOrAStoppedGpsdShowAsNotConnectedUntilThey
     moved.latitude = 51.4778;
     Feed(moved);
     StartGpsd();
-    EXPECT_TRUE(WaitForReport(true)) << gpsd_->Log();
+    EXPECT_TRUE(WaitForReport(true));
 }
 
 // The tool's watch runs the program's own start and per-second update over

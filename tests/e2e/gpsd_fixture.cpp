@@ -4,7 +4,6 @@
 #include <fcntl.h>
 #include <netinet/in.h>
 #include <signal.h>
-#include <spawn.h>
 #include <sys/socket.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -12,13 +11,10 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdio>
-#include <fstream>
-#include <sstream>
 #include <vector>
 
+#include "platform/process_runner.h"
 #include "tests/core/nmea_sentence.h"
-
-extern char** environ;
 
 namespace tolvane::testing {
 namespace {
@@ -73,6 +69,14 @@ std::string NmeaBatch(const SimulatedFix& fix, const CivilTime& utc) {
            Satellites(fix.valid);
 }
 
+sockaddr_in LoopbackAddress(int port) {
+    sockaddr_in address{};
+    address.sin_family = AF_INET;
+    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+    address.sin_port = htons(static_cast<std::uint16_t>(port));
+    return address;
+}
+
 }  // namespace
 
 PseudoTerminalReceiver::PseudoTerminalReceiver() {
@@ -115,9 +119,7 @@ void PseudoTerminalReceiver::Run() {
 int FreeLoopbackPort() {
     const int socketFd = socket(AF_INET, SOCK_STREAM, 0);
     if (socketFd < 0) return 0;
-    sockaddr_in address{};
-    address.sin_family = AF_INET;
-    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+    sockaddr_in address = LoopbackAddress(0);
     socklen_t length = sizeof address;
     int port = 0;
     if (bind(socketFd, reinterpret_cast<sockaddr*>(&address), sizeof address) == 0 &&
@@ -129,24 +131,14 @@ int FreeLoopbackPort() {
 }
 
 GpsdProcess::GpsdProcess(int port, const std::string& devicePath, const std::string& folder)
-    : port_(port), logPath_(folder + "/gpsd.log") {
-    const std::string portText = std::to_string(port);
-    const std::string socketPath = folder + "/gpsd.sock";
+    : port_(port) {
     // -N foreground, -n read the device without clients, -b never write to
-    // the device (no probing, which a pseudo-terminal never answers).
-    std::vector<std::string> arguments = {"gpsd",   "-N", "-n",       "-b",      "-S",
-                                          portText, "-F", socketPath, devicePath};
-    std::vector<char*> argv;
-    for (std::string& argument : arguments) argv.push_back(argument.data());
-    argv.push_back(nullptr);
-
-    posix_spawn_file_actions_t actions;
-    posix_spawn_file_actions_init(&actions);
-    posix_spawn_file_actions_addopen(&actions, STDOUT_FILENO, logPath_.c_str(),
-                                     O_WRONLY | O_CREAT | O_APPEND, 0644);
-    posix_spawn_file_actions_adddup2(&actions, STDOUT_FILENO, STDERR_FILENO);
-    if (posix_spawn(&pid_, kGpsdProgram, &actions, nullptr, argv.data(), environ) != 0) pid_ = -1;
-    posix_spawn_file_actions_destroy(&actions);
+    // the device (no probing, which a pseudo-terminal never answers). Its
+    // messages go to the test's standard error.
+    pid_ = platform::StartProcess(kGpsdProgram,
+                                  {"-N", "-n", "-b", "-S", std::to_string(port), "-F",
+                                   folder + "/gpsd.sock", devicePath},
+                                  {});
 }
 
 GpsdProcess::~GpsdProcess() {
@@ -158,10 +150,7 @@ bool GpsdProcess::WaitUntilListening(std::chrono::milliseconds limit) const {
     return WaitUntil(
         [this] {
             const int socketFd = socket(AF_INET, SOCK_STREAM, 0);
-            sockaddr_in address{};
-            address.sin_family = AF_INET;
-            address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-            address.sin_port = htons(static_cast<std::uint16_t>(port_));
+            sockaddr_in address = LoopbackAddress(port_);
             const bool accepted =
                 connect(socketFd, reinterpret_cast<sockaddr*>(&address), sizeof address) == 0;
             close(socketFd);
@@ -180,13 +169,6 @@ void GpsdProcess::Stop() {
         waitpid(pid_, nullptr, 0);
     }
     pid_ = -1;
-}
-
-std::string GpsdProcess::Log() const {
-    std::ifstream in(logPath_);
-    std::ostringstream text;
-    text << in.rdbuf();
-    return text.str();
 }
 
 }  // namespace tolvane::testing

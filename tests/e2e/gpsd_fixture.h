@@ -74,12 +74,9 @@ class GpsdProcess {
     // True once gpsd accepts connections on its port.
     bool WaitUntilListening(std::chrono::milliseconds limit) const;
     void Stop();
-    // gpsd's own messages, for a failing test's report.
-    std::string Log() const;
 
   private:
     int port_;
-    std::string logPath_;
     pid_t pid_ = -1;
 };
 

@@ -41,7 +41,7 @@ TEST_F(SpeedAlarmTest, SpeedAtTheLimitStartsTheLoopOnceAndBelowStopsIt) {
     options.unitSystem = kNautical;
     options.speedAlarmIndex = 0;  // 50, read as knots
     EXPECT_EQ(Check(49.9), Calls{});
-    EXPECT_EQ(Check(50.0), Calls{"play"});
+    ASSERT_EQ(Check(50.0), Calls{"play"});
     EXPECT_EQ(sound.calls[0].path, "/program/Alarm.wav");
     EXPECT_EQ(sound.calls[0].mode, SoundMode::kLoop);
     EXPECT_TRUE(alarm.sounding);
