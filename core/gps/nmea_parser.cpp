@@ -1,8 +1,10 @@
 #include <algorithm>
 #include <array>
+#include <cfloat>
 #include <cstdint>
 #include <cstdlib>
 #include <cstring>
+#include <optional>
 #include <utility>
 
 #include "core/gps/nmea_record.h"
@@ -61,11 +63,60 @@ int LeadingInt(const char* text, std::size_t count) {
     return negative ? -value : value;
 }
 
+// No numeric field is longer than this; the conversions read no further.
+constexpr std::size_t kLongestNumberText = 15;
+
+// A division of two doubles is rounded once, straight to double, only where
+// expressions are evaluated in their own type (not on the x87 unit).
+constexpr bool kDivisionRoundsOnce = FLT_EVAL_METHOD == 0;
+
+// The value of text, up to count characters or its zero, when it is empty
+// or a plain decimal number "-?digits[.digits]" with at least one digit;
+// nullopt for anything else (blanks, '+', an exponent, hexadecimal, "inf",
+// trailing characters), which is left to atof. The fields are read for
+// every satellite on every tick, and strtod is slow on them. With at most
+// 15 digits the digits make an integer below 2^53 and the point a power of
+// ten up to 10^15, both exact doubles, so one correctly rounded division
+// gives the double nearest to the text: the value atof gives.
+std::optional<double> PlainDecimalValue(const char* text, std::size_t count) {
+    static constexpr double kPowersOfTen[kLongestNumberText + 1] = {
+        1e0, 1e1, 1e2, 1e3, 1e4, 1e5, 1e6, 1e7, 1e8, 1e9, 1e10, 1e11, 1e12, 1e13, 1e14, 1e15};
+    count = std::min(count, kLongestNumberText);
+    std::size_t i = 0;
+    const bool negative = count > 0 && text[0] == '-';
+    if (negative) ++i;
+    std::uint64_t digits = 0;
+    std::size_t digitCount = 0;
+    std::size_t fractionDigits = 0;
+    bool point = false;
+    for (; i < count && text[i] != '\0'; ++i) {
+        const char c = text[i];
+        if (c >= '0' && c <= '9') {
+            digits = digits * 10 + static_cast<std::uint64_t>(c - '0');
+            ++digitCount;
+            if (point) ++fractionDigits;
+        } else if (c == '.' && !point) {
+            point = true;
+        } else {
+            return std::nullopt;
+        }
+    }
+    if (digitCount == 0) {
+        // An empty text converts to zero; a lone sign or point is left to atof.
+        if (negative || point) return std::nullopt;
+        return 0.0;
+    }
+    const double value = static_cast<double>(digits) / kPowersOfTen[fractionDigits];
+    return negative ? -value : value;
+}
+
 // atof of at most count leading characters of text. The copy keeps the
 // conversion inside the field even when a record was filled by hand without
 // its terminating zeros.
 double LeadingDouble(const char* text, std::size_t count) {
-    constexpr std::size_t kLongestNumberText = 15;
+    if constexpr (kDivisionRoundsOnce) {
+        if (const std::optional<double> value = PlainDecimalValue(text, count)) return *value;
+    }
     char buffer[kLongestNumberText + 1];
     CopyLeading(buffer, text, std::min(count, kLongestNumberText));
     return std::atof(buffer);
