@@ -39,6 +39,23 @@ TEST(SplitIntoSecondsTest, SecondsBeginAtEachRmcLineWithANewTime) {
 
     EXPECT_TRUE(SplitIntoSeconds("").empty());
     EXPECT_EQ(SplitIntoSeconds("$GPGGA,1*00\r\n").size(), 1u);
+
+    // An RMC line first in the recording, and one last without a line end.
+    const std::string bare = "$GPRMC,101500,A*00\n\n$GPRMC,101501,A";
+    const std::vector<RecordedSecond> bareSeconds = SplitIntoSeconds(bare);
+    ASSERT_EQ(bareSeconds.size(), 2u);
+    EXPECT_EQ(bareSeconds[1].begin, bare.find("$GPRMC,101501"));
+    EXPECT_EQ(bareSeconds[1].end, bare.size());
+
+    // Each pair of digits is read as std::from_chars reads it: a minus and
+    // a digit is a number, a plus or a blank is none.
+    const std::vector<RecordedSecond> signs = SplitIntoSeconds(
+        "$GPRMC,101500,A,,,,,,,0407-5*00\n$GPRMC,101501,A,,,,,,,0407+5*00\n"
+        "$GPRMC,101502,A,,,,,,,04 711*00\n");
+    ASSERT_EQ(signs.size(), 3u);
+    EXPECT_EQ(signs[0].utc, *CivilToFileTime({1995, 7, 4, 10, 15, 0, 0}));
+    EXPECT_EQ(signs[1].utc, signs[0].utc + kFileTimeTicksPerSecond);
+    EXPECT_EQ(signs[2].utc, signs[1].utc + kFileTimeTicksPerSecond);
 }
 
 TEST(ReplayTest, PrintsOneSaneTickPerRecordedSecond) {

@@ -1,7 +1,6 @@
 #include "tools/tolvane-tool/recording_device.h"
 
 #include <algorithm>
-#include <charconv>
 #include <cstring>
 #include <optional>
 
@@ -10,6 +9,25 @@ namespace {
 
 constexpr std::string_view kRmcHeader = "$GPRMC,";
 
+// The start of the next line that begins with "$GPRMC,", from position from
+// on, or npos. Such a line has its 'R' three characters in, and the letter is
+// rare elsewhere in NMEA text, so the search jumps from one 'R' to the next
+// instead of stepping through a recording of many megabytes line by line.
+std::size_t FindRmcLine(std::string_view recording, std::size_t from) {
+    constexpr std::size_t kLetterOffset = 3;
+    for (std::size_t at = from + kLetterOffset; at < recording.size(); ++at) {
+        const void* letter = std::memchr(recording.data() + at, 'R', recording.size() - at);
+        if (letter == nullptr) break;
+        at = static_cast<std::size_t>(static_cast<const char*>(letter) - recording.data());
+        const std::size_t start = at - kLetterOffset;
+        const bool atLineStart = start == 0 || recording[start - 1] == '\n';
+        if (atLineStart && recording.compare(start, kRmcHeader.size(), kRmcHeader) == 0) {
+            return start;
+        }
+    }
+    return std::string_view::npos;
+}
+
 std::string_view LineAt(std::string_view recording, std::size_t start) {
     const std::size_t end = recording.find('\n', start);
     return recording.substr(start, end == std::string_view::npos ? recording.npos : end - start);
@@ -17,22 +35,29 @@ std::string_view LineAt(std::string_view recording, std::size_t start) {
 
 // Field n (0 is the header) of a sentence line.
 std::string_view Field(std::string_view line, int n) {
-    std::size_t start = 0;
-    for (int i = 0; i < n; ++i) {
-        start = line.find(',', start);
-        if (start == std::string_view::npos) return {};
-        ++start;
+    const char* start = line.data();
+    const char* const end = start + line.size();
+    for (int commas = 0; commas < n; ++start) {
+        if (start == end) return {};
+        if (*start == ',') ++commas;
     }
-    const std::size_t end = line.find_first_of(",*\r", start);
-    return line.substr(start, end == std::string_view::npos ? line.npos : end - start);
+    const char* stop = start;
+    while (stop != end && *stop != ',' && *stop != '*' && *stop != '\r') ++stop;
+    return {start, static_cast<std::size_t>(stop - start)};
 }
 
+// The two characters at `at` read as std::from_chars reads them when it
+// must use both: two digits, or a minus and a digit. Written out: the
+// library's general conversion cost more than the rest of the split.
 std::optional<int> TwoDigits(std::string_view text, std::size_t at) {
-    int value = 0;
     if (text.size() < at + 2) return std::nullopt;
-    const auto [end, error] = std::from_chars(text.data() + at, text.data() + at + 2, value);
-    if (error != std::errc() || end != text.data() + at + 2) return std::nullopt;
-    return value;
+    const auto isDigit = [](char c) { return c >= '0' && c <= '9'; };
+    const char first = text[at];
+    const char second = text[at + 1];
+    if (!isDigit(second)) return std::nullopt;
+    if (first == '-') return '0' - second;
+    if (!isDigit(first)) return std::nullopt;
+    return (first - '0') * 10 + (second - '0');
 }
 
 // The UTC time of "$GPRMC,hhmmss.sss,...,ddmmyy,..."; years are 2000-2099.
@@ -50,17 +75,17 @@ std::optional<FileTime> RmcUtc(std::string_view line) {
 std::vector<RecordedSecond> SplitIntoSeconds(std::string_view recording) {
     std::vector<RecordedSecond> seconds;
     std::string_view currentTime;
-    for (std::size_t start = 0; start < recording.size();) {
+    for (std::size_t start = FindRmcLine(recording, 0); start != std::string_view::npos;
+         start = FindRmcLine(recording, start + 1)) {
         const std::string_view line = LineAt(recording, start);
-        if (line.starts_with(kRmcHeader) && (seconds.empty() || Field(line, 1) != currentTime)) {
-            const FileTime previous = seconds.empty() ? 0 : seconds.back().utc;
-            if (!seconds.empty()) seconds.back().end = start;
-            const std::size_t begin = seconds.empty() ? 0 : start;
-            seconds.push_back({begin, recording.size(),
-                               RmcUtc(line).value_or(previous + kFileTimeTicksPerSecond)});
-            currentTime = Field(line, 1);
-        }
-        start += line.size() + 1;
+        const std::string_view time = Field(line, 1);
+        if (!seconds.empty() && time == currentTime) continue;
+        const FileTime previous = seconds.empty() ? 0 : seconds.back().utc;
+        if (!seconds.empty()) seconds.back().end = start;
+        const std::size_t begin = seconds.empty() ? 0 : start;
+        seconds.push_back(
+            {begin, recording.size(), RmcUtc(line).value_or(previous + kFileTimeTicksPerSecond)});
+        currentTime = time;
     }
     if (seconds.empty() && !recording.empty()) seconds.push_back({0, recording.size(), 0});
     return seconds;
