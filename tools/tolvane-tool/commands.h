@@ -1,7 +1,9 @@
 #pragma once
 
+#include <functional>
 #include <iosfwd>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace tolvane::tool {
@@ -27,5 +29,11 @@ std::string UsageText();
 // Reads or writes a whole file; on failure err is told which file and why.
 bool ReadTextFile(const std::string& path, std::string& content, std::ostream& err);
 bool WriteTextFile(const std::string& path, const std::string& content, std::ostream& err);
+
+// Reads a file a large piece at a time, handing each piece to take, until
+// the file ends or take returns false. On failure err is told which file
+// and why, as by ReadTextFile.
+bool ReadFileInPieces(const std::string& path, const std::function<bool(std::string_view)>& take,
+                      std::ostream& err);
 
 }  // namespace tolvane::tool

@@ -74,21 +74,39 @@ std::optional<FileTime> RmcUtc(std::string_view line) {
 
 std::vector<RecordedSecond> SplitIntoSeconds(std::string_view recording) {
     std::vector<RecordedSecond> seconds;
-    std::string_view currentTime;
-    for (std::size_t start = FindRmcLine(recording, 0); start != std::string_view::npos;
-         start = FindRmcLine(recording, start + 1)) {
-        const std::string_view line = LineAt(recording, start);
-        const std::string_view time = Field(line, 1);
-        if (!seconds.empty() && time == currentTime) continue;
-        const FileTime previous = seconds.empty() ? 0 : seconds.back().utc;
-        if (!seconds.empty()) seconds.back().end = start;
-        const std::size_t begin = seconds.empty() ? 0 : start;
-        seconds.push_back(
-            {begin, recording.size(), RmcUtc(line).value_or(previous + kFileTimeTicksPerSecond)});
-        currentTime = time;
-    }
-    if (seconds.empty() && !recording.empty()) seconds.push_back({0, recording.size(), 0});
+    SecondSplitter().Scan(recording, 0, true, seconds);
     return seconds;
+}
+
+std::size_t SecondSplitter::WholeLinesEnd(std::string_view text, std::size_t at) const {
+    const std::size_t unseen = seenTo_ - at;
+    const std::size_t newline = text.substr(unseen).rfind('\n');
+    return newline == std::string_view::npos ? scannedTo_ - at : unseen + newline + 1;
+}
+
+void SecondSplitter::Scan(std::string_view text, std::size_t at, bool last,
+                          std::vector<RecordedSecond>& complete) {
+    const std::string_view lines = text.substr(0, last ? text.size() : WholeLinesEnd(text, at));
+    for (std::size_t start = FindRmcLine(lines, scannedTo_ - at); start != std::string_view::npos;
+         start = FindRmcLine(lines, start + 1)) {
+        const std::string_view line = LineAt(lines, start);
+        const std::string_view time = Field(line, 1);
+        if (started_ && time == currentTime_) continue;
+        if (started_) complete.push_back({current_.begin, at + start, current_.utc});
+        const FileTime previous = started_ ? current_.utc : 0;
+        current_.begin = started_ ? at + start : 0;
+        current_.utc = RmcUtc(line).value_or(previous + kFileTimeTicksPerSecond);
+        currentTime_ = time;
+        started_ = true;
+    }
+    scannedTo_ = at + lines.size();
+    seenTo_ = at + text.size();
+    if (!last) return;
+    if (started_) {
+        complete.push_back({current_.begin, seenTo_, current_.utc});
+    } else if (seenTo_ > 0) {
+        complete.push_back({0, seenTo_, 0});
+    }
 }
 
 int RecordingDevice::Read(char* buffer, int size) {

@@ -2,6 +2,7 @@
 
 #include <functional>
 #include <iosfwd>
+#include <string>
 #include <string_view>
 
 #include "core/data/options.h"
@@ -24,5 +25,11 @@ struct ReplayTotals {
 ReplayTotals ReplayRecording(std::string_view recording, const Options& options,
                              std::ostream& messages,
                              const std::function<void(const GpsState&)>& onTick);
+
+// The same for the recording in a file, played while it is read, so that a
+// long recording is never held whole. False when the file cannot be read;
+// messages is told which file and why.
+bool ReplayRecordingFile(const std::string& path, const Options& options, std::ostream& messages,
+                         const std::function<void(const GpsState&)>& onTick, ReplayTotals& totals);
 
 }  // namespace tolvane::tool
