@@ -213,10 +213,13 @@ class FieldWalker {
     // Characters past the array's end are dropped; the last cell always
     // ends up as the terminating zero.
     void CopyUntil(char* field, std::size_t size, std::uint8_t ends) {
+        const char* const start = position_;
         std::size_t length = 0;
-        for (char c = *position_; !Ends(c, ends); c = *++position_) {
-            if (length < size) field[length++] = c;
+        for (; length < size && !Ends(start[length], ends); ++length) {
+            field[length] = start[length];
         }
+        position_ = start + length;
+        while (!Ends(*position_, ends)) ++position_;
         field[size - 1] = '\0';
     }
 
