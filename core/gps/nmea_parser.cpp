@@ -47,13 +47,9 @@ bool IsSpace(char c) {
     return c == ' ' || (c >= '\t' && c <= '\r');
 }
 
-// atoi of at most count leading characters of text. The conversion runs in
-// the parser's own loop for every satellite, so it is done here rather than
-// by copying the field for std::atoi; the result is the same. No integer
-// field is longer than four characters, so the value cannot overflow.
-int LeadingInt(const char* text, std::size_t count) {
-    constexpr std::size_t kLongestIntegerText = 9;
-    count = std::min(count, kLongestIntegerText);
+// atoi of at most count leading characters of text, for text that starts
+// with a blank or a sign.
+int SignedLeadingInt(const char* text, std::size_t count) {
     std::size_t i = 0;
     while (i < count && IsSpace(text[i])) ++i;
     const bool negative = i < count && text[i] == '-';
@@ -63,6 +59,36 @@ int LeadingInt(const char* text, std::size_t count) {
     return negative ? -value : value;
 }
 
+// Whether c is a digit, and which.
+bool TakeDigit(char c, unsigned& digit) {
+    digit = static_cast<unsigned char>(c) - unsigned{'0'};
+    return digit <= 9;
+}
+
+// atoi of at most Count leading characters of text. The conversion runs in
+// the parser's own loop for every satellite and for every field on every
+// tick, so it is done here rather than by copying the field for std::atoi;
+// the result is the same. No integer field is longer than four characters,
+// so the value cannot overflow. A field the parser filled starts with a
+// digit or is empty, which the loop, unrolled for the field's length, takes
+// first.
+template <std::size_t Count>
+int LeadingInt(const char* text) {
+    static_assert(Count > 0);
+    constexpr std::size_t kLongestIntegerText = 9;
+    constexpr std::size_t count = std::min(Count, kLongestIntegerText);
+    unsigned digit = 0;
+    if (TakeDigit(text[0], digit)) {
+        unsigned value = digit;
+        for (std::size_t i = 1; i < count && TakeDigit(text[i], digit); ++i) {
+            value = value * 10 + digit;
+        }
+        return static_cast<int>(value);
+    }
+    if (text[0] == '\0') return 0;
+    return SignedLeadingInt(text, count);
+}
+
 // No numeric field is longer than this; the conversions read no further.
 constexpr std::size_t kLongestNumberText = 15;
 
@@ -70,75 +96,67 @@ constexpr std::size_t kLongestNumberText = 15;
 // expressions are evaluated in their own type (not on the x87 unit).
 constexpr bool kDivisionRoundsOnce = FLT_EVAL_METHOD == 0;
 
-// The value of text, up to count characters or its zero, when it is empty
-// or a plain decimal number "-?digits[.digits]" with at least one digit;
-// nullopt for anything else (blanks, '+', an exponent, hexadecimal, "inf",
-// trailing characters), which is left to atof. The fields are read for
-// every satellite on every tick, and strtod is slow on them. With at most
-// 15 digits the digits make an integer below 2^53 and the point a power of
-// ten up to 10^15, both exact doubles, so one correctly rounded division
-// gives the double nearest to the text: the value atof gives.
-std::optional<double> PlainDecimalValue(const char* text, std::size_t count) {
-    static constexpr double kPowersOfTen[kLongestNumberText + 1] = {
-        1e0, 1e1, 1e2, 1e3, 1e4, 1e5, 1e6, 1e7, 1e8, 1e9, 1e10, 1e11, 1e12, 1e13, 1e14, 1e15};
-    count = std::min(count, kLongestNumberText);
-    std::size_t i = 0;
-    const bool negative = count > 0 && text[0] == '-';
-    if (negative) ++i;
-    std::uint64_t digits = 0;
-    std::size_t digitCount = 0;
-    std::size_t fractionDigits = 0;
-    bool point = false;
-    for (; i < count && text[i] != '\0'; ++i) {
-        const char c = text[i];
-        if (c >= '0' && c <= '9') {
-            digits = digits * 10 + static_cast<std::uint64_t>(c - '0');
-            ++digitCount;
-            if (point) ++fractionDigits;
-        } else if (c == '.' && !point) {
-            point = true;
-        } else {
-            return std::nullopt;
-        }
-    }
-    if (digitCount == 0) {
-        // An empty text converts to zero; a lone sign or point is left to atof.
-        if (negative || point) return std::nullopt;
-        return 0.0;
-    }
-    const double value = static_cast<double>(digits) / kPowersOfTen[fractionDigits];
-    return negative ? -value : value;
-}
-
 // atof of at most count leading characters of text. The copy keeps the
 // conversion inside the field even when a record was filled by hand without
 // its terminating zeros.
-double LeadingDouble(const char* text, std::size_t count) {
-    if constexpr (kDivisionRoundsOnce) {
-        if (const std::optional<double> value = PlainDecimalValue(text, count)) return *value;
-    }
+double AtofOfLeading(const char* text, std::size_t count) {
     char buffer[kLongestNumberText + 1];
     CopyLeading(buffer, text, std::min(count, kLongestNumberText));
     return std::atof(buffer);
 }
 
+// atof of at most Count leading characters of text, by a quicker way where
+// it gives the same: the fields are read for every satellite on every tick,
+// and strtod is slow on them. The quick way takes text that is empty or a
+// plain decimal number "-?digits[.digits]" with at least one digit; it
+// leaves anything else (blanks, '+', an exponent, hexadecimal, "inf",
+// trailing characters) to atof. With at most 15 digits the digits make an
+// integer below 2^53 and the point a power of ten up to 10^15, both exact
+// doubles, so one correctly rounded division gives the double nearest to
+// the text: the value atof gives.
+template <std::size_t Count>
+double LeadingDouble(const char* text) {
+    static constexpr double kPowersOfTen[kLongestNumberText + 1] = {
+        1e0, 1e1, 1e2, 1e3, 1e4, 1e5, 1e6, 1e7, 1e8, 1e9, 1e10, 1e11, 1e12, 1e13, 1e14, 1e15};
+    static_assert(Count > 0);
+    constexpr std::size_t count = std::min(Count, kLongestNumberText);
+    if constexpr (!kDivisionRoundsOnce) return AtofOfLeading(text, count);
+    const bool negative = text[0] == '-';
+    std::size_t i = negative ? 1 : 0;
+    std::uint64_t digits = 0;
+    unsigned digit = 0;
+    for (; i < count && TakeDigit(text[i], digit); ++i) digits = digits * 10 + digit;
+    const std::size_t wholeEnd = i;
+    const bool point = i < count && text[i] == '.';
+    if (point) ++i;
+    const std::size_t fractionStart = i;
+    for (; i < count && TakeDigit(text[i], digit); ++i) digits = digits * 10 + digit;
+    const std::size_t fractionDigits = i - fractionStart;
+    const bool hasDigits = wholeEnd > (negative ? 1 : 0) || fractionDigits > 0;
+    const bool plain = (i == count || text[i] == '\0') && (hasDigits || !(negative || point));
+    if (!plain) return AtofOfLeading(text, count);
+    const double value = static_cast<double>(digits) / kPowersOfTen[fractionDigits];
+    return negative ? -value : value;
+}
+
 template <std::size_t Size>
 int FieldInt(const char (&field)[Size]) {
-    return LeadingInt(field, Size - 1);
+    return LeadingInt<Size - 1>(field);
 }
 
 template <std::size_t Size>
 double FieldDouble(const char (&field)[Size]) {
-    return LeadingDouble(field, Size - 1);
+    return LeadingDouble<Size - 1>(field);
 }
 
-// Degrees from "ddmm.mmmm" (degreeDigits 2) or "dddmm.mmmm" (3): the minutes
+// Degrees from "ddmm.mmmm" (DegreeDigits 2) or "dddmm.mmmm" (3): the minutes
 // are the seven characters behind the degrees.
-double Coordinate(const char* text, std::size_t degreeDigits, bool positive) {
+template <std::size_t DegreeDigits>
+double Coordinate(const char* text, bool positive) {
     constexpr std::size_t kMinuteCharacters = 7;
     const double degrees =
-        LeadingInt(text, degreeDigits) +
-        LeadingDouble(text + degreeDigits, kMinuteCharacters) * kMinutesToDegrees;
+        LeadingInt<DegreeDigits>(text) +
+        LeadingDouble<kMinuteCharacters>(text + DegreeDigits) * kMinutesToDegrees;
     return positive ? degrees : -degrees;
 }
 
@@ -549,11 +567,11 @@ bool NmeaRecord::IsFixValid() const {
 }
 
 double NmeaRecord::Latitude() const {
-    return Coordinate(rmc.latitude, 2, rmc.latHemisphere == 'N');
+    return Coordinate<2>(rmc.latitude, rmc.latHemisphere == 'N');
 }
 
 double NmeaRecord::Longitude() const {
-    return Coordinate(rmc.longitude, 3, rmc.lonHemisphere == 'E');
+    return Coordinate<3>(rmc.longitude, rmc.lonHemisphere == 'E');
 }
 
 double NmeaRecord::SpeedKnots() const {
@@ -612,14 +630,14 @@ FileTime NmeaRecord::FixLocalTime() const {
     char year[5] = {'2', '0'};
     CopyLeading(year + 2, rmc.date + 4, 2);
     CivilTime civil;
-    civil.year = LeadingInt(year, 4);
-    civil.month = LeadingInt(rmc.date + 2, 2);
-    civil.day = LeadingInt(rmc.date, 2);
-    civil.hour = LeadingInt(rmc.utcTime, 2);
-    civil.minute = LeadingInt(rmc.utcTime + 2, 2);
-    civil.second = LeadingInt(rmc.utcTime + 4, 2);
+    civil.year = LeadingInt<4>(year);
+    civil.month = LeadingInt<2>(rmc.date + 2);
+    civil.day = LeadingInt<2>(rmc.date);
+    civil.hour = LeadingInt<2>(rmc.utcTime);
+    civil.minute = LeadingInt<2>(rmc.utcTime + 2);
+    civil.second = LeadingInt<2>(rmc.utcTime + 4);
     // The digits behind the point are taken as they stand: ".5" is 5 ms.
-    civil.millisecond = LeadingInt(rmc.utcTime + 7, 3);
+    civil.millisecond = LeadingInt<3>(rmc.utcTime + 7);
     const std::optional<FileTime> utc = CivilToFileTime(civil);
     return utc ? UtcToLocal(*utc) : 0;
 }
