@@ -16,6 +16,7 @@ constexpr double kMinutesToDegrees = 0.016666666666666666;
 constexpr int kHeaderLength = 6;  // "GPRMC," and its kin, behind the '$'
 
 enum class SentenceKind { kUnknown, kRmc, kGsv, kGsa, kGga };
+constexpr std::size_t kSentenceKinds = 5;
 
 // The kept headers in the order they are tried.
 constexpr std::pair<const char*, SentenceKind> kKeptHeaders[] = {
@@ -25,12 +26,29 @@ constexpr std::pair<const char*, SentenceKind> kKeptHeaders[] = {
     {"GPGGA,", SentenceKind::kGga},
 };
 
+// The kind of the header the text starts with. The comparison stops at the
+// first character that differs, so it never reads past the end of a text
+// that ends inside the header.
 SentenceKind MatchHeader(const char* header) {
     for (const auto& [text, kind] : kKeptHeaders) {
-        if (std::memcmp(header, text, kHeaderLength) == 0) return kind;
+        int i = 0;
+        while (i < kHeaderLength && header[i] == text[i]) ++i;
+        if (i == kHeaderLength) return kind;
     }
     return SentenceKind::kUnknown;
 }
+
+// The exclusive-or of each kept header's characters, by kind: the start of
+// its sentence's checksum.
+constexpr std::array<int, kSentenceKinds> kHeaderChecksums = [] {
+    std::array<int, kSentenceKinds> checksums{};
+    for (const auto& [text, kind] : kKeptHeaders) {
+        for (int i = 0; i < kHeaderLength; ++i) {
+            checksums[static_cast<std::size_t>(kind)] ^= static_cast<unsigned char>(text[i]);
+        }
+    }
+    return checksums;
+}();
 
 // Copies at most count leading characters of text, stopping at its end, as a
 // zero-terminated string into out, which holds count + 1 cells.
@@ -301,25 +319,29 @@ int XorOfBytes(const char* begin, const char* end) {
     return static_cast<int>(word & 0xFF);
 }
 
+// The header behind dollar that is none of the kept ones: cut by a new
+// '$', ended with the text, or whole, with the scan to go on behind it.
+SentenceScan ScanUnknownHeader(const char* dollar) {
+    for (int i = 1; i <= kHeaderLength; ++i) {
+        if (dollar[i] == '\0') return {};
+        if (dollar[i] == '$') return {ScanOutcome::kCut, SentenceKind::kUnknown, dollar + i};
+    }
+    return {ScanOutcome::kUnknownHeader, SentenceKind::kUnknown, dollar + 1 + kHeaderLength};
+}
+
 // Reads the header, the body up to '*' and the two checksum characters of
 // the sentence that starts at dollar, in one pass.
 SentenceScan ScanSentence(const char* dollar) {
     SentenceScan scan;
-    int checksum = 0;
-    for (int i = 1; i <= kHeaderLength; ++i) {
-        const char c = dollar[i];
-        if (c == '\0') return scan;
-        if (c == '$') return {ScanOutcome::kCut, SentenceKind::kUnknown, dollar + i};
-        checksum ^= static_cast<unsigned char>(c);
-    }
     scan.kind = MatchHeader(dollar + 1);
+    if (scan.kind == SentenceKind::kUnknown) return ScanUnknownHeader(dollar);
+    // A kept header holds neither a zero nor a '$'.
     const char* p = dollar + 1 + kHeaderLength;
-    if (scan.kind == SentenceKind::kUnknown) return {ScanOutcome::kUnknownHeader, scan.kind, p};
-
     const char* star = p + std::strcspn(p, "*$");
     if (*star == '\0') return scan;
     if (*star == '$') return {ScanOutcome::kCut, scan.kind, star};
-    checksum ^= XorOfBytes(p, star);
+    const int checksum =
+        kHeaderChecksums[static_cast<std::size_t>(scan.kind)] ^ XorOfBytes(p, star);
     const char* received = star + 1;
     for (int i = 0; i < 2; ++i) {
         if (received[i] == '\0') return scan;
