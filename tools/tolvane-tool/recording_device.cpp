@@ -28,22 +28,36 @@ std::size_t FindRmcLine(std::string_view recording, std::size_t from) {
     return std::string_view::npos;
 }
 
-std::string_view LineAt(std::string_view recording, std::size_t start) {
-    const std::size_t end = recording.find('\n', start);
-    return recording.substr(start, end == std::string_view::npos ? recording.npos : end - start);
-}
+// The fields of an RMC line that date it.
+struct RmcStamp {
+    std::string_view time;  // field 1
+    std::string_view date;  // field 9
+};
 
-// Field n (0 is the header) of a sentence line.
-std::string_view Field(std::string_view line, int n) {
-    const char* start = line.data();
-    const char* const end = start + line.size();
-    for (int commas = 0; commas < n; ++start) {
-        if (start == end) return {};
-        if (*start == ',') ++commas;
+// Reads the stamp of the RMC line at start in one walk. Field n begins
+// behind the line's n-th comma and ends at the next ',', '*', CR or the end
+// of the line; a field the line does not reach is empty.
+RmcStamp ReadRmcStamp(std::string_view text, std::size_t start) {
+    constexpr int kTimeField = 1;
+    constexpr int kDateField = 9;
+    const auto endsLine = [](char c) { return c == '\n'; };
+    const auto endsField = [](char c) { return c == ',' || c == '*' || c == '\r' || c == '\n'; };
+    RmcStamp stamp;
+    const char* position = text.data() + start + kRmcHeader.size();
+    const char* const end = text.data() + text.size();
+    for (int field = kTimeField;; ++field) {
+        const char* stop = position;
+        while (stop != end && !endsField(*stop)) ++stop;
+        const std::string_view value(position, static_cast<std::size_t>(stop - position));
+        if (field == kTimeField) stamp.time = value;
+        if (field == kDateField) {
+            stamp.date = value;
+            return stamp;
+        }
+        while (stop != end && *stop != ',' && !endsLine(*stop)) ++stop;
+        if (stop == end || endsLine(*stop)) return stamp;
+        position = stop + 1;
     }
-    const char* stop = start;
-    while (stop != end && *stop != ',' && *stop != '*' && *stop != '\r') ++stop;
-    return {start, static_cast<std::size_t>(stop - start)};
 }
 
 // The two characters at `at` read as std::from_chars reads them when it
@@ -61,9 +75,9 @@ std::optional<int> TwoDigits(std::string_view text, std::size_t at) {
 }
 
 // The UTC time of "$GPRMC,hhmmss.sss,...,ddmmyy,..."; years are 2000-2099.
-std::optional<FileTime> RmcUtc(std::string_view line) {
-    const std::string_view time = Field(line, 1);
-    const std::string_view date = Field(line, 9);
+std::optional<FileTime> RmcUtc(const RmcStamp& stamp) {
+    const std::string_view time = stamp.time;
+    const std::string_view date = stamp.date;
     const auto hour = TwoDigits(time, 0), minute = TwoDigits(time, 2), second = TwoDigits(time, 4);
     const auto day = TwoDigits(date, 0), month = TwoDigits(date, 2), year = TwoDigits(date, 4);
     if (!hour || !minute || !second || !day || !month || !year) return std::nullopt;
@@ -89,14 +103,13 @@ void SecondSplitter::Scan(std::string_view text, std::size_t at, bool last,
     const std::string_view lines = text.substr(0, last ? text.size() : WholeLinesEnd(text, at));
     for (std::size_t start = FindRmcLine(lines, scannedTo_ - at); start != std::string_view::npos;
          start = FindRmcLine(lines, start + 1)) {
-        const std::string_view line = LineAt(lines, start);
-        const std::string_view time = Field(line, 1);
-        if (started_ && time == currentTime_) continue;
+        const RmcStamp stamp = ReadRmcStamp(lines, start);
+        if (started_ && stamp.time == currentTime_) continue;
         if (started_) complete.push_back({current_.begin, at + start, current_.utc});
         const FileTime previous = started_ ? current_.utc : 0;
         current_.begin = started_ ? at + start : 0;
-        current_.utc = RmcUtc(line).value_or(previous + kFileTimeTicksPerSecond);
-        currentTime_ = time;
+        current_.utc = RmcUtc(stamp).value_or(previous + kFileTimeTicksPerSecond);
+        currentTime_ = stamp.time;
         started_ = true;
     }
     scannedTo_ = at + lines.size();
