@@ -123,15 +123,23 @@ double AtofOfLeading(const char* text, std::size_t count) {
     return std::atof(buffer);
 }
 
+// Whether strtod could read on behind the digits of a decimal number at c:
+// into an exponent, or a hexadecimal number behind a zero.
+bool CouldContinueNumber(char c) {
+    return c == 'e' || c == 'E' || c == 'x' || c == 'X';
+}
+
 // atof of at most Count leading characters of text, by a quicker way where
 // it gives the same: the fields are read for every satellite on every tick,
-// and strtod is slow on them. The quick way takes text that is empty or a
-// plain decimal number "-?digits[.digits]" with at least one digit; it
-// leaves anything else (blanks, '+', an exponent, hexadecimal, "inf",
-// trailing characters) to atof. With at most 15 digits the digits make an
-// integer below 2^53 and the point a power of ten up to 10^15, both exact
-// doubles, so one correctly rounded division gives the double nearest to
-// the text: the value atof gives.
+// and strtod is slow on them. The quick way takes text that is empty, or
+// starts with a plain decimal number "-?digits[.digits]" with at least one
+// digit that ends the text or is followed by a character strtod stops at
+// (as when a receiver sends more fields behind the VDOP). It leaves
+// anything else (blanks, '+', an exponent, hexadecimal, "inf") to atof.
+// With at most 15 digits the digits make an integer below 2^53 and the
+// point a power of ten up to 10^15, both exact doubles, so one correctly
+// rounded division gives the double nearest to the text: the value atof
+// gives.
 template <std::size_t Count>
 double LeadingDouble(const char* text) {
     static constexpr double kPowersOfTen[kLongestNumberText + 1] = {
@@ -151,7 +159,9 @@ double LeadingDouble(const char* text) {
     for (; i < count && TakeDigit(text[i], digit); ++i) digits = digits * 10 + digit;
     const std::size_t fractionDigits = i - fractionStart;
     const bool hasDigits = wholeEnd > (negative ? 1 : 0) || fractionDigits > 0;
-    const bool plain = (i == count || text[i] == '\0') && (hasDigits || !(negative || point));
+    const bool ended = i == count || text[i] == '\0';
+    const bool plain =
+        hasDigits ? ended || !CouldContinueNumber(text[i]) : ended && !negative && !point;
     if (!plain) return AtofOfLeading(text, count);
     const double value = static_cast<double>(digits) / kPowersOfTen[fractionDigits];
     return negative ? -value : value;
