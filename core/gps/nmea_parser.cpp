@@ -675,6 +675,10 @@ FileTime NmeaRecord::FixLocalTime() const {
 }
 
 GpsFix ReadNmeaFix(const NmeaRecord& record) {
+    return NmeaFixReader().Read(record);
+}
+
+GpsFix NmeaFixReader::Read(const NmeaRecord& record) {
     GpsFix fix;
     fix.fixValid = record.IsFixValid() ? 1 : 0;
     fix.latitude = record.Latitude();
@@ -685,10 +689,18 @@ GpsFix ReadNmeaFix(const NmeaRecord& record) {
     fix.satellitesInView = record.SatellitesInView();
     fix.satellitesUsed = record.SatellitesUsed();
     for (int i = 0; i < kMaxSatellites; ++i) {
-        fix.satPrn[i] = record.SatellitePrn(i);
+        KeptSatellite& kept = satellites_[i];
+        const NmeaSatellite& satellite = record.gsv.satellites[i];
+        if (std::memcmp(kept.text, &satellite, sizeof kept.text) != 0) {
+            std::memcpy(kept.text, &satellite, sizeof kept.text);
+            kept.prn = record.SatellitePrn(i);
+            kept.elevation = record.SatelliteElevation(i);
+            kept.azimuth = record.SatelliteAzimuth(i);
+        }
+        fix.satPrn[i] = kept.prn;
         fix.satSnr[i] = record.SatelliteSnr(i);
-        fix.satElevation[i] = record.SatelliteElevation(i);
-        fix.satAzimuth[i] = record.SatelliteAzimuth(i);
+        fix.satElevation[i] = kept.elevation;
+        fix.satAzimuth[i] = kept.azimuth;
     }
     fix.pdop = record.Pdop();
     fix.hdop = record.Hdop();

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 
 #include "core/base/file_time.h"
@@ -15,6 +16,7 @@ struct NmeaSatellite {
     char snr[5];        // dB-Hz; empty when the satellite is not tracked
 };
 static_assert(sizeof(NmeaSatellite) == 21);
+static_assert(offsetof(NmeaSatellite, snr) == 16);
 
 // The parsed NMEA fields as the receiver sent them, in four sections that
 // are each cleared by themselves. A text field keeps one character less than
@@ -113,5 +115,27 @@ void ClearNmeaRecord(NmeaRecord& record);
 // Reads the record through its accessors into a fix, as the per-second update
 // does for the port sources.
 GpsFix ReadNmeaFix(const NmeaRecord& record);
+
+// Reads the record of one source into a fix, second after second, with the
+// result of ReadNmeaFix. A satellite's number, elevation and azimuth seldom
+// change from one second to the next, and converting them is most of the
+// reading: their values are kept with the text they came from and converted
+// again only when that text changed.
+class NmeaFixReader {
+  public:
+    GpsFix Read(const NmeaRecord& record);
+
+  private:
+    // The text of the number, elevation and azimuth, which begin a
+    // satellite's record, and their values. All-zero text is three empty
+    // fields, whose values are zero.
+    struct KeptSatellite {
+        char text[16] = {};
+        std::int32_t prn = 0;
+        double elevation = 0;
+        double azimuth = 0;
+    };
+    KeptSatellite satellites_[kMaxSatellites];
+};
 
 }  // namespace tolvane

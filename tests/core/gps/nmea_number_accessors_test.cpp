@@ -9,12 +9,15 @@
 #include <cstdint>
 #include <cstdlib>
 #include <cstring>
+#include <filesystem>
 #include <random>
+#include <sstream>
 #include <string>
 #include <string_view>
 #include <vector>
 
 #include "core/gps/nmea_record.h"
+#include "tests/core/test_support.h"
 
 namespace tolvane {
 namespace {
@@ -115,6 +118,45 @@ TEST(NmeaNumberAccessorTest, AFieldFilledToItsLastCellIsReadOnlyToItsLength) {
     EXPECT_EQ(Bits(record.SpeedKnots()), Bits(123456.0));
     EXPECT_EQ(Bits(record.Course()), Bits(std::atof("-12.34")));
     EXPECT_EQ(Bits(record.Altitude()), Bits(std::atof("9876.5432")));
+}
+
+void ExpectSameFix(const GpsFix& actual, const GpsFix& expected) {
+    EXPECT_EQ(actual.fixValid, expected.fixValid);
+    for (const auto member :
+         {&GpsFix::latitude, &GpsFix::longitude, &GpsFix::altitude, &GpsFix::course,
+          &GpsFix::speedKnots, &GpsFix::pdop, &GpsFix::hdop, &GpsFix::vdop, &GpsFix::fixType}) {
+        EXPECT_EQ(Bits(actual.*member), Bits(expected.*member));
+    }
+    EXPECT_EQ(actual.satellitesInView, expected.satellitesInView);
+    EXPECT_EQ(actual.satellitesUsed, expected.satellitesUsed);
+    for (int i = 0; i < kMaxSatellites; ++i) {
+        EXPECT_EQ(actual.satPrn[i], expected.satPrn[i]);
+        EXPECT_EQ(actual.satSnr[i], expected.satSnr[i]);
+        EXPECT_EQ(Bits(actual.satElevation[i]), Bits(expected.satElevation[i]));
+        EXPECT_EQ(Bits(actual.satAzimuth[i]), Bits(expected.satAzimuth[i]));
+    }
+    EXPECT_EQ(actual.fixTime, expected.fixTime);
+}
+
+TEST(NmeaFixReaderTest, ReadsEveryLineOfTheCapturesAsReadNmeaFixDoes) {
+    // One reader follows the record line by line through every capture, as
+    // a port source reads its record second by second, and through records
+    // changed by hand behind the parser's back.
+    NmeaRecord record{};
+    GsvPaging paging;
+    NmeaFixReader reader;
+    for (const auto& entry : std::filesystem::directory_iterator(testing::TestDataFile("gpsd"))) {
+        std::istringstream lines(testing::ReadFileBytes(entry.path().string()));
+        for (std::string line; std::getline(lines, line);) {
+            ParseNmeaBuffer(record, paging, (line + "\n").c_str());
+            ExpectSameFix(reader.Read(record), ReadNmeaFix(record));
+        }
+    }
+    std::memcpy(record.gsv.satellites[3].elevation, "1e1", 4);
+    std::memcpy(record.gsv.satellites[3].snr, "42", 3);
+    ExpectSameFix(reader.Read(record), ReadNmeaFix(record));
+    ClearNmeaRecord(record);
+    ExpectSameFix(reader.Read(record), ReadNmeaFix(record));
 }
 
 }  // namespace
