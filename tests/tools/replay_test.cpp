@@ -49,6 +49,14 @@ TEST(SplitIntoSecondsTest, SecondsBeginAtEachRmcLineWithANewTime) {
     EXPECT_EQ(bareSeconds[1].begin, bare.find("$GPRMC,101501"));
     EXPECT_EQ(bareSeconds[1].end, bare.size());
 
+    // The date is the ninth field of the RMC line itself, never of the next.
+    const std::vector<RecordedSecond> shortLines = SplitIntoSeconds(
+        "$GPRMC,101500,A,,,,,,,040711*00\n$GPRMC,101501,,,,\n,,,,010199*00\n"
+        "$GPRMC,101502,A,,,,,,,040711*00\n");
+    ASSERT_EQ(shortLines.size(), 3u);
+    EXPECT_EQ(shortLines[1].utc, shortLines[0].utc + kFileTimeTicksPerSecond);
+    EXPECT_EQ(shortLines[2].utc, shortLines[1].utc + kFileTimeTicksPerSecond);
+
     // Each pair of digits is read as std::from_chars reads it: a minus and
     // a digit is a number, a plus or a blank is none.
     const std::vector<RecordedSecond> signs = SplitIntoSeconds(

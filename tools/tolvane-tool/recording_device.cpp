@@ -1,6 +1,8 @@
 #include "tools/tolvane-tool/recording_device.h"
 
 #include <algorithm>
+#include <bit>
+#include <cstdint>
 #include <cstring>
 #include <optional>
 
@@ -34,30 +36,85 @@ struct RmcStamp {
     std::string_view date;  // field 9
 };
 
-// Reads the stamp of the RMC line at start in one walk. Field n begins
-// behind the line's n-th comma and ends at the next ',', '*', CR or the end
-// of the line; a field the line does not reach is empty.
-RmcStamp ReadRmcStamp(std::string_view text, std::size_t start) {
-    constexpr int kTimeField = 1;
-    constexpr int kDateField = 9;
-    const auto endsLine = [](char c) { return c == '\n'; };
-    const auto endsField = [](char c) { return c == ',' || c == '*' || c == '\r' || c == '\n'; };
-    RmcStamp stamp;
-    const char* position = text.data() + start + kRmcHeader.size();
-    const char* const end = text.data() + text.size();
-    for (int field = kTimeField;; ++field) {
-        const char* stop = position;
-        while (stop != end && !endsField(*stop)) ++stop;
-        const std::string_view value(position, static_cast<std::size_t>(stop - position));
-        if (field == kTimeField) stamp.time = value;
-        if (field == kDateField) {
-            stamp.date = value;
-            return stamp;
-        }
-        while (stop != end && *stop != ',' && !endsLine(*stop)) ++stop;
-        if (stop == end || endsLine(*stop)) return stamp;
-        position = stop + 1;
+constexpr std::uint64_t kEachByte = 0x0101010101010101;
+
+// Eight characters of text as one word, the first in the lowest byte.
+std::uint64_t WordAt(const char* text) {
+    std::uint64_t word = 0;
+    for (int i = 0; i < 8; ++i) {
+        word |= std::uint64_t{static_cast<unsigned char>(text[i])} << (8 * i);
     }
+    return word;
+}
+
+// The top bit of each byte of word that is c, and of no other byte: the
+// additions stay within their bytes.
+std::uint64_t BytesEqualTo(std::uint64_t word, char c) {
+    const std::uint64_t difference = word ^ (kEachByte * static_cast<unsigned char>(c));
+    const std::uint64_t lowBitsSet = (difference & (0x7F * kEachByte)) + 0x7F * kEachByte;
+    return ~(lowBitsSet | difference) & (0x80 * kEachByte);
+}
+
+// How many bytes have their top bit set in a word of such bits.
+int CountMarkedBytes(std::uint64_t marks) {
+    return static_cast<int>(((marks >> 7) * kEachByte) >> 56);
+}
+
+// The field that begins at position: up to the next ',', '*', CR, line end
+// or the end of the text, looked for eight characters at a time.
+std::string_view FieldFrom(const char* position, const char* end) {
+    const char* stop = position;
+    for (; end - stop >= 8; stop += 8) {
+        const std::uint64_t word = WordAt(stop);
+        const std::uint64_t ends = BytesEqualTo(word, ',') | BytesEqualTo(word, '*') |
+                                   BytesEqualTo(word, '\r') | BytesEqualTo(word, '\n');
+        if (ends != 0) {
+            stop += std::countr_zero(ends) / 8;
+            return {position, static_cast<std::size_t>(stop - position)};
+        }
+    }
+    while (stop != end && *stop != ',' && *stop != '*' && *stop != '\r' && *stop != '\n') ++stop;
+    return {position, static_cast<std::size_t>(stop - position)};
+}
+
+// The n-th comma from position on, as long as its line lasts; null when the
+// line or the text ends first. The date lies behind the ninth comma of a
+// line that is read for every recorded second, so the commas are counted
+// eight characters at a time.
+const char* NthCommaOnLine(const char* position, const char* end, int n) {
+    for (; end - position >= 8; position += 8) {
+        const std::uint64_t word = WordAt(position);
+        std::uint64_t commas = BytesEqualTo(word, ',');
+        const std::uint64_t newlines = BytesEqualTo(word, '\n');
+        // Only the commas before the line's end count.
+        if (newlines != 0) commas &= (newlines & (~newlines + 1)) - 1;
+        const int count = CountMarkedBytes(commas);
+        if (count >= n) {
+            for (int i = 1; i < n; ++i) commas &= commas - 1;
+            return position + std::countr_zero(commas) / 8;
+        }
+        if (newlines != 0) return nullptr;
+        n -= count;
+    }
+    for (; position != end && *position != '\n'; ++position) {
+        if (*position == ',' && --n == 0) return position;
+    }
+    return nullptr;
+}
+
+// The stamp of the RMC line at start. Field n begins behind the line's n-th
+// comma, the first of which ends the header, and ends at the next ',', '*',
+// CR or the end of the line; a field the line does not reach is empty.
+RmcStamp ReadRmcStamp(std::string_view text, std::size_t start) {
+    constexpr int kDateField = 9;
+    const char* const end = text.data() + text.size();
+    const char* const time = text.data() + start + kRmcHeader.size();
+    RmcStamp stamp;
+    stamp.time = FieldFrom(time, end);
+    if (const char* comma = NthCommaOnLine(time, end, kDateField - 1)) {
+        stamp.date = FieldFrom(comma + 1, end);
+    }
+    return stamp;
 }
 
 // The two characters at `at` read as std::from_chars reads them when it
