@@ -678,33 +678,41 @@ GpsFix ReadNmeaFix(const NmeaRecord& record) {
     return NmeaFixReader().Read(record);
 }
 
+template <typename Value, std::size_t Bytes, typename Convert>
+Value NmeaFixReader::Keep(Kept<Value, Bytes>& kept, const void* key, Convert convert) {
+    if (!kept.filled || std::memcmp(kept.bytes, key, Bytes) != 0) {
+        std::memcpy(kept.bytes, key, Bytes);
+        kept.value = convert();
+        kept.filled = true;
+    }
+    return kept.value;
+}
+
 GpsFix NmeaFixReader::Read(const NmeaRecord& record) {
+    const NmeaRecord::Rmc& rmc = record.rmc;
     GpsFix fix;
     fix.fixValid = record.IsFixValid() ? 1 : 0;
-    fix.latitude = record.Latitude();
-    fix.longitude = record.Longitude();
-    fix.altitude = record.Altitude();
-    fix.course = record.Course();
-    fix.speedKnots = record.SpeedKnots();
+    fix.latitude = Keep(latitude_, rmc.latitude, [&] { return record.Latitude(); });
+    fix.longitude = Keep(longitude_, rmc.longitude, [&] { return record.Longitude(); });
+    fix.altitude = Keep(altitude_, record.gga.altitude, [&] { return record.Altitude(); });
+    fix.course = Keep(course_, rmc.course, [&] { return record.Course(); });
+    fix.speedKnots = Keep(speedKnots_, rmc.speedKnots, [&] { return record.SpeedKnots(); });
     fix.satellitesInView = record.SatellitesInView();
     fix.satellitesUsed = record.SatellitesUsed();
     for (int i = 0; i < kMaxSatellites; ++i) {
-        KeptSatellite& kept = satellites_[i];
         const NmeaSatellite& satellite = record.gsv.satellites[i];
-        if (std::memcmp(kept.text, &satellite, sizeof kept.text) != 0) {
-            std::memcpy(kept.text, &satellite, sizeof kept.text);
-            kept.prn = record.SatellitePrn(i);
-            kept.elevation = record.SatelliteElevation(i);
-            kept.azimuth = record.SatelliteAzimuth(i);
-        }
-        fix.satPrn[i] = kept.prn;
-        fix.satSnr[i] = record.SatelliteSnr(i);
-        fix.satElevation[i] = kept.elevation;
-        fix.satAzimuth[i] = kept.azimuth;
+        const SatelliteValues values = Keep(satellites_[i], &satellite, [&] {
+            return SatelliteValues{record.SatellitePrn(i), record.SatelliteElevation(i),
+                                   record.SatelliteAzimuth(i)};
+        });
+        fix.satPrn[i] = values.prn;
+        fix.satSnr[i] = Keep(snrs_[i], satellite.snr, [&] { return record.SatelliteSnr(i); });
+        fix.satElevation[i] = values.elevation;
+        fix.satAzimuth[i] = values.azimuth;
     }
-    fix.pdop = record.Pdop();
-    fix.hdop = record.Hdop();
-    fix.vdop = record.Vdop();
+    fix.pdop = Keep(pdop_, record.gsa.pdop, [&] { return record.Pdop(); });
+    fix.hdop = Keep(hdop_, record.gsa.hdop, [&] { return record.Hdop(); });
+    fix.vdop = Keep(vdop_, record.gsa.vdop, [&] { return record.Vdop(); });
     fix.fixType = record.FixType();
     fix.fixTime = record.FixLocalTime();
     return fix;

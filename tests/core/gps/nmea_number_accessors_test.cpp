@@ -155,6 +155,11 @@ TEST(NmeaFixReaderTest, ReadsEveryLineOfTheCapturesAsReadNmeaFixDoes) {
     std::memcpy(record.gsv.satellites[3].elevation, "1e1", 4);
     std::memcpy(record.gsv.satellites[3].snr, "42", 3);
     ExpectSameFix(reader.Read(record), ReadNmeaFix(record));
+    // A hemisphere alone changes a coordinate's sign.
+    record.rmc.latHemisphere = record.rmc.latHemisphere == 'N' ? 'S' : 'N';
+    record.rmc.lonHemisphere = 0;
+    std::memcpy(record.gsa.vdop, "2.1,1", 6);
+    ExpectSameFix(reader.Read(record), ReadNmeaFix(record));
     ClearNmeaRecord(record);
     ExpectSameFix(reader.Read(record), ReadNmeaFix(record));
 }
