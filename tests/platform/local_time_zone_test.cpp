@@ -20,21 +20,6 @@ constexpr std::int64_t kEpochDifferenceSeconds = 11'644'473'600;
 // A sub-second part, so that the conversion is seen to keep it.
 constexpr FileTime kFraction = 1'234'567;
 
-// Puts the process into a time zone for one scope. The library is told of
-// the zone put back only after the variable is restored, so the member that
-// tells it is the one destroyed last.
-class ZoneScope {
-  public:
-    explicit ZoneScope(const char* zone) : tz_("TZ", zone) { tzset(); }
-
-  private:
-    struct ZoneReload {
-        ~ZoneReload() { tzset(); }
-    };
-    ZoneReload reload_;
-    testing::ScopedEnvironment tz_;
-};
-
 std::int64_t UnixSeconds(const CivilTime& utc) {
     return *CivilToFileTime(utc) / kFileTimeTicksPerSecond - kEpochDifferenceSeconds;
 }
@@ -86,7 +71,7 @@ struct ZoneCase {
 
 void WalkZone(const ZoneCase& zoneCase) {
     SCOPED_TRACE(zoneCase.zone);
-    const ZoneScope scope(zoneCase.zone);
+    const testing::ScopedTimeZone scope(zoneCase.zone);
     const std::vector<std::int64_t> changes =
         WalkComparingWithTheLibrary(UnixSeconds(zoneCase.from), UnixSeconds(zoneCase.to));
     EXPECT_EQ(changes.size(), zoneCase.changes);
@@ -130,7 +115,7 @@ TEST(LocalTimeZoneTest, ZonesOfTheDatabaseConvertAsTheLibraryDoesAlsoInTheirPast
 TEST(LocalTimeZoneTest, AChangedZoneTakesEffectAtOnce) {
     const FileTime utc = *CivilToFileTime({2021, 7, 4, 12, 0, 0, 250});
     const auto local = [utc](const char* zone) {
-        const ZoneScope scope(zone);
+        const testing::ScopedTimeZone scope(zone);
         return UtcToLocal(utc);
     };
     EXPECT_EQ(local("UTC0"), utc);

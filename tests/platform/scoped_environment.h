@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdlib>
+#include <ctime>
 #include <optional>
 #include <string>
 
@@ -29,6 +30,21 @@ class ScopedEnvironment {
 
     std::string name_;
     std::optional<std::string> old_;
+};
+
+// Puts the process into a time zone for one scope. The C library is told of
+// the zone put back only after the variable is restored, so the member that
+// tells it is the one destroyed last.
+class ScopedTimeZone {
+  public:
+    explicit ScopedTimeZone(const char* zone) : tz_("TZ", zone) { tzset(); }
+
+  private:
+    struct ZoneReload {
+        ~ZoneReload() { tzset(); }
+    };
+    ZoneReload reload_;
+    ScopedEnvironment tz_;
 };
 
 }  // namespace tolvane::testing
