@@ -1,9 +1,7 @@
 #pragma once
 
-#include <functional>
 #include <iosfwd>
 #include <string>
-#include <string_view>
 #include <vector>
 
 namespace tolvane::tool {
@@ -30,10 +28,7 @@ std::string UsageText();
 bool ReadTextFile(const std::string& path, std::string& content, std::ostream& err);
 bool WriteTextFile(const std::string& path, const std::string& content, std::ostream& err);
 
-// Reads a file a large piece at a time, handing each piece to take, until
-// the file ends or take returns false. On failure err is told which file
-// and why, as by ReadTextFile.
-bool ReadFileInPieces(const std::string& path, const std::function<bool(std::string_view)>& take,
-                      std::ostream& err);
+// Tells err that path could not be read and why (errno); returns false.
+bool ReportUnreadable(const std::string& path, std::ostream& err);
 
 }  // namespace tolvane::tool

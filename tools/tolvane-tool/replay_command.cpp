@@ -1,3 +1,7 @@
+#include <algorithm>
+#include <cstring>
+#include <fstream>
+#include <memory>
 #include <ostream>
 #include <string>
 #include <vector>
@@ -66,29 +70,53 @@ class RecordingPlayer {
 };
 
 // A recording read piece by piece: the text from the start of the second
-// under way on, cut into seconds as it grows.
+// under way on, cut into seconds as it grows. The pieces are read straight
+// onto its end: the recording may be tens of megabytes, and copying it once
+// more showed in the replay's time.
 class RecordingWindow {
   public:
-    // Adds a piece (the last when last) and plays the seconds it completes;
+    // Reads the next piece from in; false once in has no more.
+    bool Read(std::istream& in) {
+        constexpr std::size_t kPieceSize = 1 << 16;
+        MakeRoom(kPieceSize);
+        in.read(text_.get() + length_, static_cast<std::streamsize>(kPieceSize));
+        length_ += static_cast<std::size_t>(in.gcount());
+        return in.gcount() > 0;
+    }
+
+    // Plays the seconds the text completes (all that are left when last);
     // false once the player stops.
-    bool Add(std::string_view piece, bool last, RecordingPlayer& player) {
-        text_.append(piece);
-        splitter_.Scan(text_, at_, last, complete_);
+    bool Play(bool last, RecordingPlayer& player) {
+        const std::string_view text(text_.get(), length_);
+        splitter_.Scan(text, at_, last, complete_);
         for (const RecordedSecond& second : complete_) {
-            const std::string_view bytes =
-                std::string_view(text_).substr(second.begin - at_, second.end - second.begin);
-            if (!player.Play(bytes, second.utc)) return false;
+            if (!player.Play(text.substr(second.begin - at_, second.end - second.begin),
+                             second.utc)) {
+                return false;
+            }
         }
         complete_.clear();
         const std::size_t done = splitter_.KeepFrom() - at_;
-        text_.erase(0, done);
+        if (done > 0) std::memmove(text_.get(), text_.get() + done, length_ - done);
+        length_ -= done;
         at_ += done;
         return true;
     }
 
   private:
+    void MakeRoom(std::size_t room) {
+        if (capacity_ - length_ >= room) return;
+        const std::size_t capacity = std::max(2 * capacity_, length_ + room);
+        std::unique_ptr<char[]> grown(new char[capacity]);
+        if (length_ > 0) std::memcpy(grown.get(), text_.get(), length_);
+        text_ = std::move(grown);
+        capacity_ = capacity;
+    }
+
     SecondSplitter splitter_;
-    std::string text_;
+    std::unique_ptr<char[]> text_;
+    std::size_t capacity_ = 0;
+    std::size_t length_ = 0;
     std::size_t at_ = 0;  // where text_ begins in the recording
     std::vector<RecordedSecond> complete_;
 };
@@ -109,15 +137,14 @@ ReplayTotals ReplayRecording(std::string_view recording, const Options& options,
 
 bool ReplayRecordingFile(const std::string& path, const Options& options, std::ostream& messages,
                          const std::function<void(const GpsState&)>& onTick, ReplayTotals& totals) {
+    std::ifstream in(path, std::ios::binary);
+    if (!in) return ReportUnreadable(path, messages);
     RecordingPlayer player(options, messages, onTick);
     RecordingWindow window;
     bool playing = true;
-    const auto take = [&](std::string_view piece) {
-        playing = window.Add(piece, false, player);
-        return playing;
-    };
-    if (!ReadFileInPieces(path, take, messages)) return false;
-    if (playing) window.Add({}, true, player);
+    while (playing && window.Read(in)) playing = window.Play(false, player);
+    if (in.bad()) return ReportUnreadable(path, messages);
+    if (playing) window.Play(true, player);
     totals = player.Finish();
     return true;
 }

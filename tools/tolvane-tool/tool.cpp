@@ -51,38 +51,24 @@ int RunTool(const Arguments& arguments, std::ostream& out, std::ostream& err) {
     return kExitUsage;
 }
 
-bool ReadFileInPieces(const std::string& path, const std::function<bool(std::string_view)>& take,
-                      std::ostream& err) {
-    std::ifstream in(path, std::ios::binary);
-    if (!in) {
-        err << "tolvane-tool: cannot read " << path << ": " << std::strerror(errno) << '\n';
-        return false;
-    }
-    char piece[1 << 16];
-    bool wanted = true;
-    while (wanted && (in.read(piece, sizeof piece) || in.gcount() > 0)) {
-        wanted = take(std::string_view(piece, static_cast<std::size_t>(in.gcount())));
-    }
-    if (in.bad()) {
-        err << "tolvane-tool: cannot read " << path << ": " << std::strerror(errno) << '\n';
-        return false;
-    }
-    return true;
+bool ReportUnreadable(const std::string& path, std::ostream& err) {
+    err << "tolvane-tool: cannot read " << path << ": " << std::strerror(errno) << '\n';
+    return false;
 }
 
 bool ReadTextFile(const std::string& path, std::string& content, std::ostream& err) {
-    // Into room made beforehand: a file may be tens of megabytes.
+    std::ifstream in(path, std::ios::binary);
+    if (!in) return ReportUnreadable(path, err);
+    // Read in large pieces into room made beforehand: a file may be tens of
+    // megabytes.
     content.clear();
     std::error_code sizeError;
     const std::uintmax_t size = std::filesystem::file_size(path, sizeError);
     if (!sizeError) content.reserve(size);
-    return ReadFileInPieces(
-        path,
-        [&content](std::string_view piece) {
-            content.append(piece);
-            return true;
-        },
-        err);
+    char piece[1 << 16];
+    while (in.read(piece, sizeof piece) || in.gcount() > 0) content.append(piece, in.gcount());
+    if (in.bad()) return ReportUnreadable(path, err);
+    return true;
 }
 
 bool WriteTextFile(const std::string& path, const std::string& content, std::ostream& err) {
