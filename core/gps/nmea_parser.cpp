@@ -273,18 +273,34 @@ class FieldWalker {
     int field_ = 1;
 };
 
-// Orders records 0 to count-1 by PRN, exchanging whole records.
+// Orders records 0 to count-1 by PRN, exchanging whole records. The
+// exchanges are worked out on the records' places first, without a branch
+// that the order of the PRNs decides, and the records are moved once at the
+// end; the order is that of exchanging the records themselves.
 void SortSatellitesByPrn(NmeaSatellite* satellites, int count) {
     int prns[kMaxSatellites];
-    for (int i = 0; i < count; ++i) prns[i] = FieldInt(satellites[i].prn);
+    int places[kMaxSatellites];
+    for (int i = 0; i < count; ++i) {
+        prns[i] = FieldInt(satellites[i].prn);
+        places[i] = i;
+    }
+    bool exchanged = false;
     for (int i = 0; i < count; ++i) {
         for (int j = i; j < count; ++j) {
-            if (prns[i] > prns[j]) {
-                std::swap(satellites[i], satellites[j]);
-                std::swap(prns[i], prns[j]);
-            }
+            const bool exchange = prns[i] > prns[j];
+            const int prn = prns[i];
+            const int place = places[i];
+            prns[i] = exchange ? prns[j] : prn;
+            prns[j] = exchange ? prn : prns[j];
+            places[i] = exchange ? places[j] : place;
+            places[j] = exchange ? place : places[j];
+            exchanged = exchanged || exchange;
         }
     }
+    if (!exchanged) return;
+    NmeaSatellite sorted[kMaxSatellites];
+    for (int i = 0; i < count; ++i) sorted[i] = satellites[places[i]];
+    std::copy(sorted, sorted + count, satellites);
 }
 
 // Where the scan of one sentence, from its '$', came to an end.
