@@ -273,10 +273,12 @@ class FieldWalker {
     int field_ = 1;
 };
 
-// Orders records 0 to count-1 by PRN, exchanging whole records. The
-// exchanges are worked out on the records' places first, without a branch
-// that the order of the PRNs decides, and the records are moved once at the
-// end; the order is that of exchanging the records themselves.
+// Orders records 0 to count-1 by PRN, exchanging whole records. Most
+// receivers send their satellites in PRN order already, which the exchanges
+// would leave as it is. Otherwise the exchanges are worked out on the
+// records' places first, without a branch that the order of the PRNs
+// decides, and the records are moved once at the end; the order is that of
+// exchanging the records themselves.
 void SortSatellitesByPrn(NmeaSatellite* satellites, int count) {
     int prns[kMaxSatellites];
     int places[kMaxSatellites];
@@ -284,6 +286,7 @@ void SortSatellitesByPrn(NmeaSatellite* satellites, int count) {
         prns[i] = FieldInt(satellites[i].prn);
         places[i] = i;
     }
+    if (std::is_sorted(prns, prns + count)) return;
     bool exchanged = false;
     for (int i = 0; i < count; ++i) {
         for (int j = i; j < count; ++j) {
