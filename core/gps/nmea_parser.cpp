@@ -1,5 +1,6 @@
 #include <algorithm>
 #include <array>
+#include <bit>
 #include <cfloat>
 #include <cstdint>
 #include <cstdlib>
@@ -28,10 +29,13 @@ constexpr std::pair<const char*, SentenceKind> kKeptHeaders[] = {
 
 // The kind of the header the text starts with. The comparison stops at the
 // first character that differs, so it never reads past the end of a text
-// that ends inside the header.
+// that ends inside the header. Every kept header starts with the talker
+// "GP", which is compared once.
 SentenceKind MatchHeader(const char* header) {
+    constexpr int kTalkerLength = 2;
+    if (header[0] != 'G' || header[1] != 'P') return SentenceKind::kUnknown;
     for (const auto& [text, kind] : kKeptHeaders) {
-        int i = 0;
+        int i = kTalkerLength;
         while (i < kHeaderLength && header[i] == text[i]) ++i;
         if (i == kHeaderLength) return kind;
     }
@@ -333,15 +337,27 @@ const char* FindDollar(const char* text) {
     return std::strchr(text, '$');
 }
 
-// The exclusive-or of the bytes from begin to end, eight at a time.
+// The exclusive-or of the bytes from begin to end, eight at a time. The
+// bytes left over behind the last eight are taken from the eight that end
+// the range, less the bytes already counted.
 int XorOfBytes(const char* begin, const char* end) {
-    std::uint64_t word = 0;
-    for (; end - begin >= 8; begin += 8) {
+    const auto eightAt = [](const char* at) {
         std::uint64_t eight;
-        std::memcpy(&eight, begin, sizeof eight);
-        word ^= eight;
+        std::memcpy(&eight, at, sizeof eight);
+        return eight;
+    };
+    const bool wide = end - begin >= 8;
+    std::uint64_t word = 0;
+    for (; end - begin >= 8; begin += 8) word ^= eightAt(begin);
+    const int left = static_cast<int>(end - begin);
+    if (wide && left > 0) {
+        const int counted = 8 * (8 - left);
+        const std::uint64_t last = eightAt(end - 8);
+        word ^= std::endian::native == std::endian::little ? last >> counted << counted
+                                                           : last << counted >> counted;
+    } else {
+        for (; begin < end; ++begin) word ^= static_cast<unsigned char>(*begin);
     }
-    for (; begin < end; ++begin) word ^= static_cast<unsigned char>(*begin);
     word ^= word >> 32;
     word ^= word >> 16;
     word ^= word >> 8;
