@@ -364,6 +364,16 @@ int XorOfBytes(const char* begin, const char* end) {
     return static_cast<int>(word & 0xFF);
 }
 
+// The first '*', '$' or zero from text on. The library's searches for one
+// character are quicker than its search for any of a set, and a sentence
+// nearly always holds its '*' and no '$'.
+const char* StarOrCut(const char* text) {
+    const char* star = std::strchr(text, '*');
+    const char* end = star != nullptr ? star : text + std::strlen(text);
+    const void* dollar = std::memchr(text, '$', static_cast<std::size_t>(end - text));
+    return dollar != nullptr ? static_cast<const char*>(dollar) : end;
+}
+
 // The header behind dollar that is none of the kept ones: cut by a new
 // '$', ended with the text, or whole, with the scan to go on behind it.
 SentenceScan ScanUnknownHeader(const char* dollar) {
@@ -382,7 +392,7 @@ SentenceScan ScanSentence(const char* dollar) {
     if (scan.kind == SentenceKind::kUnknown) return ScanUnknownHeader(dollar);
     // A kept header holds neither a zero nor a '$'.
     const char* p = dollar + 1 + kHeaderLength;
-    const char* star = p + std::strcspn(p, "*$");
+    const char* star = StarOrCut(p);
     if (*star == '\0') return scan;
     if (*star == '$') return {ScanOutcome::kCut, scan.kind, star};
     const int checksum =
