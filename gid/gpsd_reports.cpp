@@ -41,10 +41,11 @@ std::vector<const satellite_t*> ChooseSatellites(const gps_data_t& data) {
     return chosen;
 }
 
+// Copies a NUL-terminated text, cut to the array and zero-filled behind it.
 template <std::size_t N>
 void CopyText(const char* from, char (&to)[N]) {
     std::memset(to, 0, N);
-    std::strncpy(to, from, N - 1);
+    std::memcpy(to, from, strnlen(from, N - 1));
 }
 
 // A Unix time as a local file time (100 ns since 1601), 0 for no time.

@@ -63,7 +63,6 @@ class GpsdSession {
 
     // Only the worker touches these.
     std::unique_ptr<gps_data_t> data_;
-    bool streaming_ = false;
     std::thread worker_;
     std::atomic<bool> stopping_{false};
 

@@ -15,7 +15,7 @@ if ! [[ $seconds =~ ^[0-9]+$ ]] || [ "$seconds" -eq 0 ]; then
 fi
 
 cmake --preset fuzz
-cmake --build --preset fuzz -j 2
+cmake --build --preset fuzz -j 2 --target nmea_parser_fuzz
 
 work=build/fuzz/nmea_parser
 seeds=$work/seeds

@@ -1,7 +1,10 @@
 #!/usr/bin/env bash
-# Builds the program and runs it. Until the window exists this shows the
-# command-line companion at work: it writes a fresh settings record and
-# prints every field of it.
+# Builds the program and runs it on the demo receiver. Until the window
+# exists, this is the command-line companion replaying the demo recording
+# through the real GPS pipeline: one JSON line of the GPS state per second,
+# then a summary, with the track written as GPX into a temporary folder.
+#
+# Usage: scripts/run.sh [LOG]    (default: the built-in demo recording)
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
@@ -9,7 +12,11 @@ scripts/install-deps.sh >&2
 cmake --preset release >&2
 cmake --build --preset release -j "$(nproc)" >&2
 
-record=$(mktemp --suffix=.dat)
-trap 'rm -f "$record"' EXIT
-build/release/bin/tolvane-tool options reset "$record"
-build/release/bin/tolvane-tool options dump "$record"
+recording=${1:-resources/demo/demo.nmea}
+tracks=$(mktemp -d)
+trap 'rm -rf "$tracks"' EXIT
+tool=build/release/bin/tolvane-tool
+
+"$tool" replay "$recording" --json --track-format gpx --interval 1 --out "$tracks"
+"$tool" replay "$recording"
+echo "track: $(ls "$tracks")"

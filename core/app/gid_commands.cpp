@@ -1,32 +1,26 @@
 #include "core/app/gid_commands.h"
 
-#include "core/base/string_manager.h"
+#include "core/app/language_messages.h"
 
 namespace tolvane {
 namespace {
 
-constexpr int kStringAppTitle = 10000;
 // Platform codes of the generation-4 devices, on which the shared GPS
 // service is not offered.
 constexpr int kPlatformCodeKeysGeneration4 = 31;
 constexpr int kPlatformCodeTouchGeneration4 = 32;
-
-void ShowString(Host& host, int stringId, MessageIcon icon) {
-    CStringManager& strings = CStringManager::GetInstance();
-    host.ShowMessage(strings.GetText(stringId), strings.GetText(kStringAppTitle), icon);
-}
 
 }  // namespace
 
 bool StartGidSource(GidSource& source, const GidStartContext& context) {
     const int platform = GetPlatformCode(context.deviceQueries);
     if (platform == kPlatformCodeKeysGeneration4 || platform == kPlatformCodeTouchGeneration4) {
-        ShowString(context.host, kStringGpsNotChosen, MessageIcon::kInformation);
+        ShowLanguageMessage(context.host, kTextNoReceiverChosen, MessageIcon::kInformation);
         return false;
     }
     if (!LoadGidLibrary(source, context.libraryLoader)) {
         UnloadGidLibrary(source);
-        ShowString(context.host, kStringGidLibraryMissing, MessageIcon::kStop);
+        ShowLanguageMessage(context.host, kTextGidLibraryMissing, MessageIcon::kStop);
         return false;
     }
     source.functions.init();
@@ -35,7 +29,7 @@ bool StartGidSource(GidSource& source, const GidStartContext& context) {
     }
     source.functions.unInit();
     UnloadGidLibrary(source);
-    ShowString(context.host, kStringGidOpenFailed, MessageIcon::kStop);
+    ShowLanguageMessage(context.host, kTextGidOpenFailed, MessageIcon::kStop);
     return false;
 }
 

@@ -2,6 +2,7 @@
 
 #include "core/app/app_state.h"
 #include "core/app/host.h"
+#include "core/app/language_messages.h"
 #include "core/base/device_helpers.h"
 #include "core/base/dynamic_library.h"
 #include "core/gps/gid_source.h"
@@ -11,10 +12,6 @@ namespace tolvane {
 // The GPS source of the settings that runs through the shared GPS service;
 // it is also taken for any value other than the port sources 1 and 2.
 inline constexpr int kGpsSourceGid = 0;
-
-inline constexpr int kStringGpsNotChosen = 10700;
-inline constexpr int kStringGidLibraryMissing = 12000;
-inline constexpr int kStringGidOpenFailed = 12001;
 
 // What starting the shared GPS service source needs from the program: the
 // host for the message boxes, the machine's answers for the device-type

@@ -1,15 +1,7 @@
 #include "core/app/gps_commands.h"
 
-#include "core/base/string_manager.h"
-
 namespace tolvane {
 namespace {
-
-std::string FormatText(std::string text, const std::string& argument) {
-    const std::size_t place = text.find("%s");
-    if (place != std::string::npos) text.replace(place, 2, argument);
-    return text;
-}
 
 // Names the port to open: the port table's device for a serial or GPD
 // port, the registered virtual port for a Bluetooth receiver.
@@ -31,13 +23,6 @@ bool ChoosePort(PortSource& port, const Options& options, const OptionsRuntime& 
 }
 
 }  // namespace
-
-void ShowLanguageMessage(Host& host, std::uint32_t id, MessageIcon icon,
-                         const std::string& argument) {
-    CStringManager& strings = CStringManager::GetInstance();
-    host.ShowMessage(FormatText(strings.GetText(id), argument), strings.GetText(kTextProductName),
-                     icon);
-}
 
 void LinkPortSourceToHost(PortSource& port, Host& host) {
     port.links.timers = &host;

@@ -5,25 +5,13 @@
 
 #include "core/app/app_state.h"
 #include "core/app/host.h"
+#include "core/app/language_messages.h"
 #include "core/gps/port_source.h"
 
 namespace tolvane {
 
-inline constexpr std::uint32_t kTextProductName = 10000;
-inline constexpr std::uint32_t kTextNoReceiverChosen = 10700;
-inline constexpr std::uint32_t kTextBluetoothFailed = 10701;
-inline constexpr std::uint32_t kTextPortOpenFailed = 10702;
-inline constexpr std::uint32_t kTextReaderFailed = 10703;
-inline constexpr std::uint32_t kTextGpsDisconnected = 10704;
-inline constexpr std::uint32_t kTextGpsSilent = 10705;
-
 inline constexpr int kGpsSourcePort = 1;
 inline constexpr int kGpsSourceBluetooth = 2;
-
-// Shows language string id in a message box with the product name as
-// caption; a "%s" in the text is replaced by argument.
-void ShowLanguageMessage(Host& host, std::uint32_t id, MessageIcon icon,
-                         const std::string& argument = {});
 
 // Links the port source to the host's timers and clock and to its
 // notification after each RMC sentence.

@@ -3,6 +3,9 @@
 #include <cerrno>
 #include <cstdio>
 #include <cstring>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
 #include <optional>
 #include <string_view>
 #include <vector>
@@ -135,6 +138,29 @@ bool InsertBeforeTrailer(const std::string& path, const std::string& text, const
     return true;
 }
 
+// A new document appears under its name only once it is complete: it is
+// written beside it and then renamed, so that a kill at any moment leaves no
+// empty or half-written file. An existing file of the same name (two starts
+// in one second) is overwritten from its start, never shortened.
+void WriteDocumentStart(const std::string& path, const std::string& text) {
+    if (const FilePointer existing = Unbuffered(std::fopen(path.c_str(), "r+b"))) {
+        Write(existing.get(), text);
+        return;
+    }
+    const std::string partial = path + ".part";
+    {
+        const FilePointer file = Unbuffered(std::fopen(partial.c_str(), "wb"));
+        if (!file) return;
+        Write(file.get(), text);
+    }
+    std::rename(partial.c_str(), path.c_str());
+}
+
+std::string ReadWholeText(const std::string& path) {
+    std::ifstream in(path, std::ios::binary);
+    return std::string(std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>());
+}
+
 bool AppendLine(const std::string& path, const std::string& line) {
     const FilePointer file = Unbuffered(std::fopen(path.c_str(), "ab"));
     if (!file) return false;
@@ -203,9 +229,7 @@ void StartTrackFile(const Options& options, const std::string& trackLogFolder, c
     currentPath = trackLogFolder + "/" + stamp + FileExtension(format);
     if (format != kTrackFormatGpx && format != kTrackFormatKml) return;
 
-    const FilePointer file = OpenAlways(currentPath);
-    if (!file) return;
-    Write(file.get(), Header(format, stamp) + Trailer(format));
+    WriteDocumentStart(currentPath, Header(format, stamp) + Trailer(format));
 }
 
 void AppendTrackPoint(const Options& options, const GpsState& gps, const Clock& clock,
@@ -224,6 +248,64 @@ void AppendTrackPoint(const Options& options, const GpsState& gps, const Clock& 
     if (!opened) return;
     track.Append(
         TrackPoint{static_cast<float>(gps.latitude), static_cast<float>(gps.longitude), utc});
+}
+
+namespace {
+
+// The end of the last complete point of a document, or of its header when
+// it holds no complete point; npos when it is not a track document.
+std::size_t EndOfLastCompletePart(const std::string& text, std::int32_t format) {
+    const std::string_view pointEnd =
+        format == kTrackFormatGpx ? "</trkpt>\r\n" : "</Placemark>\r\n";
+    const std::string_view headerEnd = format == kTrackFormatGpx ? "<trkseg>\r\n" : "</name>\r\n";
+    std::size_t end = text.rfind(pointEnd);
+    if (end != std::string::npos) return end + pointEnd.size();
+    end = text.find(headerEnd);
+    return end == std::string::npos ? end : end + headerEnd.size();
+}
+
+// Reads only the end of the file: a folder may hold many long tracks, and
+// nearly all of them are complete.
+bool EndsWithTrailer(const std::string& path, std::string_view trailer) {
+    std::ifstream in(path, std::ios::binary);
+    in.seekg(-static_cast<std::streamoff>(trailer.size()), std::ios::end);
+    std::string tail(trailer.size(), '\0');
+    return in.read(tail.data(), static_cast<std::streamsize>(tail.size())) && tail == trailer;
+}
+
+std::int32_t FormatOfPath(const std::filesystem::path& path) {
+    if (path.extension() == ".gpx") return kTrackFormatGpx;
+    if (path.extension() == ".kml") return kTrackFormatKml;
+    return kTrackFormatLog;
+}
+
+}  // namespace
+
+bool RepairTrackFile(const std::string& path) {
+    const std::int32_t format = FormatOfPath(path);
+    if (format == kTrackFormatLog || EndsWithTrailer(path, Trailer(format))) return false;
+    const std::string text = ReadWholeText(path);
+    const std::size_t keep = EndOfLastCompletePart(text, format);
+    if (keep == std::string::npos) return false;
+    std::error_code error;
+    std::filesystem::resize_file(path, keep, error);
+    if (error) return false;
+    return AppendLine(path, Trailer(format));
+}
+
+int RepairTrackFolder(const std::string& trackLogFolder) {
+    int repaired = 0;
+    std::error_code error;
+    for (const auto& entry : std::filesystem::directory_iterator(trackLogFolder, error)) {
+        const std::filesystem::path& path = entry.path();
+        if (path.extension() == ".part") {
+            // Only a header and a trailer were written into it: nothing to keep.
+            std::filesystem::remove(path, error);
+        } else if (RepairTrackFile(path.string())) {
+            ++repaired;
+        }
+    }
+    return repaired;
 }
 
 CsvReadResult ReadTrackLogFile(const std::string& path, DynamicList<TrackPoint>& track) {

@@ -52,6 +52,19 @@ void StartTrackFile(const Options& options, const std::string& trackLogFolder, c
 void AppendTrackPoint(const Options& options, const GpsState& gps, const Clock& clock,
                       const std::string& currentPath, DynamicList<TrackPoint>& track);
 
+// A GPX or KML track file whose last point was cut short, because the
+// program was killed while the kernel copied that point's write across a
+// page boundary, no longer ends with its trailer. Repairing it cuts the file
+// back to the end of its last complete point (or of its header) and writes
+// the trailer again, so every point written before is kept. Returns true
+// when the file needed and got the repair.
+bool RepairTrackFile(const std::string& path);
+
+// Repairs every GPX and KML file of the track folder and removes the
+// ".part" files of documents whose creation was cut short. Returns the
+// number of files repaired.
+int RepairTrackFolder(const std::string& trackLogFolder);
+
 // Reads a track log in the log format back into track (appending). A line
 // is taken when its first column (longitude, -180..180), its second
 // (latitude, -90..90) and its fourth (the UTC time "YYYYMMDD HH:MM:SS",

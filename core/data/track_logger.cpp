@@ -16,6 +16,9 @@ std::int32_t SelectedInterval(const Options& options) {
 // The body of a tick while the GPS runs; the caller holds the track lock.
 void AdvanceRunningTrack(TrackLogger& logger, const TrackTimerInputs& in) {
     if (logger.countdown == -1) {
+        // A run that was killed while writing may have left its last point
+        // cut short; mend that before a new track begins.
+        RepairTrackFolder(in.trackLogFolder);
         logger.countdown = 0;
         logger.liveTrack.Clear();
         logger.viewedTrack.Clear();

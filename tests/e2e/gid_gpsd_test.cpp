@@ -86,7 +86,7 @@ TEST_F(GidLibraryTest, ALibraryLackingAnyOneExportIsRefused) {
         SCOPED_TRACE(leftOut);
         UseProgramFolder(std::string(TOLVANE_GID_TEST_LIBRARY_DIR) + "/" + leftOut);
         EXPECT_FALSE(Start());
-        ExpectRefusedWith(kStringGidLibraryMissing);
+        ExpectRefusedWith(kTextGidLibraryMissing);
     }
     UseProgramFolder(std::string(TOLVANE_GID_TEST_LIBRARY_DIR) + "/complete");
     EXPECT_TRUE(LoadGidLibrary(source_, loader_));
@@ -96,8 +96,8 @@ TEST_F(GidLibraryTest, AMissingLibraryIsRefused) {
     testing::TemporaryFolder empty;
     UseProgramFolder(empty.Path());
     EXPECT_FALSE(Start());
-    ExpectRefusedWith(kStringGidLibraryMissing);
-    EXPECT_NE(CStringManager::GetInstance().GetText(kStringGidLibraryMissing).find("GID.QX.so"),
+    ExpectRefusedWith(kTextGidLibraryMissing);
+    EXPECT_NE(CStringManager::GetInstance().GetText(kTextGidLibraryMissing).find("GID.QX.so"),
               std::string::npos);
 }
 
@@ -105,7 +105,7 @@ TEST_F(GidLibraryTest, WithoutGpsdTheDeviceDoesNotOpen) {
     setenv("GPSD_PORT", std::to_string(testing::FreeLoopbackPort()).c_str(), 1);
     EXPECT_FALSE(Start());
     unsetenv("GPSD_PORT");
-    ExpectRefusedWith(kStringGidOpenFailed);
+    ExpectRefusedWith(kTextGidOpenFailed);
 }
 
 // gpsd on loopback reads the test's pseudo-terminal receiver; the program's
@@ -263,7 +263,7 @@ TEST_F(GidWithGpsdTest, ASilentReceiverShowsAsNotConnectedAfterTheTimeOut) {
 TEST_F(GidWithGpsdTest, TheWatchPrintsTheTicksOfTheSharedService) {
     tool::GidWatch watch;
     ResetOptions(watch.options);
-    watch.json = true;
+    watch.settings.json = true;
     watch.seconds = 4;
     watch.home = TOLVANE_PROGRAM_DIR;
     std::ostringstream out, err;

@@ -31,19 +31,19 @@ struct GoldenReplay {
 };
 
 const GoldenReplay kGoldenReplays[] = {
-    {"GPSmap-76S.log", 0x7c146ee30fdf3c92ULL, 0x7c146ee30fdf3c92ULL},
-    {"beidou-gb.log", 0xfe4a959a82bd527eULL, 0xfe4a959a82bd527eULL},
-    {"bu353s4.log", 0xa71331ba5e825580ULL, 0x4df93d473b3abf77ULL},
-    {"firefly-II.log", 0xf8e38db108d0372aULL, 0x9c12b0fcf68cd696ULL},
-    {"garmin48.log", 0xdd258cc1c1ed4e33ULL, 0xdba5db7a86732aceULL},
-    {"gp-320fw-2019-04-07-coldboot.log", 0x60f2130c343be5caULL, 0x1c15c72f3140d95aULL},
-    {"haicom-305N.log", 0xeb15a8e52a4c7fbbULL, 0xd9a3c876c665aa13ULL},
-    {"holux-gm-210.log", 0xa1016f5015c69e3aULL, 0xa1016f5015c69e3aULL},
-    {"isync.log", 0x931c187218f0c9f8ULL, 0xfe89222fa3c1707aULL},
-    {"magellan-ec10.log", 0x4dff5b3e601409dcULL, 0x39b8e9fc50ba08e6ULL},
-    {"myguide-3100.log", 0x495403be3936ba30ULL, 0x59735a701fd81a03ULL},
-    {"telit-he910.log", 0x310912ff1419bfcdULL, 0x1a73779c623918e5ULL},
-    {"triton400.log", 0xe18fbdcc19578947ULL, 0x83d4d049bf43c73bULL},
+    {"GPSmap-76S.log", 0x3e06bb658af683baULL, 0x3e06bb658af683baULL},
+    {"beidou-gb.log", 0x4ac612b4933c6610ULL, 0x4ac612b4933c6610ULL},
+    {"bu353s4.log", 0x0d8d8682ea43049aULL, 0xbbc145146fa860f9ULL},
+    {"firefly-II.log", 0x5ed81b673c1bfb54ULL, 0xb3ca8608a28aab14ULL},
+    {"garmin48.log", 0x8b8aa1af276a66e9ULL, 0xd29ad6c9bbe12204ULL},
+    {"gp-320fw-2019-04-07-coldboot.log", 0x02d5fe21987b48fcULL, 0x23b763a33523a67cULL},
+    {"haicom-305N.log", 0x22008b5e0d643ecbULL, 0xc0f16321ff436767ULL},
+    {"holux-gm-210.log", 0x125a4fa262ad31a4ULL, 0x125a4fa262ad31a4ULL},
+    {"isync.log", 0x019ddaa7b72f5a44ULL, 0xbccb4be5f0c1e50eULL},
+    {"magellan-ec10.log", 0x439661ec1014d8c4ULL, 0x183d6f4f4b2d9a46ULL},
+    {"myguide-3100.log", 0x408dba2c0bcc2a12ULL, 0xc7656dae9019521dULL},
+    {"telit-he910.log", 0x6f16dd6f9172677dULL, 0xbdd8957e0c6ed2f5ULL},
+    {"triton400.log", 0xe70faaadb95fb15fULL, 0xf563bf036957aaa3ULL},
 };
 
 std::uint64_t ReplayChecksum(const std::string& capture, const char* zone) {

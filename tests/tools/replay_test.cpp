@@ -138,6 +138,12 @@ TEST(ReplayTest, SummaryCountsTicksFixesAndDroppedSentences) {
 
     const Result garmin = RunCommand({"replay", testing::TestDataFile("gpsd/GPSmap-76S.log")});
     EXPECT_NE(garmin.out.find("12 ticks, 0 fixes, 0 dropped"), std::string::npos) << garmin.out;
+
+    const Result garmin48 = RunCommand({"replay", testing::TestDataFile("gpsd/garmin48.log")});
+    EXPECT_NE(garmin48.out.find(
+                  "7 ticks, 7 fixes, 1 dropped sentence (1 checksum failure, 0 broken)"),
+              std::string::npos)
+        << garmin48.out;
 }
 
 TEST(ReplayTest, OptionsShapeTheTicks) {

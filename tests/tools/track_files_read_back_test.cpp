@@ -3,7 +3,6 @@
 // must return every point with its position.
 
 #include <gtest/gtest.h>
-#include <sys/wait.h>
 
 #include <cstdio>
 #include <sstream>
@@ -12,51 +11,13 @@
 #include "core/data/track_logger.h"
 #include "tests/core/data/track_test_support.h"
 #include "tests/core/test_support.h"
+#include "tests/tools/shell_command.h"
 
 namespace tolvane {
 namespace {
 
-struct CommandResult {
-    int exitCode = -1;
-    std::string output;  // standard output and error together
-};
-
-CommandResult RunCommand(const std::string& command) {
-    CommandResult result;
-    std::FILE* pipe = popen((command + " 2>&1").c_str(), "r");
-    if (pipe == nullptr) return result;
-    char buffer[4096];
-    std::size_t read = 0;
-    while ((read = std::fread(buffer, 1, sizeof buffer, pipe)) > 0)
-        result.output.append(buffer, read);
-    const int status = pclose(pipe);
-    if (WIFEXITED(status)) result.exitCode = WEXITSTATUS(status);
-    return result;
-}
-
-std::string Quoted(const std::string& path) {
-    return "'" + path + "'";
-}
-
-bool IsWellFormed(const std::string& path) {
-    return RunCommand("xmllint --noout " + Quoted(path)).exitCode == 0;
-}
-
-// gpsbabel's unicsv output, CR LF lines: a header, then one line per point.
-std::vector<std::string> GpsbabelRows(const std::string& arguments, const std::string& path) {
-    const CommandResult result =
-        RunCommand("gpsbabel " + arguments + " -f " + Quoted(path) + " -o unicsv -F -");
-    EXPECT_EQ(result.exitCode, 0) << result.output;
-    std::vector<std::string> rows;
-    std::istringstream lines(result.output);
-    std::string line;
-    std::getline(lines, line);
-    while (std::getline(lines, line)) {
-        if (!line.empty() && line.back() == '\r') line.pop_back();
-        rows.push_back(line);
-    }
-    return rows;
-}
+using testing::GpsbabelRows;
+using testing::IsWellFormedXml;
 
 constexpr int kPoints = 4;
 
@@ -71,7 +32,7 @@ std::string LogTrack(const testing::TemporaryFolder& folder, std::int32_t format
     for (int i = 0; i < kPoints; ++i) {
         gps.latitude = 52.5 + 0.001 * i;
         TrackTimerTick(logger, {gps, options, true, folder.Path(), clock, 0});
-        EXPECT_TRUE(IsWellFormed(logger.currentPath)) << "after point " << i + 1;
+        EXPECT_TRUE(IsWellFormedXml(logger.currentPath)) << "after point " << i + 1;
         clock.AdvanceSeconds(1);
     }
     return logger.currentPath;

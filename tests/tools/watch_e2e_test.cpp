@@ -14,27 +14,14 @@
 #include <vector>
 
 #include "tests/core/nmea_sentence.h"
+#include "tests/tools/shell_command.h"
 
 namespace {
 
 using tolvane::testing::NmeaSentence;
 
-// Output of a shell command and its exit status.
-struct Output {
-    std::string text;
-    int status = -1;
-};
-
-Output RunShell(const std::string& command) {
-    Output output;
-    FILE* pipe = popen(command.c_str(), "r");
-    if (pipe == nullptr) return output;
-    char chunk[4096];
-    for (std::size_t n; (n = fread(chunk, 1, sizeof chunk, pipe)) > 0;)
-        output.text.append(chunk, n);
-    output.status = pclose(pipe);
-    return output;
-}
+using tolvane::testing::RunShell;
+using tolvane::testing::ShellResult;
 
 std::vector<nlohmann::json> JsonLines(const std::string& text) {
     std::vector<nlohmann::json> lines;
@@ -71,7 +58,7 @@ TEST(WatchEndToEndTest, TicksOfALiveReceiverCarryTheFedPositions) {
         }
     });
 
-    const Output output =
+    const ShellResult output =
         RunShell(std::string(TOLVANE_PROGRAM_DIR) + "/tolvane-tool watch --source port --port " +
                  name + " --baud 4800 --seconds 3 --json");
     feeding = false;
@@ -79,9 +66,9 @@ TEST(WatchEndToEndTest, TicksOfALiveReceiverCarryTheFedPositions) {
     close(master);
     close(slave);
 
-    ASSERT_EQ(output.status, 0) << output.text;
-    const std::vector<nlohmann::json> ticks = JsonLines(output.text);
-    ASSERT_EQ(ticks.size(), 3u) << output.text;
+    ASSERT_EQ(output.exitCode, 0) << output.output;
+    const std::vector<nlohmann::json> ticks = JsonLines(output.output);
+    ASSERT_EQ(ticks.size(), 3u) << output.output;
     for (const nlohmann::json& tick : ticks) EXPECT_EQ(tick["connected"], 1);
     // The reader parses once a second, so the first tick may come before
     // the first parse; the last one has a fix.
@@ -95,15 +82,15 @@ TEST(WatchEndToEndTest, TicksOfALiveReceiverCarryTheFedPositions) {
 
 TEST(WatchEndToEndTest, AMissingPortIsAClearErrorAndBadArgumentsAUsageError) {
     const std::string tool = std::string(TOLVANE_PROGRAM_DIR) + "/tolvane-tool";
-    const Output missing = RunShell(
+    const ShellResult missing = RunShell(
         tool + " watch --source port --port /nonexistent/tty --baud 4800 --seconds 1 2>&1");
-    EXPECT_EQ(WEXITSTATUS(missing.status), 1);
-    EXPECT_NE(missing.text.find("/nonexistent/tty"), std::string::npos);
-    EXPECT_NE(missing.text.find("0x08200a06"), std::string::npos);
+    EXPECT_EQ(missing.exitCode, 1);
+    EXPECT_NE(missing.output.find("/nonexistent/tty"), std::string::npos);
+    EXPECT_NE(missing.output.find("0x08200a06"), std::string::npos);
 
-    const Output wrong = RunShell(tool + " watch --source gid --port COM1 --baud 4800 2>&1");
-    EXPECT_EQ(WEXITSTATUS(wrong.status), 2);
-    EXPECT_NE(wrong.text.find("Usage: tolvane-tool"), std::string::npos);
+    const ShellResult wrong = RunShell(tool + " watch --source gid --port COM1 --baud 4800 2>&1");
+    EXPECT_EQ(wrong.exitCode, 2);
+    EXPECT_NE(wrong.output.find("Usage: tolvane-tool"), std::string::npos);
 }
 
 }  // namespace

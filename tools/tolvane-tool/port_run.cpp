@@ -1,10 +1,13 @@
 #include "tools/tolvane-tool/port_run.h"
 
 #include <charconv>
+#include <filesystem>
 #include <sstream>
 
 #include "core/app/gps_commands.h"
 #include "core/app/main_timer.h"
+#include "core/base/program_paths.h"
+#include "core/data/geo_point_file.h"
 
 namespace tolvane::tool {
 namespace {
@@ -29,6 +32,64 @@ bool ParseInteger(const std::string& text, long long& value) {
     return !text.empty() && error == std::errc() && stop == end;
 }
 
+namespace {
+
+// Reads a whole number within [low, high] into target.
+bool SetInteger(const std::string& value, long long low, long long high,
+                std::optional<std::int32_t>& target) {
+    long long integer = 0;
+    if (!ParseInteger(value, integer) || integer < low || integer > high) return false;
+    target = static_cast<std::int32_t>(integer);
+    return true;
+}
+
+bool SetTrackFormat(const std::string& value, std::optional<std::int32_t>& target) {
+    static const char* const kFormats[] = {"log", "gpx", "kml"};
+    for (std::int32_t format = 0; format < 3; ++format) {
+        if (value == kFormats[format]) target = format;
+    }
+    return target.has_value();
+}
+
+// Applies one option that takes a value; false when the value is bad.
+bool SetValueOption(const std::string& name, const std::string& value, RunSettings& settings) {
+    double number = 0;
+    if (name == "--options") settings.optionsFile = value;
+    if (name == "--out") settings.trackFolder = value;
+    if (name == "--destinations") settings.destinationsFile = value;
+    if (name == "--options" || name == "--out" || name == "--destinations") return !value.empty();
+    if (name == "--min-speed") {
+        if (!ParseNumber(value, number) || number < 0) return false;
+        settings.minimumSpeed = number;
+        return true;
+    }
+    if (name == "--processor") return SetInteger(value, 0, 9, settings.dataProcessor);
+    if (name == "--unit") return SetInteger(value, 0, 9, settings.unitSystem);
+    if (name == "--track-format") return SetTrackFormat(value, settings.trackFormat);
+    if (name == "--interval") return SetInteger(value, 0, 1'000'000, settings.trackInterval);
+    if (name == "--navigation") return SetInteger(value, 0, 1, settings.navigation);
+    if (name == "--default-range")
+        return SetInteger(value, 0, 1'000'000'000, settings.defaultRange);
+    if (name == "--speed-alarm") return SetInteger(value, -1, 7, settings.speedAlarm);
+    std::optional<std::int32_t> voice;
+    if (!SetInteger(value, 0, 1, voice)) return false;
+    settings.voice = *voice == 1;
+    return true;
+}
+
+bool TakesValue(const std::string& name) {
+    static const char* const kNames[] = {"--options",       "--out",         "--destinations",
+                                         "--min-speed",     "--processor",   "--unit",
+                                         "--track-format",  "--interval",    "--navigation",
+                                         "--default-range", "--speed-alarm", "--voice"};
+    for (const char* known : kNames) {
+        if (name == known) return true;
+    }
+    return false;
+}
+
+}  // namespace
+
 bool ParseRunOption(const Arguments& arguments, std::size_t& index, RunSettings& settings,
                     std::string& error) {
     const std::string& name = arguments[index];
@@ -36,29 +97,28 @@ bool ParseRunOption(const Arguments& arguments, std::size_t& index, RunSettings&
         settings.json = true;
         return true;
     }
-    if (name != "--processor" && name != "--unit" && name != "--min-speed" && name != "--options") {
-        return false;
+    if (name == "--always-default-range") {
+        settings.alwaysDefaultRange = true;
+        return true;
     }
+    if (!TakesValue(name)) return false;
     std::string value;
-    long long integer = 0;
-    double number = 0;
     if (!ValueOf(arguments, index, value)) {
         error = name + " needs a value";
-    } else if (name == "--options") {
-        settings.optionsFile = value;
-    } else if (name == "--min-speed") {
-        if (ParseNumber(value, number) && number >= 0) {
-            settings.minimumSpeed = number;
-        } else {
-            error = "--min-speed needs a speed of 0 or more, not '" + value + "'";
-        }
-    } else if (ParseInteger(value, integer) && integer >= 0 && integer <= 9) {
-        (name == "--processor" ? settings.dataProcessor : settings.unitSystem) =
-            static_cast<std::int32_t>(integer);
-    } else {
-        error = name + " needs a small whole number, not '" + value + "'";
+    } else if (!SetValueOption(name, value, settings)) {
+        error = "bad value '" + value + "' for " + name;
     }
     return true;
+}
+
+std::string CheckRunSettings(const RunSettings& settings) {
+    if (settings.trackFormat && settings.trackFolder.empty()) {
+        return "--track-format needs --out DIR, the folder for the track files";
+    }
+    if (!settings.trackFormat && (settings.trackInterval || !settings.trackFolder.empty())) {
+        return "--interval and --out go with --track-format";
+    }
+    return {};
 }
 
 bool MakeRunOptions(const RunSettings& settings, Options& options, std::string& error) {
@@ -70,12 +130,64 @@ bool MakeRunOptions(const RunSettings& settings, Options& options, std::string& 
     options.dataProcessor = settings.dataProcessor.value_or(options.dataProcessor);
     options.unitSystem = settings.unitSystem.value_or(options.unitSystem);
     options.minimumSpeed = settings.minimumSpeed.value_or(options.minimumSpeed);
+    if (settings.trackFormat) {
+        options.trackLoggerEnabled = 1;
+        options.trackLogFormat = *settings.trackFormat;
+    }
+    if (settings.trackInterval) {
+        options.trackIntervalIndex = 0;
+        options.trackIntervalValues[0] = ClampTrackInterval(*settings.trackInterval);
+    }
+    options.navigation = settings.navigation.value_or(options.navigation);
+    options.defaultProximityRange = settings.defaultRange.value_or(options.defaultProximityRange);
+    if (settings.alwaysDefaultRange) options.alwaysUseDefaultRange = 1;
+    options.speedAlarmIndex = settings.speedAlarm.value_or(options.speedAlarmIndex);
+    options.voiceGuide = settings.voice ? 1 : 0;
     return true;
 }
 
+bool PrepareRun(AppState& app, const RunSettings& settings, std::string& error) {
+    app.folders.trackLogDir = settings.trackFolder;
+    app.alarm.path = ProgramFile("Alarm.wav");
+    if (!settings.trackFolder.empty() && !std::filesystem::is_directory(settings.trackFolder)) {
+        error = "cannot write track files into " + settings.trackFolder + ": no such folder";
+        return false;
+    }
+    if (settings.destinationsFile.empty()) return true;
+    DynamicList<GeoPoint> destinations;
+    if (!LoadPointFile(settings.destinationsFile, destinations).opened) {
+        error = "cannot read the destination list " + settings.destinationsFile;
+        return false;
+    }
+    OpenDestinationList(app.navigation, destinations);
+    return true;
+}
+
+void RunTimers(AppState& app, Host& host) {
+    MainTimerProc(app, host);
+    TrackTimerProc(app, host);
+}
+
+std::string RunOptionsUsage() {
+    return "  --json                    print the state of every tick as one JSON line\n"
+           "  --processor N             data processor: 0 raw, 1 averaging, 2 smoothing\n"
+           "  --unit N                  unit system: 0 metric, 1 imperial, 2 nautical\n"
+           "  --min-speed V             minimum speed, in the unit system's speed unit\n"
+           "  --options FILE            start from a settings record; the options here win\n"
+           "  --track-format log|gpx|kml  log the track, into the folder of --out\n"
+           "  --interval S              seconds between track points (1..3600)\n"
+           "  --out DIR                 the folder for the track files\n"
+           "  --destinations CSV        a destination list to guide through\n"
+           "  --navigation 0|1          Go-To navigation off or on (default 1)\n"
+           "  --default-range N         default proximity range, metres or feet by unit system\n"
+           "  --always-default-range    use the default range for every destination\n"
+           "  --speed-alarm INDEX       speed alarm: -1 off, 0..7 the alarm values of the record\n"
+           "  --voice 0|1               speak arrivals with espeak-ng (default 0: alarm sound)\n";
+}
+
 PortRun::PortRun(const Clock& clock, SerialDevice& device, const Options& options,
-                 std::ostream& messages)
-    : host_(clock, quiet_, quiet_, quiet_, messages) {
+                 RunServices& services, std::ostream& messages)
+    : host_(clock, services.Sound(), services.Processes(), services.Speech(), messages) {
     app.options = options;
     app.options.gpsSource = kGpsSourcePort;
     // The tool reads receivers and recordings; it keeps no NMEA log of them.
@@ -85,6 +197,7 @@ PortRun::PortRun(const Clock& clock, SerialDevice& device, const Options& option
     LinkPortSourceToHost(port, host_);
     port.links.lostGps = [this] {
         StopLostPortGps(port, host_);
+        app.gpsRunning = false;
         lost_ = true;
     };
     app.readActiveSource = [this] { return ReadPortSource(port); };
@@ -100,11 +213,12 @@ bool PortRun::Start(const std::string& portName, std::uint32_t baudRate, ReaderD
     port.baudRate = baudRate;
     if (!OpenPort(port) || !StartReader(port, drive)) return false;
     UpdateGpsState(app);
+    app.gpsRunning = true;
     return true;
 }
 
 void PortRun::Tick() {
-    MainTimerProc(app, host_);
+    RunTimers(app, host_);
     ++ticks_;
     if (app.gps.connected && app.gps.fixValid) ++fixes_;
 }
@@ -114,12 +228,20 @@ NmeaParseStats PortRun::ParseStats() {
     return port.parseStats;
 }
 
+namespace {
+
+std::string Count(int number, const char* singular, const char* plural) {
+    return std::to_string(number) + ' ' + (number == 1 ? singular : plural);
+}
+
+}  // namespace
+
 std::string RunSummary(int ticks, int fixes, const NmeaParseStats& stats) {
-    std::ostringstream text;
-    text << ticks << " ticks, " << fixes << " fixes, "
-         << stats.checksumFailures + stats.brokenSentences << " dropped sentences ("
-         << stats.checksumFailures << " checksum failures, " << stats.brokenSentences << " broken)";
-    return text.str();
+    return Count(ticks, "tick", "ticks") + ", " + Count(fixes, "fix", "fixes") + ", " +
+           Count(stats.checksumFailures + stats.brokenSentences, "dropped sentence",
+                 "dropped sentences") +
+           " (" + Count(stats.checksumFailures, "checksum failure", "checksum failures") + ", " +
+           std::to_string(stats.brokenSentences) + " broken)";
 }
 
 }  // namespace tolvane::tool

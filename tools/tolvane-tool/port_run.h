@@ -7,6 +7,9 @@
 
 #include "core/app/app_state.h"
 #include "core/gps/port_source.h"
+#include "platform/command_line_sound.h"
+#include "platform/process_runner.h"
+#include "platform/speech_engine_finder.h"
 #include "tools/tolvane-tool/commands.h"
 #include "tools/tolvane-tool/tool_host.h"
 
@@ -23,6 +26,25 @@ class QuietServices final : public SoundService, public ProcessRunner, public Sp
     std::string FindEngineProgram() const override { return {}; }
 };
 
+// The sound, process and speech services of a run: quiet, or the
+// machine's own when the run speaks its arrivals (--voice 1).
+class RunServices {
+  public:
+    explicit RunServices(bool speak) : speak_(speak) {}
+    SoundService& Sound() { return speak_ ? static_cast<SoundService&>(sound_) : quiet_; }
+    ProcessRunner& Processes() { return speak_ ? static_cast<ProcessRunner&>(processes_) : quiet_; }
+    const SpeechEngineFinder& Speech() const {
+        return speak_ ? static_cast<const SpeechEngineFinder&>(speech_) : quiet_;
+    }
+
+  private:
+    bool speak_;
+    QuietServices quiet_;
+    platform::CommandLineSoundService sound_;
+    platform::LinuxProcessRunner processes_;
+    platform::LinuxSpeechEngineFinder speech_;
+};
+
 // What the replay and the watch take from their command lines besides
 // their own arguments.
 struct RunSettings {
@@ -31,19 +53,43 @@ struct RunSettings {
     std::optional<std::int32_t> dataProcessor;
     std::optional<std::int32_t> unitSystem;
     std::optional<double> minimumSpeed;
+
+    std::optional<std::int32_t> trackFormat;  // the logger is on when set
+    std::optional<std::int32_t> trackInterval;
+    std::string trackFolder;       // --out: the track files go straight here
+    std::string destinationsFile;  // --destinations: the Go-To list
+    std::optional<std::int32_t> navigation;
+    std::optional<std::int32_t> defaultRange;
+    bool alwaysDefaultRange = false;
+    std::optional<std::int32_t> speedAlarm;
+    bool voice = false;  // arrivals are spoken; otherwise they take the alarm sound
 };
 
-// Handles the options shared by replay and watch at arguments[index]
-// (--json, --processor N, --unit N, --min-speed V, --options FILE) and
+// Handles the options shared by replay and watch at arguments[index] and
 // moves index past them. Returns false when arguments[index] is none of
 // them; a missing or bad value sets error.
 bool ParseRunOption(const Arguments& arguments, std::size_t& index, RunSettings& settings,
                     std::string& error);
 
+// What is wrong with the combination of the options, empty when nothing is.
+std::string CheckRunSettings(const RunSettings& settings);
+
 // The settings of the run: the record of --options (else the defaults) with
 // the single options over it, whatever their order. False with error set
 // when the record cannot be read.
 bool MakeRunOptions(const RunSettings& settings, Options& options, std::string& error);
+
+// Prepares the application state of a run for its settings: the track
+// folder, the destination list, the alarm sound beside the program. False
+// with error set when the destination list cannot be read.
+bool PrepareRun(AppState& app, const RunSettings& settings, std::string& error);
+
+// One second of the program: the main timer's procedure, then the track
+// timer's.
+void RunTimers(AppState& app, Host& host);
+
+// The usage lines of the options above.
+std::string RunOptionsUsage();
 
 // Reads a whole-number argument; false when it is not one.
 bool ParseInteger(const std::string& text, long long& value);
@@ -57,7 +103,7 @@ std::string RunSummary(int ticks, int fixes, const NmeaParseStats& stats);
 // host whose timer is the source's watchdog.
 class PortRun {
   public:
-    PortRun(const Clock& clock, SerialDevice& device, const Options& options,
+    PortRun(const Clock& clock, SerialDevice& device, const Options& options, RunServices& services,
             std::ostream& messages);
     ~PortRun();
     PortRun(const PortRun&) = delete;
@@ -71,7 +117,7 @@ class PortRun {
     // source when the receiver went away or fell silent.
     void FireWatchdog() { host_.FireTimers(); }
 
-    // One run of the main timer's procedure; counts ticks and fixes.
+    // One second of the program's timers; counts ticks and fixes.
     void Tick();
 
     bool Lost() const { return lost_; }
@@ -84,7 +130,6 @@ class PortRun {
     PortSource port;
 
   private:
-    QuietServices quiet_;
     ToolHost host_;
     bool lost_ = false;
     int ticks_ = 0;

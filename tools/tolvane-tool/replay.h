@@ -5,9 +5,11 @@
 #include <string>
 #include <string_view>
 
+#include "core/app/app_state.h"
 #include "core/data/options.h"
 #include "core/gps/gps_state.h"
 #include "core/gps/nmea_record.h"
+#include "tools/tolvane-tool/port_run.h"
 
 namespace tolvane::tool {
 
@@ -18,18 +20,24 @@ struct ReplayTotals {
 };
 
 // Plays a recorded NMEA log through the port source, the reader's framing
-// and parse, the watchdog and the main timer's procedure, one tick per
-// second of the recording, with a clock that follows the recording's UTC
-// time. onTick, when given, sees the GPS state after each tick; messages
-// receives what the program would show in message boxes.
-ReplayTotals ReplayRecording(std::string_view recording, const Options& options,
-                             std::ostream& messages,
-                             const std::function<void(const GpsState&)>& onTick);
+// and parse, the watchdog, the main timer's procedure and the track timer,
+// one tick per second of the recording, with a clock that follows the
+// recording's UTC time. onTick, when given, sees the application state
+// after each tick; messages receives what the program would show in
+// message boxes. False with error set when the run cannot be prepared (a
+// destination list that cannot be read).
+bool ReplayRecording(std::string_view recording, const RunSettings& settings,
+                     const Options& options, std::ostream& messages,
+                     const std::function<void(AppState&)>& onTick, ReplayTotals& totals,
+                     std::string& error);
 
 // The same for the recording in a file, played while it is read, so that a
-// long recording is never held whole. False when the file cannot be read;
-// messages is told which file and why.
-bool ReplayRecordingFile(const std::string& path, const Options& options, std::ostream& messages,
-                         const std::function<void(const GpsState&)>& onTick, ReplayTotals& totals);
+// long recording is never held whole. False when the file cannot be read,
+// with messages told which file and why and error left empty, or with error
+// set when the run cannot be prepared.
+bool ReplayRecordingFile(const std::string& path, const RunSettings& settings,
+                         const Options& options, std::ostream& messages,
+                         const std::function<void(AppState&)>& onTick, ReplayTotals& totals,
+                         std::string& error);
 
 }  // namespace tolvane::tool

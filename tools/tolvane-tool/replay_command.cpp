@@ -25,11 +25,18 @@ class RecordingClock final : public Clock {
 // as they come. The run starts with the first second, at its time.
 class RecordingPlayer {
   public:
-    RecordingPlayer(const Options& options, std::ostream& messages,
-                    const std::function<void(const GpsState&)>& onTick)
-        : run_(clock_, device_, options, messages),
+    RecordingPlayer(const RunSettings& settings, const Options& options, std::ostream& messages,
+                    const std::function<void(AppState&)>& onTick)
+        : services_(settings.voice),
+          run_(clock_, device_, options, services_, messages),
           baudRate_(BaudRateForIndex(options.baudIndex)),
           onTick_(onTick) {}
+
+    // Prepares the run for its settings; false with error set when it
+    // cannot be.
+    bool Prepare(const RunSettings& settings, std::string& error) {
+        return PrepareRun(run_.app, settings, error);
+    }
 
     // Plays one second; false, playing nothing, once the source was lost.
     bool Play(std::string_view bytes, FileTime utc) {
@@ -42,7 +49,7 @@ class RecordingPlayer {
         run_.FireWatchdog();
         if (IsPortOpen(run_.port)) ReaderPass(run_.port);
         run_.Tick();
-        if (onTick_) onTick_(run_.app.gps);
+        if (onTick_) onTick_(run_.app);
         return true;
     }
 
@@ -63,9 +70,10 @@ class RecordingPlayer {
 
     RecordingClock clock_;
     RecordingDevice device_;
+    RunServices services_;
     PortRun run_;
     std::uint32_t baudRate_;
-    const std::function<void(const GpsState&)>& onTick_;
+    const std::function<void(AppState&)>& onTick_;
     bool started_ = false;
 };
 
@@ -123,26 +131,38 @@ class RecordingWindow {
 
 }  // namespace
 
-ReplayTotals ReplayRecording(std::string_view recording, const Options& options,
-                             std::ostream& messages,
-                             const std::function<void(const GpsState&)>& onTick) {
-    RecordingPlayer player(options, messages, onTick);
+bool ReplayRecording(std::string_view recording, const RunSettings& settings,
+                     const Options& options, std::ostream& messages,
+                     const std::function<void(AppState&)>& onTick, ReplayTotals& totals,
+                     std::string& error) {
+    RecordingPlayer player(settings, options, messages, onTick);
+    if (!player.Prepare(settings, error)) return false;
     for (const RecordedSecond& second : SplitIntoSeconds(recording)) {
         if (!player.Play(recording.substr(second.begin, second.end - second.begin), second.utc)) {
             break;
         }
     }
-    return player.Finish();
+    totals = player.Finish();
+    return true;
 }
 
-bool ReplayRecordingFile(const std::string& path, const Options& options, std::ostream& messages,
-                         const std::function<void(const GpsState&)>& onTick, ReplayTotals& totals) {
+bool ReplayRecordingFile(const std::string& path, const RunSettings& settings,
+                         const Options& options, std::ostream& messages,
+                         const std::function<void(AppState&)>& onTick, ReplayTotals& totals,
+                         std::string& error) {
+    // A file that cannot be read is told before the run is prepared.
     std::ifstream in(path, std::ios::binary);
     if (!in) return ReportUnreadable(path, messages);
-    RecordingPlayer player(options, messages, onTick);
     RecordingWindow window;
+    bool more = window.Read(in);
+    if (in.bad()) return ReportUnreadable(path, messages);
+    RecordingPlayer player(settings, options, messages, onTick);
+    if (!player.Prepare(settings, error)) return false;
     bool playing = true;
-    while (playing && window.Read(in)) playing = window.Play(false, player);
+    while (playing && more) {
+        playing = window.Play(false, player);
+        more = playing && window.Read(in);
+    }
     if (in.bad()) return ReportUnreadable(path, messages);
     if (playing) window.Play(true, player);
     totals = player.Finish();
@@ -161,6 +181,7 @@ int RunReplayCommand(const Arguments& arguments, std::ostream& out, std::ostream
         }
     }
     if (error.empty() && logPath.empty()) error = "the NMEA log to play is missing";
+    if (error.empty()) error = CheckRunSettings(settings);
     if (!error.empty()) {
         err << "tolvane-tool: replay: " << error << "\n\n" << UsageText();
         return kExitUsage;
@@ -170,11 +191,12 @@ int RunReplayCommand(const Arguments& arguments, std::ostream& out, std::ostream
         err << "tolvane-tool: replay: " << error << '\n';
         return kExitFailure;
     }
-    const auto printTick = [&out](const GpsState& state) { out << TickJson(state) << '\n'; };
+    const auto printTick = [&out](AppState& app) { out << TickJson(app) << '\n'; };
     ReplayTotals totals;
-    if (!ReplayRecordingFile(
-            logPath, options, err,
-            settings.json ? std::function<void(const GpsState&)>(printTick) : nullptr, totals)) {
+    if (!ReplayRecordingFile(logPath, settings, options, err,
+                             settings.json ? std::function<void(AppState&)>(printTick) : nullptr,
+                             totals, error)) {
+        if (!error.empty()) err << "tolvane-tool: replay: " << error << '\n';
         return kExitFailure;
     }
     if (!settings.json) {

@@ -2,6 +2,8 @@
 
 #include <type_traits>
 
+#include "tools/tolvane-tool/json_writer.h"
+
 namespace tolvane::tool {
 namespace {
 
@@ -18,8 +20,7 @@ void Array(JsonWriter& json, std::string_view key, const T (&values)[N]) {
     json.EndArray();
 }
 
-}  // namespace
-
+// Every field of the GPS state, keyed by its field name.
 void WriteGpsStateFields(JsonWriter& json, const GpsState& s) {
     json.Integer("connected", s.connected);
     json.Integer("fixValid", s.fixValid);
@@ -58,10 +59,14 @@ void WriteGpsStateFields(JsonWriter& json, const GpsState& s) {
     json.Integer("timeResyncCountdown", s.timeResyncCountdown);
 }
 
-std::string TickJson(const GpsState& state) {
+}  // namespace
+
+std::string TickJson(AppState& app) {
     JsonWriter json;
     json.BeginObject();
-    WriteGpsStateFields(json, state);
+    WriteGpsStateFields(json, app.gps);
+    json.Integer("destinationIndex", CurrentDestinationIndex(app.navigation));
+    json.Integer("alarmSounding", app.alarm.sounding ? 1 : 0);
     json.EndObject();
     return json.Text();
 }

@@ -6,6 +6,7 @@
 #include <ostream>
 
 #include "tools/tolvane-tool/commands.h"
+#include "tools/tolvane-tool/port_run.h"
 
 namespace tolvane::tool {
 
@@ -22,14 +23,13 @@ std::string UsageText() {
            "  watch --source port --port NAME|PATH --baud N [--seconds S] [--home DIR] [OPTIONS]\n"
            "                            read a live receiver, one tick per second; NAME is a\n"
            "                            port of the port folder (COM0..COM9, GPD1..GPD9)\n"
+           "  watch --source gid [--seconds S] [--home DIR] [OPTIONS]\n"
+           "                            read the shared GPS service (gpsd, through GID.QX.so\n"
+           "                            in the program folder), one tick per second\n"
            "  --help                    show this text\n"
            "\n"
-           "Options of replay and watch:\n"
-           "  --json                    print the GPS state of every tick as one JSON line\n"
-           "  --processor N             data processor: 0 raw, 1 averaging, 2 smoothing\n"
-           "  --unit N                  unit system of the minimum speed\n"
-           "  --min-speed V             minimum speed, in the unit system's speed unit\n"
-           "  --options FILE            start from a settings record; the options above win\n";
+           "Options of replay and watch:\n" +
+           RunOptionsUsage();
 }
 
 int RunTool(const Arguments& arguments, std::ostream& out, std::ostream& err) {

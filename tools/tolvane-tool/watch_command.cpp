@@ -7,6 +7,7 @@
 #include "platform/serial_device.h"
 #include "tools/tolvane-tool/port_run.h"
 #include "tools/tolvane-tool/tick_json.h"
+#include "tools/tolvane-tool/watch_gid.h"
 
 namespace tolvane::tool {
 namespace {
@@ -50,10 +51,15 @@ std::string ParseWatchArguments(const Arguments& arguments, WatchArguments& watc
             return "unexpected argument '" + name + "'";
         }
     }
-    if (watch.source != "port") return "--source port is the only source";
+    if (watch.source == "gid") {
+        if (!watch.port.empty() || watch.baudRate != 0)
+            return "--port and --baud are for --source port";
+        return {};
+    }
+    if (watch.source != "port") return "--source needs port or gid";
     if (watch.port.empty()) return "--port NAME|PATH is needed";
     if (watch.baudRate == 0) return "--baud N is needed";
-    return {};
+    return CheckRunSettings(watch.settings);
 }
 
 }  // namespace
@@ -70,6 +76,9 @@ int RunWatchCommand(const Arguments& arguments, std::ostream& out, std::ostream&
         err << "tolvane-tool: watch: " << error << '\n';
         return kExitFailure;
     }
+    if (watch.source == "gid") {
+        return RunGidWatch({options, watch.settings, watch.seconds, watch.home}, out, err);
+    }
 
     // Port names resolve through the program folder, and the messages of
     // a lost receiver come from its language file.
@@ -78,7 +87,12 @@ int RunWatchCommand(const Arguments& arguments, std::ostream& out, std::ostream&
 
     const SystemClock clock;
     platform::TermiosSerialDevice device;
-    PortRun run(clock, device, options, err);
+    RunServices services(watch.settings.voice);
+    PortRun run(clock, device, options, services, err);
+    if (!PrepareRun(run.app, watch.settings, error)) {
+        err << "tolvane-tool: watch: " << error << '\n';
+        return kExitFailure;
+    }
     if (!run.Start(watch.port, static_cast<std::uint32_t>(watch.baudRate), ReaderDrive::kThread)) {
         err << "tolvane-tool: watch: cannot use the port " << watch.port << " ("
             << platform::ResolvePortPath(watch.port) << "): " << run.port.lastErrorCode << '\n';
@@ -90,7 +104,7 @@ int RunWatchCommand(const Arguments& arguments, std::ostream& out, std::ostream&
         run.FireWatchdog();
         if (run.Lost()) break;
         run.Tick();
-        if (watch.settings.json) out << TickJson(run.app.gps) << std::endl;
+        if (watch.settings.json) out << TickJson(run.app) << std::endl;
     }
     if (!watch.settings.json) {
         out << watch.port << ": " << RunSummary(run.Ticks(), run.Fixes(), run.ParseStats()) << '\n';

@@ -7,12 +7,9 @@
 #include "core/app/gid_commands.h"
 #include "core/app/main_timer.h"
 #include "core/base/string_manager.h"
-#include "platform/command_line_sound.h"
 #include "platform/device_queries.h"
 #include "platform/dynamic_library.h"
-#include "platform/process_runner.h"
 #include "platform/program_location.h"
-#include "platform/speech_engine_finder.h"
 #include "tools/tolvane-tool/commands.h"
 #include "tools/tolvane-tool/tick_json.h"
 #include "tools/tolvane-tool/tool_host.h"
@@ -26,31 +23,35 @@ int RunGidWatch(const GidWatch& watch, std::ostream& out, std::ostream& err) {
     CStringManager::GetInstance().Load(kLanguageEnglish, kSubLanguageEnglishUs);
 
     const SystemClock clock;
-    platform::CommandLineSoundService sound;
-    platform::LinuxProcessRunner processes;
-    const platform::LinuxSpeechEngineFinder speech;
-    ToolHost host(clock, sound, processes, speech, err);
+    RunServices services(watch.settings.voice);
+    ToolHost host(clock, services.Sound(), services.Processes(), services.Speech(), err);
     const platform::LinuxDeviceQueries machine;
     platform::SystemLibraryLoader loader;
 
     AppState app;
     app.options = watch.options;
     app.options.gpsSource = kGpsSourceGid;
+    std::string error;
+    if (!PrepareRun(app, watch.settings, error)) {
+        err << "tolvane-tool: watch: " << error << '\n';
+        return kExitFailure;
+    }
     GidSource source;
     if (!StartGidSource(source, {host, machine, loader, nullptr, nullptr})) return kExitFailure;
     app.readActiveSource = [&source] { return ReadGidSource(source); };
     UpdateGpsState(app);
+    app.gpsRunning = true;
 
     int fixes = 0;
     const auto start = std::chrono::steady_clock::now();
     for (long long tick = 1; watch.seconds < 0 || tick <= watch.seconds; ++tick) {
         std::this_thread::sleep_until(start + std::chrono::seconds(tick));
-        MainTimerProc(app, host);
+        RunTimers(app, host);
         if (app.gps.connected && app.gps.fixValid) ++fixes;
-        if (watch.json) out << TickJson(app.gps) << std::endl;
+        if (watch.settings.json) out << TickJson(app) << std::endl;
     }
     StopGidSource(source);
-    if (!watch.json) {
+    if (!watch.settings.json) {
         out << "shared GPS service: " << watch.seconds << " ticks, " << fixes << " fixes\n";
     }
     return kExitOk;

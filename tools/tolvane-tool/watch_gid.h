@@ -4,13 +4,14 @@
 #include <string>
 
 #include "core/data/options.h"
+#include "tools/tolvane-tool/port_run.h"
 
 namespace tolvane::tool {
 
 // What "watch --source gid" takes from its command line.
 struct GidWatch {
     Options options{};       // the fields that shape the published state
-    bool json = false;       // one JSON object per tick
+    RunSettings settings;    // --json, the track, the destinations, the voice
     long long seconds = -1;  // ticks to run; below 0 runs until stopped
     std::string home;        // --home, empty for the executable's folder
 };

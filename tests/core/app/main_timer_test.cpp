@@ -5,30 +5,22 @@
 #include <filesystem>
 
 #include "core/nav/distance.h"
+#include "tests/core/app/recording_host.h"
 #include "tests/core/test_support.h"
 
 namespace tolvane {
 namespace {
 
-class CountingHost final : public Host {
+// Counts repaints and idle resets and keeps what was played.
+class CountingHost final : public testing::RecordingHost {
   public:
     FileTime NowUtc() const override { return now; }
-    int StartTimer(int, std::function<void()>) override { return 1; }
-    void KillTimer(int) override {}
     bool PlaySoundFile(const std::string& path, SoundMode mode) override {
         played.push_back(path + (mode == SoundMode::kLoop ? " loop" : " once"));
         return true;
     }
-    bool StopSound() override { return true; }
-    bool PlayLimitBeep() override { return true; }
-    bool RunAndWait(const std::string&, const std::vector<std::string>&) override { return false; }
-    std::string TemporaryFolder() const override { return "/tmp"; }
-    std::string FindEngineProgram() const override { return {}; }
-    void ShowMessage(const std::string&, const std::string&, MessageIcon) override {}
-    bool AskYesNo(const std::string&, const std::string&) override { return false; }
     void Repaint() override { ++repaints; }
     void ResetIdleTimer() override { ++idleResets; }
-    void NotifyRmcParsed() override {}
 
     FileTime now = *CivilToFileTime({2011, 7, 4, 16, 5, 9, 0});
     std::vector<std::string> played;

@@ -12,6 +12,7 @@ namespace {
 
 using testing::LoggingOptions;
 using testing::ManualClock;
+using testing::WriteFileBytes;
 using testing::MovingFix;
 using testing::ReadFileBytes;
 
@@ -189,6 +190,41 @@ TEST_F(TrackFileTest, DamagedOrMissingFilesNeverGetAHalfPoint) {
     }
     EXPECT_EQ(track_.Count(), before);
     EXPECT_FALSE(std::filesystem::exists(folder_.File("missing")));
+}
+
+// A point cut short by a kill is dropped and the trailer written again;
+// complete files, log files and the points before the cut are left alone.
+TEST_F(TrackFileTest, RepairCutsBackToTheLastCompletePoint) {
+    for (const std::int32_t format : {kTrackFormatGpx, kTrackFormatKml}) {
+        Start(format);
+        Append();
+        Append();
+        const std::string whole = ReadFileBytes(path_);
+        const std::string trailer = format == kTrackFormatGpx ? kGpxTrailer : kKmlTrailer;
+        EXPECT_FALSE(RepairTrackFile(path_));
+        EXPECT_EQ(ReadFileBytes(path_), whole);
+
+        const std::size_t secondPoint =
+            whole.rfind(format == kTrackFormatGpx ? "<trkpt" : "  <Placemark>");
+        const std::string onePoint = whole.substr(0, secondPoint);
+        WriteFileBytes(path_, whole.substr(0, secondPoint + 40));  // cut inside the second point
+        EXPECT_TRUE(RepairTrackFile(path_));
+        EXPECT_EQ(ReadFileBytes(path_), onePoint + trailer);
+
+        WriteFileBytes(path_, whole.substr(0, whole.size() - 3));  // cut inside the trailer
+        EXPECT_EQ(RepairTrackFolder(folder_.Path()), 1);
+        EXPECT_EQ(ReadFileBytes(path_), whole);
+        std::filesystem::remove(path_);
+        track_.Clear();
+    }
+    Start(kTrackFormatGpx);
+    WriteFileBytes(path_, std::string(kGpxHeader).substr(0, 60));  // not even a whole header
+    EXPECT_FALSE(RepairTrackFile(path_));
+    WriteFileBytes(folder_.File("20110704080509.gpx.part"), kGpxHeader);
+    WriteFileBytes(folder_.File("notes.log"), "1,2,,x");
+    RepairTrackFolder(folder_.Path());
+    EXPECT_FALSE(std::filesystem::exists(folder_.File("20110704080509.gpx.part")));
+    EXPECT_EQ(ReadFileBytes(folder_.File("notes.log")), "1,2,,x");
 }
 
 TEST_F(TrackFileTest, ReadsLogLinesBackAndSkipsWhatIsNotOne) {
