@@ -291,7 +291,6 @@ void SortSatellitesByPrn(NmeaSatellite* satellites, int count) {
         places[i] = i;
     }
     if (std::is_sorted(prns, prns + count)) return;
-    bool exchanged = false;
     for (int i = 0; i < count; ++i) {
         for (int j = i; j < count; ++j) {
             const bool exchange = prns[i] > prns[j];
@@ -301,10 +300,8 @@ void SortSatellitesByPrn(NmeaSatellite* satellites, int count) {
             prns[j] = exchange ? prn : prns[j];
             places[i] = exchange ? places[j] : place;
             places[j] = exchange ? place : places[j];
-            exchanged = exchanged || exchange;
         }
     }
-    if (!exchanged) return;
     NmeaSatellite sorted[kMaxSatellites];
     for (int i = 0; i < count; ++i) sorted[i] = satellites[places[i]];
     std::copy(sorted, sorted + count, satellites);
