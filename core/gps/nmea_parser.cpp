@@ -2,6 +2,7 @@
 #include <array>
 #include <bit>
 #include <cfloat>
+#include <cstddef>
 #include <cstdint>
 #include <cstdlib>
 #include <cstring>
@@ -734,8 +735,13 @@ GpsFix NmeaFixReader::Read(const NmeaRecord& record) {
     const NmeaRecord::Rmc& rmc = record.rmc;
     GpsFix fix;
     fix.fixValid = record.IsFixValid() ? 1 : 0;
-    fix.latitude = Keep(latitude_, rmc.latitude, [&] { return record.Latitude(); });
-    fix.longitude = Keep(longitude_, rmc.longitude, [&] { return record.Longitude(); });
+    // A coordinate's bytes run on into its hemisphere, so they are taken
+    // from the section as a whole.
+    const char* const rmcBytes = reinterpret_cast<const char*>(&rmc);
+    fix.latitude = Keep(latitude_, rmcBytes + offsetof(NmeaRecord::Rmc, latitude),
+                        [&] { return record.Latitude(); });
+    fix.longitude = Keep(longitude_, rmcBytes + offsetof(NmeaRecord::Rmc, longitude),
+                         [&] { return record.Longitude(); });
     fix.altitude = Keep(altitude_, record.gga.altitude, [&] { return record.Altitude(); });
     fix.course = Keep(course_, rmc.course, [&] { return record.Course(); });
     fix.speedKnots = Keep(speedKnots_, rmc.speedKnots, [&] { return record.SpeedKnots(); });
