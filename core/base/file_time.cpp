@@ -66,44 +66,74 @@ std::optional<std::int64_t> LocalOffset(std::int64_t unixSeconds) {
     return *localTime / kFileTimeTicksPerSecond - kEpochDifferenceSeconds - unixSeconds;
 }
 
-// The local offset of the last quarter hour asked for. The C library looks
-// the time zone up again on every conversion, and a replay converts every
-// fix, so the offset is kept while the zone (the TZ variable, which is what
-// the library itself compares) and the quarter hour stay the same. A
-// quarter hour whose two ends differ holds a change that does not fall on
-// its start, such as a change at one minute past midnight or one of the odd
-// offsets of the past: each second of it is converted on its own.
+// The local offsets of the quarter hours last asked for. The C library looks
+// the time zone up again on every conversion (without TZ it even checks the
+// zone file on disk), and a replay converts every fix, so the offsets are
+// kept while the zone stays the same: the TZ variable, which is what the
+// library itself compares. A replay of several recordings, or of one that
+// spans days, goes back and forth between a few quarter hours, so a few are
+// kept. A quarter hour whose two ends differ holds a change that does not
+// fall on its start, such as a change at one minute past midnight or one of
+// the odd offsets of the past: each second of it is converted on its own.
 class LocalOffsetCache {
   public:
     std::optional<std::int64_t> Offset(std::int64_t unixSeconds) {
         const char* zone = std::getenv("TZ");
-        const std::int64_t quarter = FloorDiv(unixSeconds, kSteadyOffsetSeconds);
-        if (!Holds(zone, quarter)) Fill(zone, quarter);
-        return steady_ ? offset_ : LocalOffset(unixSeconds);
+        if (!IsZone(zone)) ChangeZone(zone);
+        const Quarter& quarter = Find(FloorDiv(unixSeconds, kSteadyOffsetSeconds));
+        return quarter.steady ? quarter.offset : LocalOffset(unixSeconds);
     }
 
   private:
-    bool Holds(const char* zone, std::int64_t quarter) const {
-        return filled_ && quarter == quarter_ && (zone != nullptr) == zoneSet_ &&
-               (zone == nullptr || zone_ == zone);
+    static constexpr int kKeptQuarters = 16;
+
+    struct Quarter {
+        bool filled = false;
+        std::int64_t index = 0;  // quarter hours since the Unix epoch
+        std::optional<std::int64_t> offset;
+        bool steady = false;
+    };
+
+    bool IsZone(const char* zone) const {
+        return (zone != nullptr) == zoneSet_ && (zone == nullptr || zone_ == zone);
     }
 
-    void Fill(const char* zone, std::int64_t quarter) {
-        filled_ = true;
+    void ChangeZone(const char* zone) {
         zoneSet_ = zone != nullptr;
         zone_ = zoneSet_ ? zone : "";
-        quarter_ = quarter;
-        const std::int64_t start = quarter * kSteadyOffsetSeconds;
-        offset_ = LocalOffset(start);
-        steady_ = offset_ && offset_ == LocalOffset(start + kSteadyOffsetSeconds - 1);
+        for (Quarter& quarter : quarters_) quarter.filled = false;
     }
 
-    bool filled_ = false;
+    // The kept quarter hour, the last one found first; else the oldest kept
+    // one makes room for it.
+    const Quarter& Find(std::int64_t index) {
+        const auto holds = [index](const Quarter& quarter) {
+            return quarter.filled && quarter.index == index;
+        };
+        if (holds(quarters_[last_])) return quarters_[last_];
+        for (int i = 0; i < kKeptQuarters; ++i) {
+            if (holds(quarters_[i])) {
+                last_ = i;
+                return quarters_[i];
+            }
+        }
+        last_ = oldest_;
+        oldest_ = (oldest_ + 1) % kKeptQuarters;
+        Quarter& quarter = quarters_[last_];
+        quarter.filled = true;
+        quarter.index = index;
+        const std::int64_t start = index * kSteadyOffsetSeconds;
+        quarter.offset = LocalOffset(start);
+        quarter.steady =
+            quarter.offset && quarter.offset == LocalOffset(start + kSteadyOffsetSeconds - 1);
+        return quarter;
+    }
+
     bool zoneSet_ = false;
     std::string zone_;
-    std::int64_t quarter_ = 0;
-    std::optional<std::int64_t> offset_;
-    bool steady_ = false;
+    Quarter quarters_[kKeptQuarters];
+    int last_ = 0;
+    int oldest_ = 0;
 };
 
 std::optional<std::int64_t> CachedLocalOffset(std::int64_t unixSeconds) {

@@ -112,6 +112,22 @@ TEST(LocalTimeZoneTest, ZonesOfTheDatabaseConvertAsTheLibraryDoesAlsoInTheirPast
     }
 }
 
+TEST(LocalTimeZoneTest, TimesThatJumpBackAndForthConvertAsTheLibraryDoes) {
+    // As a replay of recordings made on many days does: summer and winter,
+    // either side of a change, in turns.
+    const testing::ScopedTimeZone scope("CET-1CEST,M3.5.0,M10.5.0/3");
+    const std::int64_t change = UnixSeconds({2021, 3, 28, 1, 0, 0});
+    std::vector<std::int64_t> times;
+    for (int day = 0; day < 40; ++day) times.push_back(change + (day - 20) * 86'400 + day * 97);
+    for (int round = 0; round < 3; ++round) {
+        for (const std::int64_t time : times) {
+            for (const std::int64_t second : {time, change - 1 - round, change + round}) {
+                ASSERT_TRUE(AgreesWithTheLibrary(second));
+            }
+        }
+    }
+}
+
 TEST(LocalTimeZoneTest, AChangedZoneTakesEffectAtOnce) {
     const FileTime utc = *CivilToFileTime({2021, 7, 4, 12, 0, 0, 250});
     const auto local = [utc](const char* zone) {
