@@ -1,21 +1,29 @@
 #!/usr/bin/env bash
-# Builds everything and runs every test: the developer build, then the core
-# tests again under the address and undefined-behaviour sanitizers.
+# Builds everything and runs every test: the developer build's tests, the
+# core tests again under the address and undefined-behaviour sanitizers,
+# and a bounded fuzzing run of the NMEA parser. Ends with one line that
+# counts the tests that ran.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
 scripts/install-deps.sh
 
 jobs=$(nproc)
+logs=$(mktemp -d)
+trap 'rm -rf "$logs"' EXIT
 
 cmake --preset dev
 cmake --build --preset dev -j "$jobs"
-ctest --test-dir build/dev --output-on-failure -j "$jobs"
+ctest --test-dir build/dev --output-on-failure -j "$jobs" | tee "$logs/ctest.log"
 
 cmake --preset asan -DTOLVANE_BUILD_BENCHMARKS=OFF
 cmake --build --preset asan -j "$jobs" --target tolvane_core_tests
 TZ=UTC ASAN_OPTIONS=detect_leaks=1 UBSAN_OPTIONS=print_stacktrace=1 \
-  build/asan/bin/tolvane_core_tests
+  build/asan/bin/tolvane_core_tests | tee "$logs/asan.log"
 
 # A bounded fuzzing run of the NMEA parser under the sanitizers.
 scripts/fuzz.sh 60
+
+developer=$(sed -n 's/.*tests passed, 0 tests failed out of \([0-9]*\).*/\1/p' "$logs/ctest.log")
+sanitized=$(sed -n 's/^\[  PASSED  \] \([0-9]*\) tests\?\..*/\1/p' "$logs/asan.log")
+echo "tests: $((developer + sanitized)) passed, 0 failed"

@@ -34,7 +34,7 @@ SourceReading ReadPortSource(PortSource& port) {
     SourceReading reading;
     reading.connected = IsPortOpen(port) ? 1 : 0;
     std::lock_guard<std::mutex> guard(port.lock);
-    reading.snapshot = ReadNmeaFix(port.record);
+    reading.snapshot = port.fixReader.Read(port.record);
     return reading;
 }
 

@@ -1,8 +1,10 @@
 #include "core/base/file_time.h"
 
 #include <chrono>
+#include <cstdlib>
 #include <ctime>
 #include <mutex>
+#include <string>
 
 namespace tolvane {
 namespace {
@@ -34,9 +36,110 @@ std::int64_t FloorDiv(std::int64_t a, std::int64_t b) {
     return a / b - ((a % b != 0) && ((a < 0) != (b < 0)));
 }
 
+// Time zones are whole quarter hours off UTC and change their offset at a
+// whole local hour, nearly always, so the offset mostly holds for each
+// quarter hour of UTC.
+constexpr std::int64_t kSteadyOffsetSeconds = 15 * 60;
+
 std::mutex& TimeZoneMutex() {
     static std::mutex mutex;
     return mutex;
+}
+
+// Local time minus UTC, in seconds, at the given Unix time; nullopt when the
+// local time cannot be had or is no file time. A leap second reads as the
+// second before it. The caller holds TimeZoneMutex: std::localtime shares
+// one static result between callers.
+std::optional<std::int64_t> LocalOffset(std::int64_t unixSeconds) {
+    const std::time_t time = static_cast<std::time_t>(unixSeconds);
+    const std::tm* local = std::localtime(&time);
+    if (local == nullptr) return std::nullopt;
+    CivilTime c;
+    c.year = local->tm_year + 1900;
+    c.month = local->tm_mon + 1;
+    c.day = local->tm_mday;
+    c.hour = local->tm_hour;
+    c.minute = local->tm_min;
+    c.second = local->tm_sec > 59 ? 59 : local->tm_sec;
+    const std::optional<FileTime> localTime = CivilToFileTime(c);
+    if (!localTime) return std::nullopt;
+    return *localTime / kFileTimeTicksPerSecond - kEpochDifferenceSeconds - unixSeconds;
+}
+
+// The local offsets of the quarter hours last asked for. The C library looks
+// the time zone up again on every conversion (without TZ it even checks the
+// zone file on disk), and a replay converts every fix, so the offsets are
+// kept while the zone stays the same: the TZ variable, which is what the
+// library itself compares. A replay of several recordings, or of one that
+// spans days, goes back and forth between a few quarter hours, so a few are
+// kept. A quarter hour whose two ends differ holds a change that does not
+// fall on its start, such as a change at one minute past midnight or one of
+// the odd offsets of the past: each second of it is converted on its own.
+class LocalOffsetCache {
+  public:
+    std::optional<std::int64_t> Offset(std::int64_t unixSeconds) {
+        const char* zone = std::getenv("TZ");
+        if (!IsZone(zone)) ChangeZone(zone);
+        const Quarter& quarter = Find(FloorDiv(unixSeconds, kSteadyOffsetSeconds));
+        return quarter.steady ? quarter.offset : LocalOffset(unixSeconds);
+    }
+
+  private:
+    static constexpr int kKeptQuarters = 16;
+
+    struct Quarter {
+        bool filled = false;
+        std::int64_t index = 0;  // quarter hours since the Unix epoch
+        std::optional<std::int64_t> offset;
+        bool steady = false;
+    };
+
+    bool IsZone(const char* zone) const {
+        return (zone != nullptr) == zoneSet_ && (zone == nullptr || zone_ == zone);
+    }
+
+    void ChangeZone(const char* zone) {
+        zoneSet_ = zone != nullptr;
+        zone_ = zoneSet_ ? zone : "";
+        for (Quarter& quarter : quarters_) quarter.filled = false;
+    }
+
+    // The kept quarter hour, the last one found first; else the oldest kept
+    // one makes room for it.
+    const Quarter& Find(std::int64_t index) {
+        const auto holds = [index](const Quarter& quarter) {
+            return quarter.filled && quarter.index == index;
+        };
+        if (holds(quarters_[last_])) return quarters_[last_];
+        for (int i = 0; i < kKeptQuarters; ++i) {
+            if (holds(quarters_[i])) {
+                last_ = i;
+                return quarters_[i];
+            }
+        }
+        last_ = oldest_;
+        oldest_ = (oldest_ + 1) % kKeptQuarters;
+        Quarter& quarter = quarters_[last_];
+        quarter.filled = true;
+        quarter.index = index;
+        const std::int64_t start = index * kSteadyOffsetSeconds;
+        quarter.offset = LocalOffset(start);
+        quarter.steady =
+            quarter.offset && quarter.offset == LocalOffset(start + kSteadyOffsetSeconds - 1);
+        return quarter;
+    }
+
+    bool zoneSet_ = false;
+    std::string zone_;
+    Quarter quarters_[kKeptQuarters];
+    int last_ = 0;
+    int oldest_ = 0;
+};
+
+std::optional<std::int64_t> CachedLocalOffset(std::int64_t unixSeconds) {
+    static LocalOffsetCache cache;
+    std::lock_guard<std::mutex> lock(TimeZoneMutex());
+    return cache.Offset(unixSeconds);
 }
 
 }  // namespace
@@ -82,27 +185,10 @@ CivilTime FileTimeToCivil(FileTime time) {
 }
 
 FileTime UtcToLocal(FileTime utc) {
-    const std::int64_t totalSeconds = FloorDiv(utc, kFileTimeTicksPerSecond);
-    const std::time_t unixSeconds =
-        static_cast<std::time_t>(totalSeconds - kEpochDifferenceSeconds);
-    std::tm local{};
-    {
-        // std::localtime shares one static result between callers.
-        std::lock_guard<std::mutex> lock(TimeZoneMutex());
-        const std::tm* result = std::localtime(&unixSeconds);
-        if (result == nullptr) return utc;
-        local = *result;
-    }
-    CivilTime c;
-    c.year = local.tm_year + 1900;
-    c.month = local.tm_mon + 1;
-    c.day = local.tm_mday;
-    c.hour = local.tm_hour;
-    c.minute = local.tm_min;
-    c.second = local.tm_sec > 59 ? 59 : local.tm_sec;
-    const std::optional<FileTime> localSeconds = CivilToFileTime(c);
-    if (!localSeconds) return utc;
-    return *localSeconds + (utc - totalSeconds * kFileTimeTicksPerSecond);
+    const std::int64_t unixSeconds =
+        FloorDiv(utc, kFileTimeTicksPerSecond) - kEpochDifferenceSeconds;
+    const std::optional<std::int64_t> offset = CachedLocalOffset(unixSeconds);
+    return offset ? utc + *offset * kFileTimeTicksPerSecond : utc;
 }
 
 FileTime SystemClock::NowUtc() const {

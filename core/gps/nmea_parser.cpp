@@ -1,8 +1,12 @@
 #include <algorithm>
 #include <array>
+#include <bit>
+#include <cfloat>
+#include <cstddef>
 #include <cstdint>
 #include <cstdlib>
 #include <cstring>
+#include <optional>
 #include <utility>
 
 #include "core/gps/nmea_record.h"
@@ -14,6 +18,7 @@ constexpr double kMinutesToDegrees = 0.016666666666666666;
 constexpr int kHeaderLength = 6;  // "GPRMC," and its kin, behind the '$'
 
 enum class SentenceKind { kUnknown, kRmc, kGsv, kGsa, kGga };
+constexpr std::size_t kSentenceKinds = 5;
 
 // The kept headers in the order they are tried.
 constexpr std::pair<const char*, SentenceKind> kKeptHeaders[] = {
@@ -23,12 +28,32 @@ constexpr std::pair<const char*, SentenceKind> kKeptHeaders[] = {
     {"GPGGA,", SentenceKind::kGga},
 };
 
+// The kind of the header the text starts with. The comparison stops at the
+// first character that differs, so it never reads past the end of a text
+// that ends inside the header. Every kept header starts with the talker
+// "GP", which is compared once.
 SentenceKind MatchHeader(const char* header) {
+    constexpr int kTalkerLength = 2;
+    if (header[0] != 'G' || header[1] != 'P') return SentenceKind::kUnknown;
     for (const auto& [text, kind] : kKeptHeaders) {
-        if (std::memcmp(header, text, kHeaderLength) == 0) return kind;
+        int i = kTalkerLength;
+        while (i < kHeaderLength && header[i] == text[i]) ++i;
+        if (i == kHeaderLength) return kind;
     }
     return SentenceKind::kUnknown;
 }
+
+// The exclusive-or of each kept header's characters, by kind: the start of
+// its sentence's checksum.
+constexpr std::array<int, kSentenceKinds> kHeaderChecksums = [] {
+    std::array<int, kSentenceKinds> checksums{};
+    for (const auto& [text, kind] : kKeptHeaders) {
+        for (int i = 0; i < kHeaderLength; ++i) {
+            checksums[static_cast<std::size_t>(kind)] ^= static_cast<unsigned char>(text[i]);
+        }
+    }
+    return checksums;
+}();
 
 // Copies at most count leading characters of text, stopping at its end, as a
 // zero-terminated string into out, which holds count + 1 cells.
@@ -45,13 +70,9 @@ bool IsSpace(char c) {
     return c == ' ' || (c >= '\t' && c <= '\r');
 }
 
-// atoi of at most count leading characters of text. The conversion runs in
-// the parser's own loop for every satellite, so it is done here rather than
-// by copying the field for std::atoi; the result is the same. No integer
-// field is longer than four characters, so the value cannot overflow.
-int LeadingInt(const char* text, std::size_t count) {
-    constexpr std::size_t kLongestIntegerText = 9;
-    count = std::min(count, kLongestIntegerText);
+// atoi of at most count leading characters of text, for text that starts
+// with a blank or a sign.
+int SignedLeadingInt(const char* text, std::size_t count) {
     std::size_t i = 0;
     while (i < count && IsSpace(text[i])) ++i;
     const bool negative = i < count && text[i] == '-';
@@ -61,33 +82,114 @@ int LeadingInt(const char* text, std::size_t count) {
     return negative ? -value : value;
 }
 
+// Whether c is a digit, and which.
+bool TakeDigit(char c, unsigned& digit) {
+    digit = static_cast<unsigned char>(c) - unsigned{'0'};
+    return digit <= 9;
+}
+
+// atoi of at most Count leading characters of text. The conversion runs in
+// the parser's own loop for every satellite and for every field on every
+// tick, so it is done here rather than by copying the field for std::atoi;
+// the result is the same. No integer field is longer than four characters,
+// so the value cannot overflow. A field the parser filled starts with a
+// digit or is empty, which the loop, unrolled for the field's length, takes
+// first.
+template <std::size_t Count>
+int LeadingInt(const char* text) {
+    static_assert(Count > 0);
+    constexpr std::size_t kLongestIntegerText = 9;
+    constexpr std::size_t count = std::min(Count, kLongestIntegerText);
+    unsigned digit = 0;
+    if (TakeDigit(text[0], digit)) {
+        unsigned value = digit;
+        for (std::size_t i = 1; i < count && TakeDigit(text[i], digit); ++i) {
+            value = value * 10 + digit;
+        }
+        return static_cast<int>(value);
+    }
+    if (text[0] == '\0') return 0;
+    return SignedLeadingInt(text, count);
+}
+
+// No numeric field is longer than this; the conversions read no further.
+constexpr std::size_t kLongestNumberText = 15;
+
+// A division of two doubles is rounded once, straight to double, only where
+// expressions are evaluated in their own type (not on the x87 unit).
+constexpr bool kDivisionRoundsOnce = FLT_EVAL_METHOD == 0;
+
 // atof of at most count leading characters of text. The copy keeps the
 // conversion inside the field even when a record was filled by hand without
 // its terminating zeros.
-double LeadingDouble(const char* text, std::size_t count) {
-    constexpr std::size_t kLongestNumberText = 15;
+double AtofOfLeading(const char* text, std::size_t count) {
     char buffer[kLongestNumberText + 1];
     CopyLeading(buffer, text, std::min(count, kLongestNumberText));
     return std::atof(buffer);
 }
 
+// Whether strtod could read on behind the digits of a decimal number at c:
+// into an exponent, or a hexadecimal number behind a zero.
+bool CouldContinueNumber(char c) {
+    return c == 'e' || c == 'E' || c == 'x' || c == 'X';
+}
+
+// atof of at most Count leading characters of text, by a quicker way where
+// it gives the same: the fields are read for every satellite on every tick,
+// and strtod is slow on them. The quick way takes text that is empty, or
+// starts with a plain decimal number "-?digits[.digits]" with at least one
+// digit that ends the text or is followed by a character strtod stops at
+// (as when a receiver sends more fields behind the VDOP). It leaves
+// anything else (blanks, '+', an exponent, hexadecimal, "inf") to atof.
+// With at most 15 digits the digits make an integer below 2^53 and the
+// point a power of ten up to 10^15, both exact doubles, so one correctly
+// rounded division gives the double nearest to the text: the value atof
+// gives.
+template <std::size_t Count>
+double LeadingDouble(const char* text) {
+    static constexpr double kPowersOfTen[kLongestNumberText + 1] = {
+        1e0, 1e1, 1e2, 1e3, 1e4, 1e5, 1e6, 1e7, 1e8, 1e9, 1e10, 1e11, 1e12, 1e13, 1e14, 1e15};
+    static_assert(Count > 0);
+    constexpr std::size_t count = std::min(Count, kLongestNumberText);
+    if constexpr (!kDivisionRoundsOnce) return AtofOfLeading(text, count);
+    const bool negative = text[0] == '-';
+    std::size_t i = negative ? 1 : 0;
+    std::uint64_t digits = 0;
+    unsigned digit = 0;
+    for (; i < count && TakeDigit(text[i], digit); ++i) digits = digits * 10 + digit;
+    const std::size_t wholeEnd = i;
+    const bool point = i < count && text[i] == '.';
+    if (point) ++i;
+    const std::size_t fractionStart = i;
+    for (; i < count && TakeDigit(text[i], digit); ++i) digits = digits * 10 + digit;
+    const std::size_t fractionDigits = i - fractionStart;
+    const bool hasDigits = wholeEnd > (negative ? 1 : 0) || fractionDigits > 0;
+    const bool ended = i == count || text[i] == '\0';
+    const bool plain =
+        hasDigits ? ended || !CouldContinueNumber(text[i]) : ended && !negative && !point;
+    if (!plain) return AtofOfLeading(text, count);
+    const double value = static_cast<double>(digits) / kPowersOfTen[fractionDigits];
+    return negative ? -value : value;
+}
+
 template <std::size_t Size>
 int FieldInt(const char (&field)[Size]) {
-    return LeadingInt(field, Size - 1);
+    return LeadingInt<Size - 1>(field);
 }
 
 template <std::size_t Size>
 double FieldDouble(const char (&field)[Size]) {
-    return LeadingDouble(field, Size - 1);
+    return LeadingDouble<Size - 1>(field);
 }
 
-// Degrees from "ddmm.mmmm" (degreeDigits 2) or "dddmm.mmmm" (3): the minutes
+// Degrees from "ddmm.mmmm" (DegreeDigits 2) or "dddmm.mmmm" (3): the minutes
 // are the seven characters behind the degrees.
-double Coordinate(const char* text, std::size_t degreeDigits, bool positive) {
+template <std::size_t DegreeDigits>
+double Coordinate(const char* text, bool positive) {
     constexpr std::size_t kMinuteCharacters = 7;
     const double degrees =
-        LeadingInt(text, degreeDigits) +
-        LeadingDouble(text + degreeDigits, kMinuteCharacters) * kMinutesToDegrees;
+        LeadingInt<DegreeDigits>(text) +
+        LeadingDouble<kMinuteCharacters>(text + DegreeDigits) * kMinutesToDegrees;
     return positive ? degrees : -degrees;
 }
 
@@ -162,10 +264,13 @@ class FieldWalker {
     // Characters past the array's end are dropped; the last cell always
     // ends up as the terminating zero.
     void CopyUntil(char* field, std::size_t size, std::uint8_t ends) {
+        const char* const start = position_;
         std::size_t length = 0;
-        for (char c = *position_; !Ends(c, ends); c = *++position_) {
-            if (length < size) field[length++] = c;
+        for (; length < size && !Ends(start[length], ends); ++length) {
+            field[length] = start[length];
         }
+        position_ = start + length;
+        while (!Ends(*position_, ends)) ++position_;
         field[size - 1] = '\0';
     }
 
@@ -173,18 +278,34 @@ class FieldWalker {
     int field_ = 1;
 };
 
-// Orders records 0 to count-1 by PRN, exchanging whole records.
+// Orders records 0 to count-1 by PRN, exchanging whole records. Most
+// receivers send their satellites in PRN order already, which the exchanges
+// would leave as it is. Otherwise the exchanges are worked out on the
+// records' places first, without a branch that the order of the PRNs
+// decides, and the records are moved once at the end; the order is that of
+// exchanging the records themselves.
 void SortSatellitesByPrn(NmeaSatellite* satellites, int count) {
     int prns[kMaxSatellites];
-    for (int i = 0; i < count; ++i) prns[i] = FieldInt(satellites[i].prn);
+    int places[kMaxSatellites];
+    for (int i = 0; i < count; ++i) {
+        prns[i] = FieldInt(satellites[i].prn);
+        places[i] = i;
+    }
+    if (std::is_sorted(prns, prns + count)) return;
     for (int i = 0; i < count; ++i) {
         for (int j = i; j < count; ++j) {
-            if (prns[i] > prns[j]) {
-                std::swap(satellites[i], satellites[j]);
-                std::swap(prns[i], prns[j]);
-            }
+            const bool exchange = prns[i] > prns[j];
+            const int prn = prns[i];
+            const int place = places[i];
+            prns[i] = exchange ? prns[j] : prn;
+            prns[j] = exchange ? prn : prns[j];
+            places[i] = exchange ? places[j] : place;
+            places[j] = exchange ? place : places[j];
         }
     }
+    NmeaSatellite sorted[kMaxSatellites];
+    for (int i = 0; i < count; ++i) sorted[i] = satellites[places[i]];
+    std::copy(sorted, sorted + count, satellites);
 }
 
 // Where the scan of one sentence, from its '$', came to an end.
@@ -214,40 +335,66 @@ const char* FindDollar(const char* text) {
     return std::strchr(text, '$');
 }
 
-// The exclusive-or of the bytes from begin to end, eight at a time.
+// The exclusive-or of the bytes from begin to end, eight at a time. The
+// bytes left over behind the last eight are taken from the eight that end
+// the range, less the bytes already counted.
 int XorOfBytes(const char* begin, const char* end) {
-    std::uint64_t word = 0;
-    for (; end - begin >= 8; begin += 8) {
+    const auto eightAt = [](const char* at) {
         std::uint64_t eight;
-        std::memcpy(&eight, begin, sizeof eight);
-        word ^= eight;
+        std::memcpy(&eight, at, sizeof eight);
+        return eight;
+    };
+    const bool wide = end - begin >= 8;
+    std::uint64_t word = 0;
+    for (; end - begin >= 8; begin += 8) word ^= eightAt(begin);
+    const int left = static_cast<int>(end - begin);
+    if (wide && left > 0) {
+        const int counted = 8 * (8 - left);
+        const std::uint64_t last = eightAt(end - 8);
+        word ^= std::endian::native == std::endian::little ? last >> counted << counted
+                                                           : last << counted >> counted;
+    } else {
+        for (; begin < end; ++begin) word ^= static_cast<unsigned char>(*begin);
     }
-    for (; begin < end; ++begin) word ^= static_cast<unsigned char>(*begin);
     word ^= word >> 32;
     word ^= word >> 16;
     word ^= word >> 8;
     return static_cast<int>(word & 0xFF);
 }
 
+// The first '*', '$' or zero from text on. The library's searches for one
+// character are quicker than its search for any of a set, and a sentence
+// nearly always holds its '*' and no '$'.
+const char* StarOrCut(const char* text) {
+    const char* star = std::strchr(text, '*');
+    const char* end = star != nullptr ? star : text + std::strlen(text);
+    const void* dollar = std::memchr(text, '$', static_cast<std::size_t>(end - text));
+    return dollar != nullptr ? static_cast<const char*>(dollar) : end;
+}
+
+// The header behind dollar that is none of the kept ones: cut by a new
+// '$', ended with the text, or whole, with the scan to go on behind it.
+SentenceScan ScanUnknownHeader(const char* dollar) {
+    for (int i = 1; i <= kHeaderLength; ++i) {
+        if (dollar[i] == '\0') return {};
+        if (dollar[i] == '$') return {ScanOutcome::kCut, SentenceKind::kUnknown, dollar + i};
+    }
+    return {ScanOutcome::kUnknownHeader, SentenceKind::kUnknown, dollar + 1 + kHeaderLength};
+}
+
 // Reads the header, the body up to '*' and the two checksum characters of
 // the sentence that starts at dollar, in one pass.
 SentenceScan ScanSentence(const char* dollar) {
     SentenceScan scan;
-    int checksum = 0;
-    for (int i = 1; i <= kHeaderLength; ++i) {
-        const char c = dollar[i];
-        if (c == '\0') return scan;
-        if (c == '$') return {ScanOutcome::kCut, SentenceKind::kUnknown, dollar + i};
-        checksum ^= static_cast<unsigned char>(c);
-    }
     scan.kind = MatchHeader(dollar + 1);
+    if (scan.kind == SentenceKind::kUnknown) return ScanUnknownHeader(dollar);
+    // A kept header holds neither a zero nor a '$'.
     const char* p = dollar + 1 + kHeaderLength;
-    if (scan.kind == SentenceKind::kUnknown) return {ScanOutcome::kUnknownHeader, scan.kind, p};
-
-    const char* star = p + std::strcspn(p, "*$");
+    const char* star = StarOrCut(p);
     if (*star == '\0') return scan;
     if (*star == '$') return {ScanOutcome::kCut, scan.kind, star};
-    checksum ^= XorOfBytes(p, star);
+    const int checksum =
+        kHeaderChecksums[static_cast<std::size_t>(scan.kind)] ^ XorOfBytes(p, star);
     const char* received = star + 1;
     for (int i = 0; i < 2; ++i) {
         if (received[i] == '\0') return scan;
@@ -495,11 +642,11 @@ bool NmeaRecord::IsFixValid() const {
 }
 
 double NmeaRecord::Latitude() const {
-    return Coordinate(rmc.latitude, 2, rmc.latHemisphere == 'N');
+    return Coordinate<2>(rmc.latitude, rmc.latHemisphere == 'N');
 }
 
 double NmeaRecord::Longitude() const {
-    return Coordinate(rmc.longitude, 3, rmc.lonHemisphere == 'E');
+    return Coordinate<3>(rmc.longitude, rmc.lonHemisphere == 'E');
 }
 
 double NmeaRecord::SpeedKnots() const {
@@ -558,37 +705,62 @@ FileTime NmeaRecord::FixLocalTime() const {
     char year[5] = {'2', '0'};
     CopyLeading(year + 2, rmc.date + 4, 2);
     CivilTime civil;
-    civil.year = LeadingInt(year, 4);
-    civil.month = LeadingInt(rmc.date + 2, 2);
-    civil.day = LeadingInt(rmc.date, 2);
-    civil.hour = LeadingInt(rmc.utcTime, 2);
-    civil.minute = LeadingInt(rmc.utcTime + 2, 2);
-    civil.second = LeadingInt(rmc.utcTime + 4, 2);
+    civil.year = LeadingInt<4>(year);
+    civil.month = LeadingInt<2>(rmc.date + 2);
+    civil.day = LeadingInt<2>(rmc.date);
+    civil.hour = LeadingInt<2>(rmc.utcTime);
+    civil.minute = LeadingInt<2>(rmc.utcTime + 2);
+    civil.second = LeadingInt<2>(rmc.utcTime + 4);
     // The digits behind the point are taken as they stand: ".5" is 5 ms.
-    civil.millisecond = LeadingInt(rmc.utcTime + 7, 3);
+    civil.millisecond = LeadingInt<3>(rmc.utcTime + 7);
     const std::optional<FileTime> utc = CivilToFileTime(civil);
     return utc ? UtcToLocal(*utc) : 0;
 }
 
 GpsFix ReadNmeaFix(const NmeaRecord& record) {
+    return NmeaFixReader().Read(record);
+}
+
+template <typename Value, std::size_t Bytes, typename Convert>
+Value NmeaFixReader::Keep(Kept<Value, Bytes>& kept, const void* key, Convert convert) {
+    if (!kept.filled || std::memcmp(kept.bytes, key, Bytes) != 0) {
+        std::memcpy(kept.bytes, key, Bytes);
+        kept.value = convert();
+        kept.filled = true;
+    }
+    return kept.value;
+}
+
+GpsFix NmeaFixReader::Read(const NmeaRecord& record) {
+    const NmeaRecord::Rmc& rmc = record.rmc;
     GpsFix fix;
     fix.fixValid = record.IsFixValid() ? 1 : 0;
-    fix.latitude = record.Latitude();
-    fix.longitude = record.Longitude();
-    fix.altitude = record.Altitude();
-    fix.course = record.Course();
-    fix.speedKnots = record.SpeedKnots();
+    // A coordinate's bytes run on into its hemisphere, so they are taken
+    // from the section as a whole.
+    const char* const rmcBytes = reinterpret_cast<const char*>(&rmc);
+    fix.latitude = Keep(latitude_, rmcBytes + offsetof(NmeaRecord::Rmc, latitude),
+                        [&] { return record.Latitude(); });
+    fix.longitude = Keep(longitude_, rmcBytes + offsetof(NmeaRecord::Rmc, longitude),
+                         [&] { return record.Longitude(); });
+    fix.altitude = Keep(altitude_, record.gga.altitude, [&] { return record.Altitude(); });
+    fix.course = Keep(course_, rmc.course, [&] { return record.Course(); });
+    fix.speedKnots = Keep(speedKnots_, rmc.speedKnots, [&] { return record.SpeedKnots(); });
     fix.satellitesInView = record.SatellitesInView();
     fix.satellitesUsed = record.SatellitesUsed();
     for (int i = 0; i < kMaxSatellites; ++i) {
-        fix.satPrn[i] = record.SatellitePrn(i);
-        fix.satSnr[i] = record.SatelliteSnr(i);
-        fix.satElevation[i] = record.SatelliteElevation(i);
-        fix.satAzimuth[i] = record.SatelliteAzimuth(i);
+        const NmeaSatellite& satellite = record.gsv.satellites[i];
+        const SatelliteValues values = Keep(satellites_[i], &satellite, [&] {
+            return SatelliteValues{record.SatellitePrn(i), record.SatelliteElevation(i),
+                                   record.SatelliteAzimuth(i)};
+        });
+        fix.satPrn[i] = values.prn;
+        fix.satSnr[i] = Keep(snrs_[i], satellite.snr, [&] { return record.SatelliteSnr(i); });
+        fix.satElevation[i] = values.elevation;
+        fix.satAzimuth[i] = values.azimuth;
     }
-    fix.pdop = record.Pdop();
-    fix.hdop = record.Hdop();
-    fix.vdop = record.Vdop();
+    fix.pdop = Keep(pdop_, record.gsa.pdop, [&] { return record.Pdop(); });
+    fix.hdop = Keep(hdop_, record.gsa.hdop, [&] { return record.Hdop(); });
+    fix.vdop = Keep(vdop_, record.gsa.vdop, [&] { return record.Vdop(); });
     fix.fixType = record.FixType();
     fix.fixTime = record.FixLocalTime();
     return fix;

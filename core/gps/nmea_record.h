@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 
 #include "core/base/file_time.h"
@@ -73,6 +74,10 @@ struct NmeaRecord {
     FileTime FixLocalTime() const;
 };
 static_assert(sizeof(NmeaRecord::Gsv) == 255);
+static_assert(offsetof(NmeaRecord::Rmc, latHemisphere) ==
+              offsetof(NmeaRecord::Rmc, latitude) + sizeof NmeaRecord::Rmc::latitude);
+static_assert(offsetof(NmeaRecord::Rmc, lonHemisphere) ==
+              offsetof(NmeaRecord::Rmc, longitude) + sizeof NmeaRecord::Rmc::longitude);
 
 // Follows a multi-message GSV sequence between calls of the parser.
 struct GsvPaging {
@@ -113,5 +118,50 @@ void ClearNmeaRecord(NmeaRecord& record);
 // Reads the record through its accessors into a fix, as the per-second update
 // does for the port sources.
 GpsFix ReadNmeaFix(const NmeaRecord& record);
+
+// Reads the record of one source into a fix, second after second, with the
+// result of ReadNmeaFix. Most fields keep their text from one second to the
+// next (a satellite's number, elevation and azimuth nearly always, the
+// dilutions and often the position too), and converting them is most of the
+// reading: each value is kept with the bytes it was converted from and
+// converted again only when those bytes changed.
+class NmeaFixReader {
+  public:
+    GpsFix Read(const NmeaRecord& record);
+
+  private:
+    // A value and the bytes of the record it was converted from.
+    template <typename Value, std::size_t Bytes>
+    struct Kept {
+        bool filled = false;
+        char bytes[Bytes];
+        Value value;
+    };
+
+    // The number, elevation and azimuth of a satellite, which begin its
+    // record.
+    struct SatelliteValues {
+        std::int32_t prn;
+        double elevation;
+        double azimuth;
+    };
+
+    // The kept value when the bytes at key are those it was converted from,
+    // else the value convert gives, kept with them.
+    template <typename Value, std::size_t Bytes, typename Convert>
+    static Value Keep(Kept<Value, Bytes>& kept, const void* key, Convert convert);
+
+    // Each coordinate is read with its hemisphere, which follows it.
+    Kept<double, sizeof NmeaRecord::Rmc::latitude + 1> latitude_;
+    Kept<double, sizeof NmeaRecord::Rmc::longitude + 1> longitude_;
+    Kept<double, sizeof NmeaRecord::Rmc::speedKnots> speedKnots_;
+    Kept<double, sizeof NmeaRecord::Rmc::course> course_;
+    Kept<double, sizeof NmeaRecord::Gga::altitude> altitude_;
+    Kept<double, sizeof NmeaRecord::Gsa::pdop> pdop_;
+    Kept<double, sizeof NmeaRecord::Gsa::hdop> hdop_;
+    Kept<double, sizeof NmeaRecord::Gsa::vdop> vdop_;
+    Kept<SatelliteValues, offsetof(NmeaSatellite, snr)> satellites_[kMaxSatellites];
+    Kept<std::int32_t, sizeof NmeaSatellite::snr> snrs_[kMaxSatellites];
+};
 
 }  // namespace tolvane

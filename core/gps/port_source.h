@@ -103,6 +103,7 @@ struct PortSource {
     NmeaRecord record{};
     GsvPaging paging;
     NmeaParseStats parseStats;  // every parse since the program started; under lock
+    NmeaFixReader fixReader;    // reads record for the per-second update; under lock
 
     // The reader's own read buffer, one byte longer for the terminating zero,
     // and the bytes of a read held back until a full buffer is parsed.

@@ -32,23 +32,19 @@ class ScopedEnvironment {
     std::optional<std::string> old_;
 };
 
-// Moves the process into another time zone (a POSIX rule such as "XST-2"
-// needs no zone database) for one scope; only platform tests may do this.
+// Puts the process into a time zone for one scope. The C library is told of
+// the zone put back only after the variable is restored, so the member that
+// tells it is the one destroyed last.
 class ScopedTimeZone {
   public:
-    explicit ScopedTimeZone(const char* zone) {
-        zone_.emplace("TZ", zone);
-        tzset();
-    }
-    ~ScopedTimeZone() {
-        zone_.reset();
-        tzset();
-    }
-    ScopedTimeZone(const ScopedTimeZone&) = delete;
-    ScopedTimeZone& operator=(const ScopedTimeZone&) = delete;
+    explicit ScopedTimeZone(const char* zone) : tz_("TZ", zone) { tzset(); }
 
   private:
-    std::optional<ScopedEnvironment> zone_;
+    struct ZoneReload {
+        ~ZoneReload() { tzset(); }
+    };
+    ZoneReload reload_;
+    ScopedEnvironment tz_;
 };
 
 }  // namespace tolvane::testing

@@ -1,6 +1,7 @@
 #!/usr/bin/env bash
-# Times the whole replay of a large NMEA recording against gpsbabel reading
-# the same file, and prints how many times faster the replay is.
+# Prints the NMEA parser's throughput on a recording of GP sentences, then
+# times the whole replay of a large NMEA recording against gpsbabel reading
+# the same file and prints how many times faster the replay is.
 #
 #   tools/bench/replay_vs_gpsbabel.sh [COPIES] [RUNS]
 #
@@ -22,8 +23,13 @@ command -v gpsbabel >/dev/null || { echo "gpsbabel is not installed" >&2; exit 1
 
 cd "$root"
 cmake --preset release >/dev/null
-cmake --build build/release -j2 --target tolvane-tool >/dev/null
+cmake --build build/release -j2 --target tolvane-tool tolvane_bench >/dev/null
 tool=$root/build/release/bin/tolvane-tool
+
+# The parser alone, on the GP-only recording, as the benchmark measures it.
+"$root/build/release/bin/tolvane_bench" --benchmark_filter='BM_ParseNmeaBuffer/gp_sentences' \
+    --benchmark_min_time=2 2>/dev/null |
+    sed -n 's/.*bytes_per_second=\([^ ]*\).*/parser:   \1 on GP sentences/p'
 
 work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT
@@ -53,7 +59,7 @@ measure() {
 }
 
 "$tool" replay "$recording"
-read -r replayWall replayCpu < <(measure "$tool" replay "$recording")
+read -r replayWall replayCpu < <(TZ=UTC measure "$tool" replay "$recording")
 read -r babelWall babelCpu < <(TZ=UTC measure gpsbabel -i nmea -f "$recording" -o unicsv -F /dev/null)
 
 awk -v rw="$replayWall" -v rc="$replayCpu" -v bw="$babelWall" -v bc="$babelCpu" -v n="$runs" 'BEGIN {

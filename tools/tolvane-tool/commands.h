@@ -28,4 +28,7 @@ std::string UsageText();
 bool ReadTextFile(const std::string& path, std::string& content, std::ostream& err);
 bool WriteTextFile(const std::string& path, const std::string& content, std::ostream& err);
 
+// Tells err that path could not be read and why (errno); returns false.
+bool ReportUnreadable(const std::string& path, std::ostream& err);
+
 }  // namespace tolvane::tool

@@ -1,7 +1,8 @@
 #include "tools/tolvane-tool/recording_device.h"
 
 #include <algorithm>
-#include <charconv>
+#include <bit>
+#include <cstdint>
 #include <cstring>
 #include <optional>
 
@@ -10,35 +11,130 @@ namespace {
 
 constexpr std::string_view kRmcHeader = "$GPRMC,";
 
-std::string_view LineAt(std::string_view recording, std::size_t start) {
-    const std::size_t end = recording.find('\n', start);
-    return recording.substr(start, end == std::string_view::npos ? recording.npos : end - start);
-}
-
-// Field n (0 is the header) of a sentence line.
-std::string_view Field(std::string_view line, int n) {
-    std::size_t start = 0;
-    for (int i = 0; i < n; ++i) {
-        start = line.find(',', start);
-        if (start == std::string_view::npos) return {};
-        ++start;
+// The start of the next line that begins with "$GPRMC,", from position from
+// on, or npos. Such a line has its 'R' three characters in, and the letter is
+// rare elsewhere in NMEA text, so the search jumps from one 'R' to the next
+// instead of stepping through a recording of many megabytes line by line.
+std::size_t FindRmcLine(std::string_view recording, std::size_t from) {
+    constexpr std::size_t kLetterOffset = 3;
+    for (std::size_t at = from + kLetterOffset; at < recording.size(); ++at) {
+        const void* letter = std::memchr(recording.data() + at, 'R', recording.size() - at);
+        if (letter == nullptr) break;
+        at = static_cast<std::size_t>(static_cast<const char*>(letter) - recording.data());
+        const std::size_t start = at - kLetterOffset;
+        const bool atLineStart = start == 0 || recording[start - 1] == '\n';
+        if (atLineStart && recording.compare(start, kRmcHeader.size(), kRmcHeader) == 0) {
+            return start;
+        }
     }
-    const std::size_t end = line.find_first_of(",*\r", start);
-    return line.substr(start, end == std::string_view::npos ? line.npos : end - start);
+    return std::string_view::npos;
 }
 
+// The fields of an RMC line that date it.
+struct RmcStamp {
+    std::string_view time;  // field 1
+    std::string_view date;  // field 9
+};
+
+constexpr std::uint64_t kEachByte = 0x0101010101010101;
+
+// Eight characters of text as one word, the first in the lowest byte.
+std::uint64_t WordAt(const char* text) {
+    std::uint64_t word = 0;
+    for (int i = 0; i < 8; ++i) {
+        word |= std::uint64_t{static_cast<unsigned char>(text[i])} << (8 * i);
+    }
+    return word;
+}
+
+// The top bit of each byte of word that is c, and of no other byte: the
+// additions stay within their bytes.
+std::uint64_t BytesEqualTo(std::uint64_t word, char c) {
+    const std::uint64_t difference = word ^ (kEachByte * static_cast<unsigned char>(c));
+    const std::uint64_t lowBitsSet = (difference & (0x7F * kEachByte)) + 0x7F * kEachByte;
+    return ~(lowBitsSet | difference) & (0x80 * kEachByte);
+}
+
+// How many bytes have their top bit set in a word of such bits.
+int CountMarkedBytes(std::uint64_t marks) {
+    return static_cast<int>(((marks >> 7) * kEachByte) >> 56);
+}
+
+// The field that begins at position: up to the next ',', '*', CR, line end
+// or the end of the text, looked for eight characters at a time.
+std::string_view FieldFrom(const char* position, const char* end) {
+    const char* stop = position;
+    for (; end - stop >= 8; stop += 8) {
+        const std::uint64_t word = WordAt(stop);
+        const std::uint64_t ends = BytesEqualTo(word, ',') | BytesEqualTo(word, '*') |
+                                   BytesEqualTo(word, '\r') | BytesEqualTo(word, '\n');
+        if (ends != 0) {
+            stop += std::countr_zero(ends) / 8;
+            return {position, static_cast<std::size_t>(stop - position)};
+        }
+    }
+    while (stop != end && *stop != ',' && *stop != '*' && *stop != '\r' && *stop != '\n') ++stop;
+    return {position, static_cast<std::size_t>(stop - position)};
+}
+
+// The n-th comma from position on, as long as its line lasts; null when the
+// line or the text ends first. The date lies behind the ninth comma of a
+// line that is read for every recorded second, so the commas are counted
+// eight characters at a time.
+const char* NthCommaOnLine(const char* position, const char* end, int n) {
+    for (; end - position >= 8; position += 8) {
+        const std::uint64_t word = WordAt(position);
+        std::uint64_t commas = BytesEqualTo(word, ',');
+        const std::uint64_t newlines = BytesEqualTo(word, '\n');
+        // Only the commas before the line's end count.
+        if (newlines != 0) commas &= (newlines & (~newlines + 1)) - 1;
+        const int count = CountMarkedBytes(commas);
+        if (count >= n) {
+            for (int i = 1; i < n; ++i) commas &= commas - 1;
+            return position + std::countr_zero(commas) / 8;
+        }
+        if (newlines != 0) return nullptr;
+        n -= count;
+    }
+    for (; position != end && *position != '\n'; ++position) {
+        if (*position == ',' && --n == 0) return position;
+    }
+    return nullptr;
+}
+
+// The stamp of the RMC line at start. Field n begins behind the line's n-th
+// comma, the first of which ends the header, and ends at the next ',', '*',
+// CR or the end of the line; a field the line does not reach is empty.
+RmcStamp ReadRmcStamp(std::string_view text, std::size_t start) {
+    constexpr int kDateField = 9;
+    const char* const end = text.data() + text.size();
+    const char* const time = text.data() + start + kRmcHeader.size();
+    RmcStamp stamp;
+    stamp.time = FieldFrom(time, end);
+    if (const char* comma = NthCommaOnLine(time, end, kDateField - 1)) {
+        stamp.date = FieldFrom(comma + 1, end);
+    }
+    return stamp;
+}
+
+// The two characters at `at` read as std::from_chars reads them when it
+// must use both: two digits, or a minus and a digit. Written out: the
+// library's general conversion cost more than the rest of the split.
 std::optional<int> TwoDigits(std::string_view text, std::size_t at) {
-    int value = 0;
     if (text.size() < at + 2) return std::nullopt;
-    const auto [end, error] = std::from_chars(text.data() + at, text.data() + at + 2, value);
-    if (error != std::errc() || end != text.data() + at + 2) return std::nullopt;
-    return value;
+    const auto isDigit = [](char c) { return c >= '0' && c <= '9'; };
+    const char first = text[at];
+    const char second = text[at + 1];
+    if (!isDigit(second)) return std::nullopt;
+    if (first == '-') return '0' - second;
+    if (!isDigit(first)) return std::nullopt;
+    return (first - '0') * 10 + (second - '0');
 }
 
 // The UTC time of "$GPRMC,hhmmss.sss,...,ddmmyy,..."; years are 2000-2099.
-std::optional<FileTime> RmcUtc(std::string_view line) {
-    const std::string_view time = Field(line, 1);
-    const std::string_view date = Field(line, 9);
+std::optional<FileTime> RmcUtc(const RmcStamp& stamp) {
+    const std::string_view time = stamp.time;
+    const std::string_view date = stamp.date;
     const auto hour = TwoDigits(time, 0), minute = TwoDigits(time, 2), second = TwoDigits(time, 4);
     const auto day = TwoDigits(date, 0), month = TwoDigits(date, 2), year = TwoDigits(date, 4);
     if (!hour || !minute || !second || !day || !month || !year) return std::nullopt;
@@ -49,21 +145,38 @@ std::optional<FileTime> RmcUtc(std::string_view line) {
 
 std::vector<RecordedSecond> SplitIntoSeconds(std::string_view recording) {
     std::vector<RecordedSecond> seconds;
-    std::string_view currentTime;
-    for (std::size_t start = 0; start < recording.size();) {
-        const std::string_view line = LineAt(recording, start);
-        if (line.starts_with(kRmcHeader) && (seconds.empty() || Field(line, 1) != currentTime)) {
-            const FileTime previous = seconds.empty() ? 0 : seconds.back().utc;
-            if (!seconds.empty()) seconds.back().end = start;
-            const std::size_t begin = seconds.empty() ? 0 : start;
-            seconds.push_back({begin, recording.size(),
-                               RmcUtc(line).value_or(previous + kFileTimeTicksPerSecond)});
-            currentTime = Field(line, 1);
-        }
-        start += line.size() + 1;
-    }
-    if (seconds.empty() && !recording.empty()) seconds.push_back({0, recording.size(), 0});
+    SecondSplitter().Scan(recording, 0, true, seconds);
     return seconds;
+}
+
+std::size_t SecondSplitter::WholeLinesEnd(std::string_view text, std::size_t at) const {
+    const std::size_t unseen = seenTo_ - at;
+    const std::size_t newline = text.substr(unseen).rfind('\n');
+    return newline == std::string_view::npos ? scannedTo_ - at : unseen + newline + 1;
+}
+
+void SecondSplitter::Scan(std::string_view text, std::size_t at, bool last,
+                          std::vector<RecordedSecond>& complete) {
+    const std::string_view lines = text.substr(0, last ? text.size() : WholeLinesEnd(text, at));
+    for (std::size_t start = FindRmcLine(lines, scannedTo_ - at); start != std::string_view::npos;
+         start = FindRmcLine(lines, start + 1)) {
+        const RmcStamp stamp = ReadRmcStamp(lines, start);
+        if (started_ && stamp.time == currentTime_) continue;
+        if (started_) complete.push_back({current_.begin, at + start, current_.utc});
+        const FileTime previous = started_ ? current_.utc : 0;
+        current_.begin = started_ ? at + start : 0;
+        current_.utc = RmcUtc(stamp).value_or(previous + kFileTimeTicksPerSecond);
+        currentTime_ = stamp.time;
+        started_ = true;
+    }
+    scannedTo_ = at + lines.size();
+    seenTo_ = at + text.size();
+    if (!last) return;
+    if (started_) {
+        complete.push_back({current_.begin, seenTo_, current_.utc});
+    } else if (seenTo_ > 0) {
+        complete.push_back({0, seenTo_, 0});
+    }
 }
 
 int RecordingDevice::Read(char* buffer, int size) {

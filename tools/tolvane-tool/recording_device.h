@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <string>
 #include <string_view>
 #include <vector>
 
@@ -23,6 +24,33 @@ struct RecordedSecond {
 // line belong to the first second. A time that makes no calendar time
 // carries the previous second's time one second on.
 std::vector<RecordedSecond> SplitIntoSeconds(std::string_view recording);
+
+// Cuts a recording into the same seconds while it is read, a piece at a
+// time, so that a long recording need not be held whole: each scan goes on
+// where the last one stopped and adds the seconds that the text now at hand
+// completes. Until the recording's end only whole lines are looked at.
+class SecondSplitter {
+  public:
+    // text is the recording from position `at` on, and begins no later than
+    // KeepFrom(); `last` when it runs to the recording's end.
+    void Scan(std::string_view text, std::size_t at, bool last,
+              std::vector<RecordedSecond>& complete);
+
+    // Where the text that later scans need begins: that of the second under
+    // way, the first of which begins at the recording's start.
+    std::size_t KeepFrom() const { return current_.begin; }
+
+  private:
+    // The end of the whole lines of text, looking for a line end only in
+    // what the last scan did not see.
+    std::size_t WholeLinesEnd(std::string_view text, std::size_t at) const;
+
+    bool started_ = false;
+    RecordedSecond current_;   // the second under way; its end is not known yet
+    std::string currentTime_;  // the time field of the line that began it
+    std::size_t scannedTo_ = 0;
+    std::size_t seenTo_ = 0;
+};
 
 // A receiver that plays back one second of a recording at a time: reads
 // return its bytes until they are used up, then nothing.

@@ -31,4 +31,13 @@ bool ReplayRecording(std::string_view recording, const RunSettings& settings,
                      const std::function<void(AppState&)>& onTick, ReplayTotals& totals,
                      std::string& error);
 
+// The same for the recording in a file, played while it is read, so that a
+// long recording is never held whole. False when the file cannot be read,
+// with messages told which file and why and error left empty, or with error
+// set when the run cannot be prepared.
+bool ReplayRecordingFile(const std::string& path, const RunSettings& settings,
+                         const Options& options, std::ostream& messages,
+                         const std::function<void(AppState&)>& onTick, ReplayTotals& totals,
+                         std::string& error);
+
 }  // namespace tolvane::tool

@@ -51,24 +51,23 @@ int RunTool(const Arguments& arguments, std::ostream& out, std::ostream& err) {
     return kExitUsage;
 }
 
+bool ReportUnreadable(const std::string& path, std::ostream& err) {
+    err << "tolvane-tool: cannot read " << path << ": " << std::strerror(errno) << '\n';
+    return false;
+}
+
 bool ReadTextFile(const std::string& path, std::string& content, std::ostream& err) {
     std::ifstream in(path, std::ios::binary);
-    if (!in) {
-        err << "tolvane-tool: cannot read " << path << ": " << std::strerror(errno) << '\n';
-        return false;
-    }
-    // Read in large pieces into room made beforehand: a replayed log may be
-    // tens of megabytes.
+    if (!in) return ReportUnreadable(path, err);
+    // Read in large pieces into room made beforehand: a file may be tens of
+    // megabytes.
     content.clear();
     std::error_code sizeError;
     const std::uintmax_t size = std::filesystem::file_size(path, sizeError);
     if (!sizeError) content.reserve(size);
     char piece[1 << 16];
     while (in.read(piece, sizeof piece) || in.gcount() > 0) content.append(piece, in.gcount());
-    if (in.bad()) {
-        err << "tolvane-tool: cannot read " << path << ": " << std::strerror(errno) << '\n';
-        return false;
-    }
+    if (in.bad()) return ReportUnreadable(path, err);
     return true;
 }
 

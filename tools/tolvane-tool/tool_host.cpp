@@ -1,7 +1,6 @@
 #include "tools/tolvane-tool/tool_host.h"
 
 #include <ostream>
-#include <vector>
 
 namespace tolvane::tool {
 
@@ -16,16 +15,16 @@ void ToolHost::KillTimer(int timerId) {
 }
 
 void ToolHost::FireTimers() {
-    // A callback may kill timers (the watchdog stops the source), so the
-    // ids are taken first and each is looked up again before it runs.
-    std::vector<int> ids;
-    for (const auto& entry : timers_) ids.push_back(entry.first);
-    for (const int id : ids) {
-        const auto it = timers_.find(id);
-        if (it != timers_.end()) {
-            const std::function<void()> callback = it->second;
-            callback();
-        }
+    // A callback may kill timers (the watchdog stops the source) or start
+    // new ones, so the timer after each one that ran is looked up again, up
+    // to the last that was there at the start: ids only grow.
+    if (timers_.empty()) return;
+    const int lastId = timers_.rbegin()->first;
+    for (auto it = timers_.begin(); it != timers_.end() && it->first <= lastId;) {
+        const int id = it->first;
+        const std::function<void()> callback = it->second;
+        callback();
+        it = timers_.upper_bound(id);
     }
 }
 

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <random>
 #include <string>
 #include <vector>
 
@@ -179,6 +180,43 @@ TEST(NmeaGsvTest, ASequenceFillsItsRecordsAndIsSortedByPrnWhenComplete) {
     // as PRN 0 and sort to the front.
     parser.Parse(kTenSatellites[0] + kTenSatellites[2]);
     EXPECT_EQ(Prns(parser.record), (std::vector<int>{0, 0, 0, 0, 4, 7, 8, 16, 23, 29, 0, 0}));
+}
+
+TEST(NmeaGsvTest, TheSortExchangesWholeRecordsWheneverAnEarlierPrnIsGreater) {
+    // Random sequences full of equal and odd PRNs, each satellite told apart
+    // by its elevation, against the exchange sort done on the records as
+    // they were sent.
+    const char* const kPrnTexts[] = {"1", "01", "02", "2", "", "7", "07", "12", "-1", "+3", " 4"};
+    std::mt19937 random(7);
+    for (int round = 0; round < 500; ++round) {
+        const int count = 1 + static_cast<int>(random() % kMaxSatellites);
+        const int messages = (count + 3) / 4;
+        std::vector<NmeaSatellite> sent;
+        std::string text;
+        for (int message = 0; message < messages; ++message) {
+            std::string body = "GPGSV," + std::to_string(messages) + "," +
+                               std::to_string(message + 1) + "," + std::to_string(count);
+            for (int i = message * 4; i < std::min(count, message * 4 + 4); ++i) {
+                NmeaSatellite satellite{};
+                std::strcpy(satellite.prn, kPrnTexts[random() % std::size(kPrnTexts)]);
+                std::strcpy(satellite.elevation, std::to_string(i).c_str());
+                sent.push_back(satellite);
+                body += std::string(",") + satellite.prn + "," + satellite.elevation + ",,";
+            }
+            text += NmeaSentence(body);
+        }
+        for (std::size_t i = 0; i < sent.size(); ++i) {
+            for (std::size_t j = i; j < sent.size(); ++j) {
+                if (std::atoi(sent[i].prn) > std::atoi(sent[j].prn)) std::swap(sent[i], sent[j]);
+            }
+        }
+        Parser parser;
+        parser.Parse(text);
+        for (int i = 0; i < count; ++i) {
+            EXPECT_STREQ(parser.record.gsv.satellites[i].prn, sent[i].prn);
+            EXPECT_STREQ(parser.record.gsv.satellites[i].elevation, sent[i].elevation);
+        }
+    }
 }
 
 TEST(NmeaGsvTest, ALoneSecondMessageFillsRecordsFourToSevenAndKeepsTwoPrnDigits) {
