@@ -80,7 +80,7 @@ TEST_F(GidLibraryTest, ALibraryLackingAnyOneExportIsRefused) {
 
 TEST_F(GidLibraryTest, WithoutGpsdTheDeviceDoesNotOpen) {
     const testing::ScopedEnvironment noGpsd("GPSD_PORT",
-                                           std::to_string(testing::FreeLoopbackPort()).c_str());
+                                            std::to_string(testing::FreeLoopbackPort()).c_str());
     EXPECT_FALSE(Start());
     ExpectRefusedWith(kTextGidOpenFailed);
 }

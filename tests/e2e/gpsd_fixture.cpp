@@ -135,10 +135,10 @@ GpsdProcess::GpsdProcess(int port, const std::string& devicePath, const std::str
     // -N foreground, -n read the device without clients, -b never write to
     // the device (no probing, which a pseudo-terminal never answers). Its
     // messages go to the test's standard error.
-    pid_ = platform::StartProcess(kGpsdProgram,
-                                  {"-N", "-n", "-b", "-S", std::to_string(port), "-F",
-                                   folder + "/gpsd.sock", devicePath},
-                                  {});
+    pid_ = platform::StartProcess(
+        kGpsdProgram,
+        {"-N", "-n", "-b", "-S", std::to_string(port), "-F", folder + "/gpsd.sock", devicePath},
+        {});
 }
 
 GpsdProcess::~GpsdProcess() {

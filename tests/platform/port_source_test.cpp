@@ -84,7 +84,8 @@ class PortSourceOnPty : public ::testing::Test {
     bool TickUntil(const std::function<bool()>& condition) {
         for (int tick = 0; tick < 20; ++tick) {
             host_.FireTimers();
-            if (WaitUntil([&] { return port_.parseRequested == 0; }, 10s) && condition()) return true;
+            const bool parsed = WaitUntil([&] { return port_.parseRequested == 0; }, 10s);
+            if (parsed && condition()) return true;
         }
         return false;
     }

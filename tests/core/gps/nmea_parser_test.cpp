@@ -318,8 +318,8 @@ const CaptureCase kCaptures[] = {
 };
 
 std::vector<int> Counts(const NmeaParseStats& stats) {
-    return {stats.rmc, stats.gga,  stats.gsa, stats.gsv, stats.checksumFailures,
-            stats.brokenSentences};
+    return {
+        stats.rmc, stats.gga, stats.gsa, stats.gsv, stats.checksumFailures, stats.brokenSentences};
 }
 
 TEST(NmeaCaptureTest, ReceiverCapturesParseAloneAndThroughThePortReaderBufferAlike) {
