@@ -105,4 +105,55 @@ void ApplyDeviceReport(const devconfig_t& device, GidDeviceInfo& info) {
     info.baudRate = device.baudrate;
 }
 
+bool ApplyReport(const gps_data_t& data, GpsdRecords& records) {
+    const bool fromReceiver = (data.set & (MODE_SET | SATELLITE_SET)) != 0;
+    if (fromReceiver) {
+        records.receiverOpen = true;
+        records.device.lastReportTime = UtcToLocal(SystemClock().NowUtc());
+    }
+    if ((data.set & MODE_SET) != 0) ApplyPositionReport(data.fix, records.position);
+    if ((data.set & SATELLITE_SET) != 0) ApplySkyReport(data, records.position);
+    if ((data.set & DEVICELIST_SET) != 0 && data.devices.ndevices > 0) {
+        ApplyDeviceReport(data.devices.list[0], records.device);
+    }
+    if ((data.set & DEVICE_SET) != 0) {
+        ApplyDeviceReport(data.dev, records.device);
+        records.receiverOpen = records.device.activated != 0;
+    }
+    return fromReceiver;
+}
+
+void ClearGpsData(gps_data_t& data) {
+    std::memset(&data, 0, sizeof data);
+    data.gps_fd = -1;
+    gps_clear_fix(&data.fix);
+    gps_clear_dop(&data.dop);
+    gps_clear_att(&data.attitude);
+    gps_clear_log(&data.log);
+}
+
+void GpsdReportStream::Receive(std::string_view bytes, gps_data_t& data,
+                               const std::function<void(const gps_data_t&)>& onReport) {
+    while (!bytes.empty()) {
+        const std::size_t end = bytes.find('\n');
+        const std::string_view piece = bytes.substr(0, end);
+        if (line_.size() + piece.size() > kMaxReportBytes) {
+            overlong_ = true;
+            line_.clear();
+        } else if (!overlong_) {
+            line_.append(piece);
+        }
+        if (end == std::string_view::npos) return;
+        bytes.remove_prefix(end + 1);
+        if (!overlong_ && !line_.empty()) {
+            // The client library adds to the flags of what it decoded;
+            // clearing them first leaves only those of this report.
+            data.set = 0;
+            if (gps_unpack(line_.data(), &data) == 0) onReport(data);
+        }
+        line_.clear();
+        overlong_ = false;
+    }
+}
+
 }  // namespace tolvane::gid

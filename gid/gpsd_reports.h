@@ -2,6 +2,11 @@
 
 #include <gps.h>
 
+#include <cstddef>
+#include <functional>
+#include <string>
+#include <string_view>
+
 #include "core/gps/gid_records.h"
 
 namespace tolvane::gid {
@@ -25,5 +30,37 @@ void ApplySkyReport(const gps_data_t& data, GidPositionInfo& info);
 // A DEVICE report, or an entry of DEVICES: the receiver's path, driver, baud
 // rate and whether gpsd has it open.
 void ApplyDeviceReport(const devconfig_t& device, GidDeviceInfo& info);
+
+// What one watching client knows of the receiver.
+struct GpsdRecords {
+    GidPositionInfo position = EmptyPositionInfo();
+    GidDeviceInfo device{};
+    bool receiverOpen = false;  // gpsd has the receiver open
+};
+
+// Applies one decoded report of any kind to records. True when the report
+// came from the receiver itself (a fix or a sky view), which shows that it
+// is alive.
+bool ApplyReport(const gps_data_t& data, GpsdRecords& records);
+
+// Empties data as gpsd's client library does before its first report.
+void ClearGpsData(gps_data_t& data);
+
+// gpsd's replies stay below 4096 bytes; a longer line is no report of
+// gpsd's and is dropped whole rather than gathered without end.
+inline constexpr std::size_t kMaxReportBytes = 16 * 1024;
+
+// Cuts the bytes gpsd sends into its one-line JSON reports and decodes each
+// with gpsd's client library into data, then calls onReport. Only the line
+// under way is kept between calls, at most kMaxReportBytes of it.
+class GpsdReportStream {
+  public:
+    void Receive(std::string_view bytes, gps_data_t& data,
+                 const std::function<void(const gps_data_t&)>& onReport);
+
+  private:
+    std::string line_;
+    bool overlong_ = false;  // the line under way passed the limit
+};
 
 }  // namespace tolvane::gid
