@@ -20,6 +20,7 @@ namespace {
 constexpr int kWaitMilliseconds = 250;
 constexpr std::chrono::seconds kReconnectInterval{1};
 // What gpsd is asked for: every report, as JSON.
+constexpr char kDefaultPort[] = "2947";
 constexpr char kWatchRequest[] = "?WATCH={\"enable\":true,\"json\":true};\n";
 
 std::string EnvironmentOr(const char* name, const char* fallback) {
@@ -66,7 +67,7 @@ int ConnectWithin(const GpsdAddress& address) {
 }  // namespace
 
 GpsdAddress GpsdAddressFromEnvironment() {
-    return {EnvironmentOr("GPSD_HOST", "localhost"), EnvironmentOr("GPSD_PORT", DEFAULT_GPSD_PORT)};
+    return {EnvironmentOr("GPSD_HOST", "localhost"), EnvironmentOr("GPSD_PORT", kDefaultPort)};
 }
 
 GpsdSession::~GpsdSession() {
@@ -129,7 +130,6 @@ bool GpsdSession::Connect() {
         Disconnect();
         return false;
     }
-    ClearGpsData(*data_);
     stream_ = GpsdReportStream();
     std::lock_guard<std::mutex> lock(mutex_);
     gpsdReachable_ = true;
@@ -168,11 +168,10 @@ void GpsdSession::ReadReports() {
         Disconnect();
         return;
     }
-    stream_.Receive({bytes, static_cast<std::size_t>(count)}, *data_,
-                    [this](const gps_data_t& data) {
-                        std::lock_guard<std::mutex> lock(mutex_);
-                        if (ApplyReport(data, records_)) lastReport_ = SteadyClock::now();
-                    });
+    stream_.Receive({bytes, static_cast<std::size_t>(count)}, [this](std::string_view line) {
+        std::lock_guard<std::mutex> lock(mutex_);
+        if (ApplyReport(line, records_)) lastReport_ = SteadyClock::now();
+    });
 }
 
 void GpsdSession::WaitBeforeReconnecting() {

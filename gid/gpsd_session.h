@@ -1,12 +1,9 @@
 #pragma once
 
-#include <gps.h>
-
 #include <atomic>
 #include <chrono>
 #include <condition_variable>
 #include <future>
-#include <memory>
 #include <mutex>
 #include <string>
 #include <thread>
@@ -71,7 +68,6 @@ class GpsdSession {
 
     // Only the worker touches these.
     int socket_ = -1;
-    std::unique_ptr<gps_data_t> data_ = std::make_unique<gps_data_t>();
     GpsdReportStream stream_;
     std::thread worker_;
     std::atomic<bool> stopping_{false};
