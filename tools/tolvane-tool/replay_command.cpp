@@ -53,7 +53,8 @@ class RecordingPlayer {
 
     // Plays the first part of a second that has not ended yet: the reader
     // reads it, and the tick waits for the end of the second. A run that
-    // has not started yet starts at the time the recording has so far: none.
+    // has not started yet starts here, before the recording has given any
+    // time.
     void PlayPart(std::string_view bytes) {
         StartOnce(clock_.now);
         if (!run_.Lost()) Read(bytes);
