@@ -1,12 +1,9 @@
 #pragma once
 
-#include <gps.h>
-
 #include <atomic>
 #include <chrono>
 #include <condition_variable>
 #include <future>
-#include <memory>
 #include <mutex>
 #include <string>
 #include <thread>
@@ -28,10 +25,16 @@ GpsdAddress GpsdAddressFromEnvironment();
 // sign of a lost receiver; receivers report at least once a second.
 inline constexpr std::chrono::seconds kSilenceTimeout{5};
 
+// How long a connection to gpsd may take to be made. A gpsd that has gone
+// away on another machine, or one that no longer accepts, would otherwise
+// keep the connect waiting for minutes, and with it the program's start.
+inline constexpr std::chrono::milliseconds kConnectTimeout{1500};
+
 // One watching client of gpsd. A worker thread connects, reads gpsd's JSON
-// reports and keeps the two records up to date; the program's calls copy
-// them under the mutex. When gpsd goes away the worker connects again once a
-// second.
+// reports and keeps the records up to date; the program's calls copy them
+// under the mutex. When gpsd goes away the worker connects again once a
+// second. No wait of the worker lasts longer than kConnectTimeout, so
+// opening and closing never hold the caller longer.
 class GpsdSession {
   public:
     GpsdSession() = default;
@@ -40,7 +43,7 @@ class GpsdSession {
     GpsdSession& operator=(const GpsdSession&) = delete;
 
     // Connects to gpsd and starts watching; false when gpsd cannot be
-    // reached. True at once while already open.
+    // reached within kConnectTimeout. True at once while already open.
     bool Open();
     // Stops the worker and leaves gpsd; the records stay as they are.
     void Close();
@@ -58,20 +61,21 @@ class GpsdSession {
     bool Connect();
     void Disconnect();
     void Run(std::promise<bool> connected);
-    void ReadReport();
+    // Waits a little for gpsd's next bytes and applies the reports they
+    // complete.
+    void ReadReports();
     void WaitBeforeReconnecting();
 
     // Only the worker touches these.
-    std::unique_ptr<gps_data_t> data_;
+    int socket_ = -1;
+    GpsdReportStream stream_;
     std::thread worker_;
     std::atomic<bool> stopping_{false};
 
     mutable std::mutex mutex_;
     std::condition_variable wakeUp_;
-    GidPositionInfo position_ = EmptyPositionInfo();
-    GidDeviceInfo device_{};
+    GpsdRecords records_;
     bool gpsdReachable_ = false;
-    bool receiverOpen_ = false;
     SteadyClock::time_point lastReport_{};
 };
 

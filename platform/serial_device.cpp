@@ -93,6 +93,12 @@ void ApplyLineSettings(termios& line, const SerialSettings& settings) {
     cfsetospeed(&line, speed != 0 ? speed : B38400);
 }
 
+// An error that can pass while a device comes up: a Bluetooth or USB
+// receiver that is still settling, or a line another program has just left.
+bool CanPass(int error) {
+    return error == EIO || error == ENXIO || error == EAGAIN || error == EBUSY || error == EINTR;
+}
+
 }  // namespace
 
 std::string ResolvePortPath(const std::string& name) {
@@ -112,9 +118,10 @@ TermiosSerialDevice::~TermiosSerialDevice() {
 
 bool TermiosSerialDevice::Open(const std::string& name) {
     Close();
+    reason_.clear();
     path_ = ResolvePortPath(name);
     const int fd = ::open(path_.c_str(), O_RDWR | O_NOCTTY | O_CLOEXEC);
-    if (fd < 0) return false;
+    if (fd < 0) return Fail();
     // No other program shares the receiver while it is ours; a device that
     // cannot be made exclusive is read all the same.
     ioctl(fd, TIOCEXCL);
@@ -124,10 +131,13 @@ bool TermiosSerialDevice::Open(const std::string& name) {
 
 bool TermiosSerialDevice::Configure(const SerialSettings& settings) {
     // Some drivers answer the first queries only after the device has
-    // settled, so the settings are asked for again, a second apart; when
-    // they never come, the line is set up from cleared settings.
+    // settled, so the settings are asked for again, a second apart, while
+    // the error is one that can pass; when they never come, the line is set
+    // up from cleared settings. Something that is no terminal at all
+    // (/dev/null, a regular file) never answers, and fails at once.
     termios line{};
     for (int attempt = 0; tcgetattr(fd_, &line) != 0; ++attempt) {
+        if (!CanPass(errno)) return Fail();
         if (attempt == kSettingsRetries) {
             line = termios{};
             break;
@@ -135,9 +145,9 @@ bool TermiosSerialDevice::Configure(const SerialSettings& settings) {
         sleep_(kSettingsRetryMilliseconds);
     }
     ApplyLineSettings(line, settings);
-    if (tcsetattr(fd_, TCSANOW, &line) != 0) return false;
+    if (tcsetattr(fd_, TCSANOW, &line) != 0) return Fail();
     if (SpeedConstant(settings.baudRate) == 0 && !SetCustomBaudRate(fd_, settings.baudRate)) {
-        return false;
+        return Fail();
     }
     // DTR and RTS stay low. A pseudo-terminal has no modem lines and
     // refuses this, which is fine.
@@ -148,10 +158,10 @@ bool TermiosSerialDevice::Configure(const SerialSettings& settings) {
 
 bool TermiosSerialDevice::SetReadTimeouts() {
     termios line{};
-    if (tcgetattr(fd_, &line) != 0) return false;
+    if (tcgetattr(fd_, &line) != 0) return Fail();
     line.c_cc[VMIN] = 0;    // return with whatever has arrived ...
     line.c_cc[VTIME] = 10;  // ... or after one second without a byte
-    return tcsetattr(fd_, TCSANOW, &line) == 0;
+    return tcsetattr(fd_, TCSANOW, &line) == 0 || Fail();
 }
 
 int TermiosSerialDevice::Read(char* buffer, int size) {
@@ -171,6 +181,11 @@ bool TermiosSerialDevice::IsGone() {
     }
     struct stat node;
     return stat(path_.c_str(), &node) != 0 && errno == ENOENT;
+}
+
+bool TermiosSerialDevice::Fail() {
+    reason_ = std::strerror(errno);
+    return false;
 }
 
 void TermiosSerialDevice::Close() {

@@ -39,12 +39,17 @@ class TermiosSerialDevice final : public SerialDevice {
     int Read(char* buffer, int size) override;
     bool IsGone() override;
     void Close() override;
+    std::string FailureReason() const override { return reason_; }
 
   private:
+    // Keeps the reason of errno; returns false.
+    bool Fail();
+
     std::atomic<int> fd_{-1};
     std::string path_;
     std::atomic<bool> hungUp_{false};
     Sleeper sleep_;
+    std::string reason_;
 };
 
 // Sets a rate that has no termios speed constant (14400 of the baud table)

@@ -1,8 +1,8 @@
 #!/usr/bin/env bash
 # Builds everything and runs every test: the developer build's tests, the
 # core tests again under the address and undefined-behaviour sanitizers,
-# and a bounded fuzzing run of the NMEA parser. Ends with one line that
-# counts the tests that ran.
+# and a bounded fuzzing run of every reader of outside input. Ends with one
+# line that counts the tests that ran.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
@@ -21,8 +21,11 @@ cmake --build --preset asan -j "$jobs" --target tolvane_core_tests
 TZ=UTC ASAN_OPTIONS=detect_leaks=1 UBSAN_OPTIONS=print_stacktrace=1 \
   build/asan/bin/tolvane_core_tests | tee "$logs/asan.log"
 
-# A bounded fuzzing run of the NMEA parser under the sanitizers.
-scripts/fuzz.sh 60
+# A bounded fuzzing run of every reader of outside input under the
+# sanitizers, about twenty seconds each.
+for target in nmea_parser language_file options point_file track_log gpsd_reports; do
+  scripts/fuzz.sh "$target" 20
+done
 
 developer=$(sed -n 's/.*tests passed, 0 tests failed out of \([0-9]*\).*/\1/p' "$logs/ctest.log")
 sanitized=$(sed -n 's/^\[  PASSED  \] \([0-9]*\) tests\?\..*/\1/p' "$logs/asan.log")

@@ -16,7 +16,7 @@ bool ChoosePort(PortSource& port, const Options& options, const OptionsRuntime& 
         return false;
     }
     if (!RegisterBluetoothPort(port, runtime.bluetoothAddress)) {
-        ShowLanguageMessage(host, kTextBluetoothFailed, MessageIcon::kStop, port.lastErrorCode);
+        ShowLanguageMessage(host, kTextBluetoothFailed, MessageIcon::kStop, PortErrorText(port));
         return false;
     }
     return true;
@@ -44,11 +44,11 @@ bool StartPortGps(PortSource& port, const Options& options, const OptionsRuntime
     port.baudRate = BaudRateForIndex(options.baudIndex);
     if (!OpenPort(port)) {
         ShowLanguageMessage(host, kTextPortOpenFailed, MessageIcon::kInformation,
-                            port.lastErrorCode);
+                            PortErrorText(port));
         return false;
     }
     if (!StartReader(port)) {
-        ShowLanguageMessage(host, kTextReaderFailed, MessageIcon::kStop, port.lastErrorCode);
+        ShowLanguageMessage(host, kTextReaderFailed, MessageIcon::kStop, PortErrorText(port));
         return false;
     }
     return true;

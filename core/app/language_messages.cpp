@@ -16,8 +16,7 @@ std::string FillArgument(std::string text, const std::string& argument) {
 
 void ShowLanguageMessage(Host& host, std::uint32_t id, MessageIcon icon,
                          const std::string& argument) {
-    CStringManager& strings = CStringManager::GetInstance();
-    host.ShowMessage(FillArgument(strings.GetText(id), argument), strings.GetText(kTextProductName),
+    host.ShowMessage(FillArgument(LanguageText(id), argument), LanguageText(kTextProductName),
                      icon);
 }
 

@@ -1,11 +1,16 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <string>
 #include <string_view>
 #include <vector>
 
 namespace tolvane {
+
+// A language file holds a few hundred short texts; a file or a source
+// larger than this is none, and is refused before it is read whole.
+inline constexpr std::size_t kMaxLanguageFileBytes = 4 << 20;
 
 struct LanguageEntry {
     std::uint32_t id = 0;

@@ -24,7 +24,28 @@ bool IsReadOnly(const std::string& path) {
            perms::none;
 }
 
+// The English texts of resources/lang/english.txt, built in.
+std::map<std::uint32_t, std::string> ParseBuiltInEnglish() {
+    static constexpr char kSource[] =
+#include "core/base/english_source.inc"
+        ;
+    std::vector<LanguageEntry> entries;
+    std::string error;
+    ParseLanguageSource(kSource, entries, error);
+    std::map<std::uint32_t, std::string> texts;
+    for (LanguageEntry& entry : entries) texts[entry.id] = std::move(entry.text);
+    return texts;
+}
+
 }  // namespace
+
+std::string LanguageText(std::uint32_t id) {
+    std::string text = CStringManager::GetInstance().GetText(id);
+    if (!text.empty()) return text;
+    static const std::map<std::uint32_t, std::string> kEnglish = ParseBuiltInEnglish();
+    const auto found = kEnglish.find(id);
+    return found != kEnglish.end() ? found->second : std::string();
+}
 
 std::string LanguageFilePath(int primaryLanguage, int subLanguage) {
     const bool chinese = primaryLanguage == 4 && subLanguage == 2;

@@ -48,6 +48,11 @@ class CStringManager {
     std::map<std::uint32_t, std::string> strings_;
 };
 
+// The text of id from the loaded language file, or the English text built
+// into the program when the file lacks it (a missing or damaged file), so
+// that a message is never shown empty. Empty only for an id neither has.
+std::string LanguageText(std::uint32_t id);
+
 // The language file's name for a language selector pair.
 std::string LanguageFilePath(int primaryLanguage, int subLanguage);
 

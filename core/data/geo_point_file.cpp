@@ -167,7 +167,7 @@ bool SavePointFile(const std::string& path, DynamicList<GeoPoint>& points) {
 }
 
 std::string PointFileNotSavedMessage(const std::string& path) {
-    std::string text = CStringManager::GetInstance().GetText(kStringPointFileNotSaved);
+    std::string text = LanguageText(kStringPointFileNotSaved);
     const std::size_t placeholder = text.find("%s");
     if (placeholder != std::string::npos) text.replace(placeholder, 2, path);
     return text;

@@ -60,16 +60,26 @@ bool SaveOptions(const std::string& path, const Options& options, int attempts) 
     return WriteWholeFile(path, &options, sizeof options, attempts) == 1;
 }
 
+OptionsLoad LoadCheckedOptions(const std::string& path, Options& options, int attempts,
+                               int* lastError) {
+    Options loaded;
+    if (ReadWholeFile(path, &loaded, sizeof loaded, attempts, lastError) != 1) {
+        return OptionsLoad::kUnreadable;
+    }
+    if (std::strncmp(loaded.version, kProgramVersion, sizeof loaded.version) != 0) {
+        return OptionsLoad::kOtherVersion;
+    }
+    ValidateLoaded(loaded);
+    options = loaded;
+    return OptionsLoad::kLoaded;
+}
+
 void LoadOptionsAtStartup(const std::string& path, Options& options, OptionsRuntime& runtime) {
     constexpr int kStartupAttempts = 5;
-    Options loaded;
-    if (!LoadOptions(path, loaded, kStartupAttempts) ||
-        std::strncmp(loaded.version, kProgramVersion, sizeof loaded.version) != 0) {
+    if (LoadCheckedOptions(path, options, kStartupAttempts) != OptionsLoad::kLoaded) {
         ResetOptions(options);
         return;
     }
-    options = loaded;
-    ValidateLoaded(options);
     CopyOptionsToRuntime(options, runtime);
 }
 

@@ -132,6 +132,15 @@ void ResetOptions(Options& options);
 bool LoadOptions(const std::string& path, Options& options, int attempts);
 bool SaveOptions(const std::string& path, const Options& options, int attempts);
 
+// What a checked load found.
+enum class OptionsLoad { kLoaded, kUnreadable, kOtherVersion };
+
+// Start-up's load without its fallback: the record is read whole, must be
+// this version's, and is validated. options is left alone unless kLoaded;
+// lastError, when given, receives the system error of a failed open.
+OptionsLoad LoadCheckedOptions(const std::string& path, Options& options, int attempts,
+                               int* lastError = nullptr);
+
 // Start-up's load: a failed load or another version's record gives the
 // defaults; a good one is validated and its texts copied to runtime.
 void LoadOptionsAtStartup(const std::string& path, Options& options, OptionsRuntime& runtime);

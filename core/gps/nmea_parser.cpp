@@ -2,6 +2,7 @@
 #include <array>
 #include <bit>
 #include <cfloat>
+#include <cmath>
 #include <cstddef>
 #include <cstdint>
 #include <cstdlib>
@@ -459,6 +460,14 @@ void CountSatellite(NmeaRecord::Gsv& gsv, GsvPaging& paging, int satellitesInVie
     paging.nextIndex = 0;
 }
 
+// Counts an RMC sentence of another talker; sentence is its '$', behind
+// which the six header characters stand.
+void CountOtherTalker(const char* sentence, NmeaParseStats& stats) {
+    if (std::memcmp(sentence + 3, "RMC,", 4) != 0) return;
+    ++stats.otherTalkerRmc;
+    std::memcpy(stats.otherTalker, sentence + 1, 2);
+}
+
 }  // namespace
 
 bool VerifyNmeaChecksum(int computed, const char* received) {
@@ -494,6 +503,9 @@ const char* ParseNmeaBuffer(NmeaRecord& record, GsvPaging& paging, const char* t
                 break;
             case ScanOutcome::kUnknownHeader:
                 dollar = FindDollar(scan.next);
+                // Counted once it is passed for good: one that stands last
+                // is handed back and seen again by the next call.
+                if (dollar != nullptr && stats != nullptr) CountOtherTalker(pending, *stats);
                 break;
             case ScanOutcome::kComplete:
                 if (scan.checksumMatches) {
@@ -717,6 +729,14 @@ FileTime NmeaRecord::FixLocalTime() const {
     return utc ? UtcToLocal(*utc) : 0;
 }
 
+namespace {
+
+bool InsideTheWorld(double latitude, double longitude) {
+    return std::abs(latitude) <= 90.0 && std::abs(longitude) <= 180.0;
+}
+
+}  // namespace
+
 GpsFix ReadNmeaFix(const NmeaRecord& record) {
     return NmeaFixReader().Read(record);
 }
@@ -745,6 +765,12 @@ GpsFix NmeaFixReader::Read(const NmeaRecord& record) {
     fix.altitude = Keep(altitude_, record.gga.altitude, [&] { return record.Altitude(); });
     fix.course = Keep(course_, rmc.course, [&] { return record.Course(); });
     fix.speedKnots = Keep(speedKnots_, rmc.speedKnots, [&] { return record.SpeedKnots(); });
+    // Every other field is taken as the receiver sent it, but a position
+    // outside the world is no position: a latitude of 9999.9999 reads as
+    // 100.67 degrees, and published as valid it would add thousands of
+    // kilometres to the trip and write an impossible point into the track.
+    // Such a second has no valid fix.
+    if (!InsideTheWorld(fix.latitude, fix.longitude)) fix.fixValid = 0;
     fix.satellitesInView = record.SatellitesInView();
     fix.satellitesUsed = record.SatellitesUsed();
     for (int i = 0; i < kMaxSatellites; ++i) {

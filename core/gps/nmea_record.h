@@ -94,6 +94,11 @@ struct NmeaParseStats {
     int gsv = 0;
     int checksumFailures = 0;  // a kept sentence whose checksum did not match
     int brokenSentences = 0;   // a kept sentence cut short by a new '$'
+    int zeroBytes = 0;         // zero bytes the port reader took out of the stream
+    // RMC sentences of another talker ($GNRMC, $GLRMC, ...), which are not
+    // read, and the talker of the last of them.
+    int otherTalkerRmc = 0;
+    char otherTalker[3] = {};
 };
 
 // Parses every complete GPRMC, GPGGA, GPGSA and GPGSV sentence of the

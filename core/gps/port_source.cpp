@@ -21,6 +21,9 @@ void AddParseStats(NmeaParseStats& total, const NmeaParseStats& more) {
     total.gsv += more.gsv;
     total.checksumFailures += more.checksumFailures;
     total.brokenSentences += more.brokenSentences;
+    total.zeroBytes += more.zeroBytes;
+    total.otherTalkerRmc += more.otherTalkerRmc;
+    if (more.otherTalkerRmc > 0) std::memcpy(total.otherTalker, more.otherTalker, 2);
 }
 
 // A registered Bluetooth port lives only until the source stops or fails to
@@ -31,7 +34,11 @@ void DeregisterBluetoothPort(PortSource& port) {
 
 bool FailStart(PortSource& port, const char* code) {
     port.lastErrorCode = code;
-    if (port.links.device != nullptr) port.links.device->Close();
+    port.lastErrorReason.clear();
+    if (port.links.device != nullptr) {
+        port.lastErrorReason = port.links.device->FailureReason();
+        port.links.device->Close();
+    }
     DeregisterBluetoothPort(port);
     return false;
 }
@@ -59,7 +66,16 @@ bool PauseUntilStopRequested(PortSource& port) {
 void ReaderThreadMain(PortSource& port) {
     ResetReaderBuffers(port);
     if (!IsPortOpen(port)) return;
-    while (!PauseUntilStopRequested(port)) ReaderPass(port);
+    while (!PauseUntilStopRequested(port)) {
+        // A read that fills the whole read buffer leaves more waiting: a
+        // receiver at 115200 baud with ten fixes a second sends more than
+        // one such read per pause, and the reader would fall further behind
+        // every second. So a full read is followed by the next at once; the
+        // pause comes after a read that emptied the line, which keeps an
+        // idle reader from spinning.
+        while (ReaderPass(port) == kPortReadSize && port.stopRequested == 0) {
+        }
+    }
     port.stopRequested = 0;
 }
 
@@ -102,20 +118,21 @@ void AppendToNmeaLog(const PortSource& port, int count) {
     std::fclose(file);
 }
 
-// Appends the read as text, up to its first zero byte, but counts every
-// byte read.
+// Appends the read as text, every byte counted.
 void AppendRead(PortSource& port, int count) {
-    const std::size_t used = std::strlen(port.buffer);
-    const std::size_t added = std::strlen(port.readBuffer);
-    std::memcpy(port.buffer + used, port.readBuffer, added + 1);
+    const int zeroBytes =
+        CopyReadAsText(port.buffer + std::strlen(port.buffer), port.readBuffer, count);
     port.bufferedBytes += count;
+    if (zeroBytes == 0) return;
+    std::lock_guard<std::mutex> guard(port.lock);
+    port.parseStats.zeroBytes += zeroBytes;
 }
 
 // Appends the read that waited for a full buffer to be parsed. A tail too
 // long to leave room for it is no sentence a receiver sends: it is dropped
 // rather than let the text run past the buffer.
 void AppendHeldBackRead(PortSource& port, int count) {
-    if (std::strlen(port.buffer) + std::strlen(port.readBuffer) >= sizeof port.buffer) {
+    if (std::strlen(port.buffer) + static_cast<std::size_t>(count) >= sizeof port.buffer) {
         port.buffer[0] = '\0';
         port.bufferedBytes = 0;
     }
@@ -226,10 +243,24 @@ bool IsPortOpen(const PortSource& port) {
     return port.links.device != nullptr && port.links.device->IsOpen();
 }
 
+std::string PortErrorText(const PortSource& port) {
+    if (port.lastErrorReason.empty()) return port.lastErrorCode;
+    return port.lastErrorCode + " (" + port.lastErrorReason + ")";
+}
+
+int CopyReadAsText(char* text, const char* bytes, int count) {
+    int zeroBytes = 0;
+    for (int i = 0; i < count; ++i) {
+        text[i] = bytes[i] != '\0' ? bytes[i] : '$';
+        if (bytes[i] == '\0') ++zeroBytes;
+    }
+    text[count] = '\0';
+    return zeroBytes;
+}
+
 int ReaderPass(PortSource& port) {
     const int count = port.links.device->Read(port.readBuffer, kPortReadSize);
     if (count < 0) return count;
-    port.readBuffer[count] = '\0';
 
     bool heldBack = false;
     if (count > 0) {

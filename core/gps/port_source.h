@@ -95,6 +95,7 @@ struct PortSource {
     std::atomic<int> stopRequested{0};
     std::atomic<int> stopReason{kStopReasonNone};
     std::string lastErrorCode;
+    std::string lastErrorReason;  // the device's words for it; may be empty
     // "Log NMEA data" as the reader sees it: StartReader copies the option,
     // and the Options dialog sets it while the source runs, so switching it
     // off stops the writes at the next read.
@@ -140,10 +141,22 @@ int StopPortSource(PortSource& port);
 
 bool IsPortOpen(const PortSource& port);
 
+// The last error as the messages show it: the code with the device's reason
+// beside it, "0x08200a08 (Inappropriate ioctl for device)".
+std::string PortErrorText(const PortSource& port);
+
 // One pass of the reader behind its pause: one read of the device, the NMEA
 // log, the append to buffer and, when asked for, the parse. Returns what the
 // read returned (a count, 0, or -1 for a failed read).
 int ReaderPass(PortSource& port);
+
+// Copies count bytes of a read to text as the parser's zero-terminated text
+// and returns the number of zero bytes among them. A zero byte would end
+// the text there and lose the rest of the read; it is no character of
+// NMEA 0183 either, so each becomes a '$', which ends the sentence it
+// broke (the parser drops that one as broken) and lets the sentences behind
+// it be read.
+int CopyReadAsText(char* text, const char* bytes, int count);
 
 // One run of the one-second watchdog: asks for a parse, counts the silent
 // second and calls the lost-GPS command when the device went away

@@ -44,6 +44,10 @@ class SerialDevice {
     virtual bool IsGone() = 0;
 
     virtual void Close() = 0;
+
+    // Why the last open or setup failed, in the system's words ("No such
+    // file or directory"); empty when the device cannot tell.
+    virtual std::string FailureReason() const { return {}; }
 };
 
 }  // namespace tolvane

@@ -131,6 +131,18 @@ TEST_F(PortSourceOnPty, MoreThan2048BytesBetweenTicksForceAParseAndLoseNothing) 
     EXPECT_EQ(port_.parseStats.checksumFailures + port_.parseStats.brokenSentences, 0);
 }
 
+TEST_F(PortSourceOnPty, AFastReceiverIsReadAsFastAsItSends) {
+    Start(receiver_.SlaveName());
+    // Six seconds of a receiver at 115200 baud in one burst. At one read of
+    // 1024 bytes a pause the reader would need thirteen seconds, and the
+    // data it shows would grow older every second.
+    std::string burst;
+    while (burst.size() < 64 * 1024) burst += Rmc(static_cast<int>(burst.size() % 60));
+    const auto start = std::chrono::steady_clock::now();
+    SendAndWaitForRead(burst);
+    EXPECT_LT(std::chrono::steady_clock::now() - start, 6s);
+}
+
 TEST_F(PortSourceOnPty, ThirtySilentSecondsStopTheSourceWithReasonTwo) {
     Start(receiver_.SlaveName());
     SendAndWaitForRead(Rmc(1));

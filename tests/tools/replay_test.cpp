@@ -7,6 +7,7 @@
 
 #include "tests/core/test_support.h"
 #include "tests/tools/run_tool.h"
+#include "tests/tools/shell_command.h"
 #include "tools/tolvane-tool/commands.h"
 #include "tools/tolvane-tool/recording_device.h"
 
@@ -140,9 +141,9 @@ TEST(ReplayTest, SummaryCountsTicksFixesAndDroppedSentences) {
     EXPECT_NE(garmin.out.find("12 ticks, 0 fixes, 0 dropped"), std::string::npos) << garmin.out;
 
     const Result garmin48 = RunCommand({"replay", testing::TestDataFile("gpsd/garmin48.log")});
-    EXPECT_NE(garmin48.out.find(
-                  "7 ticks, 7 fixes, 1 dropped sentence (1 checksum failure, 0 broken)"),
-              std::string::npos)
+    EXPECT_NE(
+        garmin48.out.find("7 ticks, 7 fixes, 1 dropped sentence (1 checksum failure, 0 broken)"),
+        std::string::npos)
         << garmin48.out;
 }
 
@@ -175,7 +176,9 @@ TEST(ReplayTest, BadArgumentsGiveUsageAndAMissingLogNamesTheFile) {
          {Arguments{"replay"}, Arguments{"replay", "a.log", "b.log"},
           Arguments{"replay", "a.log", "--frobnicate"}, Arguments{"replay", "a.log", "--unit"},
           Arguments{"replay", "a.log", "--processor", "x"},
-          Arguments{"replay", "a.log", "--min-speed", "-3"}}) {
+          Arguments{"replay", "a.log", "--processor", "3"},
+          Arguments{"replay", "a.log", "--min-speed", "-3"},
+          Arguments{"replay", "a.log", "--min-speed", "nan"}}) {
         const Result result = RunCommand(arguments);
         EXPECT_EQ(result.code, kExitUsage);
         EXPECT_NE(result.err.find("Usage: tolvane-tool"), std::string::npos);
@@ -188,7 +191,36 @@ TEST(ReplayTest, BadArgumentsGiveUsageAndAMissingLogNamesTheFile) {
     const Result badOptions =
         RunCommand({"replay", folder.File("none.log"), "--options", folder.File("none.dat")});
     EXPECT_EQ(badOptions.code, kExitFailure);
-    EXPECT_NE(badOptions.err.find(folder.File("none.dat")), std::string::npos);
+    EXPECT_NE(badOptions.err.find(folder.File("none.dat") + ": No such file"), std::string::npos);
+
+    // A settings record goes through the checks of the start-up load.
+    const Result notARecord =
+        RunCommand({"replay", folder.File("none.log"), "--options", "/bin/ls"});
+    EXPECT_EQ(notARecord.code, kExitFailure);
+    EXPECT_NE(notARecord.err.find("/bin/ls is not a settings record of version 2.4.0.3151"),
+              std::string::npos)
+        << notARecord.err;
+}
+
+TEST(ReplayTest, ARecordingWithoutUsableSentencesPlaysInBoundedMemoryAndTheSummarySaysWhy) {
+    testing::TemporaryFolder folder;
+    std::string otherTalker;
+    for (int second = 0; second < 3600; ++second) {
+        otherTalker += "$GNRMC,123519,A,4807.038,N,01131.000,E,022.4,084.4,230394,003.1,W*74\r\n";
+    }
+    testing::WriteFileBytes(folder.File("gn.log"), otherTalker);
+    const Result result = RunCommand({"replay", folder.File("gn.log")});
+    EXPECT_NE(result.out.find(
+                  "0 fixes: 3600 $GNRMC sentences were ignored; this program reads GP sentences"),
+              std::string::npos)
+        << result.out;
+
+    // 40 MB without a line end, through a process that may not hold them.
+    const testing::ShellResult zeros = testing::RunShell(
+        "ulimit -v 40000; head -c 40000000 /dev/zero | " + std::string(TOLVANE_PROGRAM_DIR) +
+        "/tolvane-tool replay /dev/stdin 2>&1");
+    EXPECT_EQ(zeros.exitCode, 0) << zeros.output;
+    EXPECT_NE(zeros.output.find("40000000 zero bytes"), std::string::npos) << zeros.output;
 }
 
 }  // namespace

@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include <filesystem>
 #include <map>
 #include <sstream>
 
@@ -7,6 +8,7 @@
 #include "core/data/options.h"
 #include "tests/core/test_support.h"
 #include "tests/tools/run_tool.h"
+#include "tests/tools/shell_command.h"
 #include "tools/tolvane-tool/commands.h"
 #include "tools/tolvane-tool/port_run.h"
 #include "tools/tolvane-tool/tool_host.h"
@@ -91,6 +93,56 @@ TEST(ToolTest, UnreadableFilesNameTheFileAndExit1) {
     EXPECT_EQ(RunCommand({"options", "reset", folder.File("no/such/dir/Options.dat")}).code,
               kExitFailure);
     EXPECT_EQ(RunCommand({"lang", "dump", folder.File("short.dat")}).code, kExitFailure);
+}
+
+TEST(ToolTest, OversizedForeignAndEmptyInputsAreRefusedSayingWhy) {
+    for (const Arguments& arguments :
+         {Arguments{"options", "dump", "/dev/zero"}, Arguments{"lang", "dump", "/dev/zero"}}) {
+        const Result result = RunCommand(arguments);
+        EXPECT_EQ(result.code, kExitFailure);
+        EXPECT_NE(result.err.find("/dev/zero: larger than the"), std::string::npos) << result.err;
+    }
+
+    testing::TemporaryFolder folder;
+    testing::WriteFileBytes(folder.File("junk.csv"), "no,points\nhere\n");
+    const std::string log = testing::TestDataFile("gpsd/garmin48.log");
+    for (const auto& [list, reason] : {std::pair{folder.Path(), "it is a folder"},
+                                       {"/dev/zero", "not a file of at most 16 MB"},
+                                       {folder.File("junk.csv"), "has no readable point line"}}) {
+        const Result result = RunCommand({"replay", log, "--destinations", list});
+        EXPECT_EQ(result.code, kExitFailure);
+        EXPECT_NE(result.err.find(reason), std::string::npos) << result.err;
+    }
+
+    // A foreign record's version bytes are shown as text, never copied
+    // into the JSON as they stand.
+    std::string record(kOptionsSize, '\0');
+    record.replace(0, 4,
+                   "\x7f"
+                   "E\xffL");
+    testing::WriteFileBytes(folder.File("foreign.dat"), record);
+    const Result dump = RunCommand({"options", "dump", folder.File("foreign.dat")});
+    ASSERT_EQ(dump.code, kExitOk) << dump.err;
+    EXPECT_EQ(nlohmann::json::parse(dump.out)["version"],
+              "\x7f"
+              "E\xc3\xbfL");
+}
+
+TEST(ToolTest, ACompileThatCannotBeWrittenLeavesTheOldFileWhole) {
+    testing::TemporaryFolder folder;
+    std::string source;
+    for (int id = 1; id <= 100; ++id) source += std::to_string(id) + "\tsome text of the file\n";
+    testing::WriteFileBytes(folder.File("src.txt"), source);
+    testing::WriteFileBytes(folder.File("out.dat"), "old");
+    // A file size limit of 1 KB stands in for a full disk.
+    const testing::ShellResult full =
+        testing::RunShell("trap '' XFSZ; ulimit -f 2; " + std::string(TOLVANE_PROGRAM_DIR) +
+                          "/tolvane-tool lang compile " + folder.File("src.txt") + " " +
+                          folder.File("out.dat") + " 2>&1");
+    EXPECT_EQ(full.exitCode, 1) << full.output;
+    EXPECT_NE(full.output.find("File too large"), std::string::npos) << full.output;
+    EXPECT_EQ(testing::ReadFileBytes(folder.File("out.dat")), "old");
+    EXPECT_FALSE(std::filesystem::exists(folder.File("out.dat.new")));
 }
 
 TEST(ToolTest, LanguageCompileAndDumpRoundTrip) {

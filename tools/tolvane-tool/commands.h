@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <iosfwd>
 #include <string>
 #include <vector>
@@ -25,7 +26,12 @@ int RunTool(const Arguments& arguments, std::ostream& out, std::ostream& err);
 std::string UsageText();
 
 // Reads or writes a whole file; on failure err is told which file and why.
-bool ReadTextFile(const std::string& path, std::string& content, std::ostream& err);
+// A file longer than maxBytes is refused once maxBytes + 1 bytes have come,
+// so that a device without end (/dev/zero) is never read whole. A regular
+// file is written as a new file beside it that then replaces it, so that a
+// full disk leaves the old file as it was.
+bool ReadTextFile(const std::string& path, std::size_t maxBytes, std::string& content,
+                  std::ostream& err);
 bool WriteTextFile(const std::string& path, const std::string& content, std::ostream& err);
 
 // Tells err that path could not be read and why (errno); returns false.

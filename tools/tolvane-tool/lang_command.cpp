@@ -8,7 +8,7 @@ namespace {
 
 int Compile(const std::string& sourcePath, const std::string& outPath, std::ostream& err) {
     std::string source, error;
-    if (!ReadTextFile(sourcePath, source, err)) return kExitFailure;
+    if (!ReadTextFile(sourcePath, kMaxLanguageFileBytes, source, err)) return kExitFailure;
     std::vector<LanguageEntry> entries;
     if (!ParseLanguageSource(source, entries, error)) {
         err << "tolvane-tool: " << sourcePath << ": " << error << '\n';
@@ -19,7 +19,7 @@ int Compile(const std::string& sourcePath, const std::string& outPath, std::ostr
 
 int Dump(const std::string& path, std::ostream& out, std::ostream& err) {
     std::string bytes;
-    if (!ReadTextFile(path, bytes, err)) return kExitFailure;
+    if (!ReadTextFile(path, kMaxLanguageFileBytes, bytes, err)) return kExitFailure;
     std::vector<LanguageEntry> entries;
     if (!DecodeLanguageFile(bytes, entries)) {
         err << "tolvane-tool: " << path

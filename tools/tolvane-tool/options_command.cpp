@@ -1,6 +1,7 @@
 #include <cstring>
 #include <ostream>
 
+#include "core/base/text_encoding.h"
 #include "core/data/options.h"
 #include "tools/tolvane-tool/commands.h"
 #include "tools/tolvane-tool/json_writer.h"
@@ -19,10 +20,17 @@ std::string VersionText(const Options& options) {
     return std::string(options.version, strnlen(options.version, sizeof options.version));
 }
 
+// The version text as the JSON shows it: its bytes are ANSI text of the
+// device, which a foreign record fills with anything, so they are read as
+// Windows-1252 rather than copied into the JSON as they stand.
+std::string VersionJson(const Options& options) {
+    return Windows1252ToUtf8(VersionText(options));
+}
+
 std::string OptionsJson(const Options& o) {
     JsonWriter json;
     json.BeginObject();
-    json.String("version", VersionText(o));
+    json.String("version", VersionJson(o));
     json.Bool("versionMatches", VersionText(o) == kProgramVersion);
     json.Integer("showMap", o.showMap);
     json.Integer("showTrack", o.showTrack);
@@ -82,7 +90,7 @@ int Reset(const std::string& path, std::ostream& err) {
 
 int Dump(const std::string& path, std::ostream& out, std::ostream& err) {
     std::string bytes;
-    if (!ReadTextFile(path, bytes, err)) return kExitFailure;
+    if (!ReadTextFile(path, kOptionsSize, bytes, err)) return kExitFailure;
     if (bytes.size() != kOptionsSize) {
         err << "tolvane-tool: " << path << ": not a settings record (" << bytes.size()
             << " bytes, a record has " << kOptionsSize << ")\n";

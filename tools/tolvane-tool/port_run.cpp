@@ -1,6 +1,9 @@
 #include "tools/tolvane-tool/port_run.h"
 
+#include <cerrno>
 #include <charconv>
+#include <cmath>
+#include <cstring>
 #include <filesystem>
 #include <sstream>
 
@@ -59,11 +62,11 @@ bool SetValueOption(const std::string& name, const std::string& value, RunSettin
     if (name == "--destinations") settings.destinationsFile = value;
     if (name == "--options" || name == "--out" || name == "--destinations") return !value.empty();
     if (name == "--min-speed") {
-        if (!ParseNumber(value, number) || number < 0) return false;
+        if (!ParseNumber(value, number) || !std::isfinite(number) || number < 0) return false;
         settings.minimumSpeed = number;
         return true;
     }
-    if (name == "--processor") return SetInteger(value, 0, 9, settings.dataProcessor);
+    if (name == "--processor") return SetInteger(value, 0, 2, settings.dataProcessor);
     if (name == "--unit") return SetInteger(value, 0, 9, settings.unitSystem);
     if (name == "--track-format") return SetTrackFormat(value, settings.trackFormat);
     if (name == "--interval") return SetInteger(value, 0, 1'000'000, settings.trackInterval);
@@ -121,10 +124,33 @@ std::string CheckRunSettings(const RunSettings& settings) {
     return {};
 }
 
+namespace {
+
+// Loads the settings record of --options as start-up loads Options.dat,
+// but a record start-up would throw away is refused, saying why.
+bool LoadRunOptions(const std::string& path, Options& options, std::string& error) {
+    int lastError = 0;
+    switch (LoadCheckedOptions(path, options, 1, &lastError)) {
+        case OptionsLoad::kLoaded:
+            return true;
+        case OptionsLoad::kUnreadable:
+            error = "cannot read the settings record " + path + ": " +
+                    (lastError != 0
+                         ? std::strerror(lastError)
+                         : "shorter than a record (" + std::to_string(kOptionsSize) + " bytes)");
+            return false;
+        case OptionsLoad::kOtherVersion:
+            error = path + " is not a settings record of version " + kProgramVersion;
+            return false;
+    }
+    return false;
+}
+
+}  // namespace
+
 bool MakeRunOptions(const RunSettings& settings, Options& options, std::string& error) {
     ResetOptions(options);
-    if (!settings.optionsFile.empty() && !LoadOptions(settings.optionsFile, options, 1)) {
-        error = "cannot read the settings record " + settings.optionsFile;
+    if (!settings.optionsFile.empty() && !LoadRunOptions(settings.optionsFile, options, error)) {
         return false;
     }
     options.dataProcessor = settings.dataProcessor.value_or(options.dataProcessor);
@@ -146,6 +172,47 @@ bool MakeRunOptions(const RunSettings& settings, Options& options, std::string& 
     return true;
 }
 
+namespace {
+
+// A destination list is a few hundred lines at most; a file larger than
+// this is none, and is refused before it is read (/dev/zero has no end).
+constexpr std::uintmax_t kMaxDestinationListBytes = 16 << 20;
+
+// Reads the destination list of --destinations; false with error set when
+// it is no file of points.
+bool LoadDestinations(const std::string& path, DynamicList<GeoPoint>& destinations,
+                      std::string& error) {
+    const std::string name = "the destination list " + path;
+    std::error_code status;
+    const std::filesystem::file_status file = std::filesystem::status(path, status);
+    if (status) {
+        error = "cannot read " + name + ": " + status.message();
+        return false;
+    }
+    if (std::filesystem::is_directory(file)) {
+        error = "cannot read " + name + ": it is a folder";
+        return false;
+    }
+    if (!std::filesystem::is_regular_file(file) ||
+        std::filesystem::file_size(path, status) > kMaxDestinationListBytes) {
+        error = "cannot read " + name + ": not a file of at most " +
+                std::to_string(kMaxDestinationListBytes >> 20) + " MB";
+        return false;
+    }
+    const CsvReadResult read = LoadPointFile(path, destinations);
+    if (!read.opened) {
+        error = "cannot read " + name + ": " + std::strerror(errno);
+        return false;
+    }
+    if (read.recordsRead == 0) {
+        error = name + " has no readable point line (longitude,latitude,name,...)";
+        return false;
+    }
+    return true;
+}
+
+}  // namespace
+
 bool PrepareRun(AppState& app, const RunSettings& settings, std::string& error) {
     app.folders.trackLogDir = settings.trackFolder;
     app.alarm.path = ProgramFile("Alarm.wav");
@@ -155,10 +222,7 @@ bool PrepareRun(AppState& app, const RunSettings& settings, std::string& error) 
     }
     if (settings.destinationsFile.empty()) return true;
     DynamicList<GeoPoint> destinations;
-    if (!LoadPointFile(settings.destinationsFile, destinations).opened) {
-        error = "cannot read the destination list " + settings.destinationsFile;
-        return false;
-    }
+    if (!LoadDestinations(settings.destinationsFile, destinations, error)) return false;
     OpenDestinationList(app.navigation, destinations);
     return true;
 }
@@ -236,12 +300,28 @@ std::string Count(int number, const char* singular, const char* plural) {
 
 }  // namespace
 
+// Why a run without fixes had none, when the parser saw the reason: the
+// receiver talks as another talker, whose sentences the program does not
+// read.
+std::string NoFixReason(int fixes, const NmeaParseStats& stats) {
+    if (fixes > 0 || stats.otherTalkerRmc == 0) return {};
+    const std::string talker(stats.otherTalker, 2);
+    return ": " +
+           Count(stats.otherTalkerRmc, ("$" + talker + "RMC sentence").c_str(),
+                 ("$" + talker + "RMC sentences").c_str()) +
+           (stats.otherTalkerRmc == 1 ? " was" : " were") +
+           " ignored; this program reads GP sentences";
+}
+
 std::string RunSummary(int ticks, int fixes, const NmeaParseStats& stats) {
-    return Count(ticks, "tick", "ticks") + ", " + Count(fixes, "fix", "fixes") + ", " +
+    const std::string zeroBytes =
+        stats.zeroBytes > 0 ? ", " + Count(stats.zeroBytes, "zero byte", "zero bytes") : "";
+    return Count(ticks, "tick", "ticks") + ", " + Count(fixes, "fix", "fixes") +
+           NoFixReason(fixes, stats) + ", " +
            Count(stats.checksumFailures + stats.brokenSentences, "dropped sentence",
                  "dropped sentences") +
            " (" + Count(stats.checksumFailures, "checksum failure", "checksum failures") + ", " +
-           std::to_string(stats.brokenSentences) + " broken)";
+           std::to_string(stats.brokenSentences) + " broken" + zeroBytes + ")";
 }
 
 }  // namespace tolvane::tool

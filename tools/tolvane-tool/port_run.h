@@ -95,7 +95,10 @@ std::string RunOptionsUsage();
 bool ParseInteger(const std::string& text, long long& value);
 
 // "N ticks, F fixes, D dropped sentences (C checksum failures, B broken)":
-// the dropped sentences are those the parser threw away.
+// the dropped sentences are those the parser threw away; zero bytes taken
+// out of the stream are counted inside the brackets when there were any.
+// A run without fixes says why when the reason is known: "0 fixes: 3600
+// $GNRMC sentences were ignored; this program reads GP sentences".
 std::string RunSummary(int ticks, int fixes, const NmeaParseStats& stats);
 
 // The program without its window, running the port source: the

@@ -164,7 +164,7 @@ void SecondSplitter::Scan(std::string_view text, std::size_t at, bool last,
         if (started_ && stamp.time == currentTime_) continue;
         if (started_) complete.push_back({current_.begin, at + start, current_.utc});
         const FileTime previous = started_ ? current_.utc : 0;
-        current_.begin = started_ ? at + start : 0;
+        if (started_) current_.begin = at + start;
         current_.utc = RmcUtc(stamp).value_or(previous + kFileTimeTicksPerSecond);
         currentTime_ = stamp.time;
         started_ = true;
@@ -174,9 +174,14 @@ void SecondSplitter::Scan(std::string_view text, std::size_t at, bool last,
     if (!last) return;
     if (started_) {
         complete.push_back({current_.begin, seenTo_, current_.utc});
-    } else if (seenTo_ > 0) {
-        complete.push_back({0, seenTo_, 0});
+    } else if (seenTo_ > current_.begin) {
+        complete.push_back({current_.begin, seenTo_, 0});
     }
+}
+
+void SecondSplitter::Played(std::size_t to) {
+    current_.begin = to;
+    scannedTo_ = std::max(scannedTo_, to);
 }
 
 int RecordingDevice::Read(char* buffer, int size) {

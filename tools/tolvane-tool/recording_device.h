@@ -40,6 +40,11 @@ class SecondSplitter {
     // way, the first of which begins at the recording's start.
     std::size_t KeepFrom() const { return current_.begin; }
 
+    // The text of the second under way up to position `to` (no further than
+    // the text seen so far) has been played already: the second now
+    // begins there, and later scans need nothing before it.
+    void Played(std::size_t to);
+
   private:
     // The end of the whole lines of text, looking for a line end only in
     // what the last scan did not see.

@@ -43,9 +43,7 @@ class RecordingPlayer {
         StartOnce(utc);
         if (run_.Lost()) return false;
         clock_.now = utc;
-        device_.Feed(bytes);
-        while (ReaderPass(run_.port) > 0) {
-        }
+        Read(bytes);
         run_.FireWatchdog();
         if (IsPortOpen(run_.port)) ReaderPass(run_.port);
         run_.Tick();
@@ -53,14 +51,43 @@ class RecordingPlayer {
         return true;
     }
 
+    // Plays the first part of a second that has not ended yet: the reader
+    // reads it, and the tick waits for the end of the second. A run that
+    // has not started yet starts here, before the recording has given any
+    // time.
+    void PlayPart(std::string_view bytes) {
+        StartOnce(clock_.now);
+        if (!run_.Lost()) Read(bytes);
+    }
+
     // The totals once the recording has ended; a recording without seconds
     // only starts the run.
     ReplayTotals Finish() {
         StartOnce(0);
-        return {run_.Ticks(), run_.Fixes(), run_.ParseStats()};
+        return {run_.Ticks(), run_.Fixes(), WithHeldBackSentence(run_.ParseStats())};
     }
 
   private:
+    // The parser hands back a sentence of another talker that stands last,
+    // to pass it over once more text follows. The recording has ended, so
+    // a '$' behind a copy of the text held back lets it be counted.
+    NmeaParseStats WithHeldBackSentence(NmeaParseStats stats) {
+        const std::string held = std::string(run_.port.buffer) + "$";
+        NmeaRecord scratch{};
+        GsvPaging paging;
+        NmeaParseStats heldStats;
+        ParseNmeaBuffer(scratch, paging, held.c_str(), &heldStats);
+        stats.otherTalkerRmc += heldStats.otherTalkerRmc;
+        if (heldStats.otherTalkerRmc > 0) std::memcpy(stats.otherTalker, heldStats.otherTalker, 2);
+        return stats;
+    }
+
+    void Read(std::string_view bytes) {
+        device_.Feed(bytes);
+        while (ReaderPass(run_.port) > 0) {
+        }
+    }
+
     void StartOnce(FileTime utc) {
         if (started_) return;
         started_ = true;
@@ -104,14 +131,35 @@ class RecordingWindow {
             }
         }
         complete_.clear();
-        const std::size_t done = splitter_.KeepFrom() - at_;
-        if (done > 0) std::memmove(text_.get(), text_.get() + done, length_ - done);
-        length_ -= done;
-        at_ += done;
+        Drop(splitter_.KeepFrom() - at_);
+        if (!last && length_ > kMaxHeldBytes) PlayHeldPart(player);
         return true;
     }
 
   private:
+    // No second a receiver sends comes near this. A second that grows past
+    // it is a recording without RMC lines of this program's talker, binary
+    // data or one endless line, and would otherwise be held whole.
+    static constexpr std::size_t kMaxHeldBytes = 1 << 20;
+
+    // Plays the second under way so far, up to its last line end (all of it
+    // when it has none), and lets it go, so that memory stays bounded
+    // whatever the recording holds.
+    void PlayHeldPart(RecordingPlayer& player) {
+        const std::string_view held(text_.get(), length_);
+        const std::size_t lineEnd = held.rfind('\n');
+        const std::size_t part = lineEnd == std::string_view::npos ? length_ : lineEnd + 1;
+        player.PlayPart(held.substr(0, part));
+        splitter_.Played(at_ + part);
+        Drop(part);
+    }
+
+    void Drop(std::size_t done) {
+        if (done > 0) std::memmove(text_.get(), text_.get() + done, length_ - done);
+        length_ -= done;
+        at_ += done;
+    }
+
     void MakeRoom(std::size_t room) {
         if (capacity_ - length_ >= room) return;
         const std::size_t capacity = std::max(2 * capacity_, length_ + room);

@@ -1,4 +1,6 @@
+#include <algorithm>
 #include <cerrno>
+#include <cstdio>
 #include <cstring>
 #include <filesystem>
 #include <fstream>
@@ -56,7 +58,8 @@ bool ReportUnreadable(const std::string& path, std::ostream& err) {
     return false;
 }
 
-bool ReadTextFile(const std::string& path, std::string& content, std::ostream& err) {
+bool ReadTextFile(const std::string& path, std::size_t maxBytes, std::string& content,
+                  std::ostream& err) {
     std::ifstream in(path, std::ios::binary);
     if (!in) return ReportUnreadable(path, err);
     // Read in large pieces into room made beforehand: a file may be tens of
@@ -64,19 +67,51 @@ bool ReadTextFile(const std::string& path, std::string& content, std::ostream& e
     content.clear();
     std::error_code sizeError;
     const std::uintmax_t size = std::filesystem::file_size(path, sizeError);
-    if (!sizeError) content.reserve(size);
+    if (!sizeError) content.reserve(std::min<std::uintmax_t>(size, maxBytes + 1));
     char piece[1 << 16];
-    while (in.read(piece, sizeof piece) || in.gcount() > 0) content.append(piece, in.gcount());
+    while (content.size() <= maxBytes &&
+           (in.read(piece, std::min<std::size_t>(sizeof piece, maxBytes + 1 - content.size())) ||
+            in.gcount() > 0)) {
+        content.append(piece, static_cast<std::size_t>(in.gcount()));
+    }
     if (in.bad()) return ReportUnreadable(path, err);
+    if (content.size() > maxBytes) {
+        err << "tolvane-tool: " << path << ": larger than the " << maxBytes
+            << " bytes such a file can have\n";
+        return false;
+    }
     return true;
 }
 
-bool WriteTextFile(const std::string& path, const std::string& content, std::ostream& err) {
+namespace {
+
+bool ReportUnwritable(const std::string& path, std::ostream& err) {
+    err << "tolvane-tool: cannot write " << path << ": " << std::strerror(errno) << '\n';
+    return false;
+}
+
+bool WriteInPlace(const std::string& path, const std::string& content) {
     std::ofstream out(path, std::ios::binary | std::ios::trunc);
     if (out) out.write(content.data(), static_cast<std::streamsize>(content.size()));
-    if (out) out.flush();
-    if (!out) {
-        err << "tolvane-tool: cannot write " << path << ": " << std::strerror(errno) << '\n';
+    if (out) out.close();
+    return !out.fail();
+}
+
+}  // namespace
+
+bool WriteTextFile(const std::string& path, const std::string& content, std::ostream& err) {
+    // A device or a pipe (/dev/stdout) is written as it is: it has no old
+    // content to keep, and nothing must take its place.
+    std::error_code status;
+    const std::filesystem::file_type type = std::filesystem::status(path, status).type();
+    if (type != std::filesystem::file_type::regular &&
+        type != std::filesystem::file_type::not_found) {
+        return WriteInPlace(path, content) || ReportUnwritable(path, err);
+    }
+    const std::string fresh = path + ".new";
+    if (!WriteInPlace(fresh, content) || std::rename(fresh.c_str(), path.c_str()) != 0) {
+        ReportUnwritable(path, err);
+        std::remove(fresh.c_str());
         return false;
     }
     return true;

@@ -95,7 +95,7 @@ int RunWatchCommand(const Arguments& arguments, std::ostream& out, std::ostream&
     }
     if (!run.Start(watch.port, static_cast<std::uint32_t>(watch.baudRate), ReaderDrive::kThread)) {
         err << "tolvane-tool: watch: cannot use the port " << watch.port << " ("
-            << platform::ResolvePortPath(watch.port) << "): " << run.port.lastErrorCode << '\n';
+            << platform::ResolvePortPath(watch.port) << "): " << PortErrorText(run.port) << '\n';
         return kExitFailure;
     }
     const auto start = std::chrono::steady_clock::now();

@@ -4,7 +4,9 @@
 
 #include <filesystem>
 
+#include "core/app/language_messages.h"
 #include "core/base/language_file.h"
+#include "tests/core/app/recording_host.h"
 #include "tests/core/test_support.h"
 
 namespace tolvane {
@@ -74,6 +76,19 @@ TEST_F(StringManagerTest, MissingOrReadOnlyFileFails) {
         Path(), std::filesystem::perms::owner_read | std::filesystem::perms::group_read);
     EXPECT_FALSE(Load());
     EXPECT_EQ(CStringManager::GetInstance().Count(), 0u);
+}
+
+TEST_F(StringManagerTest, AMessageWithoutItsLanguageFileShowsTheBuiltInEnglish) {
+    EXPECT_FALSE(Load());
+    testing::RecordingHost host;
+    ShowLanguageMessage(host, kTextGpsDisconnected, MessageIcon::kStop);
+    ASSERT_EQ(host.messages.size(), 1u);
+    EXPECT_EQ(host.messages[0].text, "The GPS receiver was disconnected. GPS has been stopped.");
+    EXPECT_EQ(host.messages[0].caption, "Tolvane GPS Utilities");
+    // A text the file has is the file's.
+    Write(EncodeLanguageFile({{kTextGpsDisconnected, "Lost."}}));
+    ASSERT_TRUE(Load());
+    EXPECT_EQ(LanguageText(kTextGpsDisconnected), "Lost.");
 }
 
 TEST(LanguageSourceTest, ParsesEscapesAndReportsTheBadLine) {

@@ -4,6 +4,7 @@
 #include <cstring>
 #include <random>
 #include <string>
+#include <tuple>
 #include <vector>
 
 #include "core/gps/nmea_record.h"
@@ -260,6 +261,21 @@ TEST(NmeaGsvTest, SatellitesPastTheTwelfthAreCountedButNeverWritten) {
     EXPECT_EQ(guarded.record.SatellitesInView(), 13);
 }
 
+TEST(NmeaAccessorTest, APositionOutsideTheWorldIsNoValidFix) {
+    NmeaRecord record{};
+    record.rmc.status = 'A';
+    record.rmc.latHemisphere = 'S';
+    record.rmc.lonHemisphere = 'W';
+    for (const auto& [latitude, longitude, valid] : {std::tuple{"9000.0000", "18000.0000", 1},
+                                                     {"9999.9999", "01131.000", 0},
+                                                     {"4807.038", "18000.0001", 0},
+                                                     {"4807.038", "99959.999", 0}}) {
+        std::strcpy(record.rmc.latitude, latitude);
+        std::strcpy(record.rmc.longitude, longitude);
+        EXPECT_EQ(ReadNmeaFix(record).fixValid, valid) << latitude << ' ' << longitude;
+    }
+}
+
 TEST(NmeaAccessorTest, CoordinatesAreSignedByTheirHemispheresAndFixTypesDefaultToNoFix) {
     NmeaRecord record{};
     std::strcpy(record.rmc.latitude, "4807.038");
@@ -400,6 +416,7 @@ TEST(NmeaCaptureTest, ACorruptColdStartCaptureLeavesEveryFieldTerminated) {
     PortReaderFeed feed(parser.record, parser.paging, &parser.stats);
     feed.ReadAll(text.data(), text.size(), 64, 3);
     EXPECT_GT(parser.stats.checksumFailures, 0);
+    EXPECT_GT(parser.stats.zeroBytes, 0);
     EXPECT_GT(parser.stats.rmc, 0);
     const NmeaRecord& record = parser.record;
     for (const char* end : {std::end(record.rmc.utcTime), std::end(record.rmc.latitude),

@@ -4,14 +4,16 @@
 #include <cstring>
 
 #include "core/gps/nmea_record.h"
+#include "core/gps/port_source.h"
 
 namespace tolvane::testing {
 
 // Feeds recorded text to the parser the way the port reader does: each read
-// is appended as text (up to its first zero byte) to a 2048-byte buffer; when
-// a read would not fit, the buffer is parsed first and the tail the parser
-// returns is moved to its front. The tests, the fuzz target and the
-// benchmark share it so that all three drive the parser alike.
+// is appended as text (zero bytes made '$', see CopyReadAsText) to a
+// 2048-byte buffer; when a read would not fit, the buffer is parsed first
+// and the tail the parser returns is moved to its front. The tests, the
+// fuzz target and the benchmark share it so that all three drive the parser
+// alike.
 class PortReaderFeed {
   public:
     static constexpr int kBufferSize = 2048;
@@ -27,13 +29,9 @@ class PortReaderFeed {
         // A tail that fills the buffer by itself can never be completed: the
         // reader would wait for room forever, so it is given up here.
         if (bufferedBytes_ + counted >= kBufferSize) Clear();
-        const void* zero = std::memchr(bytes, '\0', count);
-        const std::size_t text =
-            zero == nullptr ? count
-                            : static_cast<std::size_t>(static_cast<const char*>(zero) - bytes);
-        std::memcpy(buffer_ + textLength_, bytes, text);
-        textLength_ += text;
-        buffer_[textLength_] = '\0';
+        const int zeroBytes = CopyReadAsText(buffer_ + textLength_, bytes, counted);
+        if (stats_ != nullptr) stats_->zeroBytes += zeroBytes;
+        textLength_ += count;
         bufferedBytes_ += counted;
     }
 
@@ -76,7 +74,7 @@ class PortReaderFeed {
     NmeaParseStats* stats_;
     char buffer_[kBufferSize] = {};
     std::size_t textLength_ = 0;  // of the text in buffer_
-    int bufferedBytes_ = 0;       // counted the reader's way, zero bytes included
+    int bufferedBytes_ = 0;       // counted the reader's way
 };
 
 }  // namespace tolvane::testing

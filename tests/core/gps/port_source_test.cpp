@@ -105,6 +105,17 @@ TEST_F(PortSourceTest, RunawayTextLongerThanTheBufferIsDroppedAndLaterReadsArePa
     EXPECT_EQ(port.parseStats.rmc, static_cast<int>(sentences.size() / kRmc.size()));
 }
 
+TEST_F(PortSourceTest, AZeroByteBreaksOnlyTheSentenceItStandsInAndIsCounted) {
+    const std::string zero(1, '\0');
+    device.reads = {kRmc + zero + kRmc.substr(0, 20) + zero + kRmc.substr(20) + kRmc};
+    ReadAll();
+    timers.tick();
+    ReaderPass(port);
+    EXPECT_EQ(port.parseStats.rmc, 2);
+    EXPECT_EQ(port.parseStats.brokenSentences, 1);
+    EXPECT_EQ(port.parseStats.zeroBytes, 2);
+}
+
 TEST_F(PortSourceTest, WatchdogReportsAGoneDeviceFirstAndCallsTheCommandOutsideTheLock) {
     int reason = kStopReasonNone;
     port.links.lostGps = [&] {
