@@ -1,13 +1,20 @@
 #!/usr/bin/env bash
 # Installs the Debian packages the project needs, only those still missing.
-# Runs apt-get as root, or through sudo for a normal user.
+# Runs apt-get as root, or through sudo for a normal user. With --list it
+# only prints the list, one package a line (scripts/check-deps.sh reads it).
 set -euo pipefail
 
 packages=(
   cmake ninja-build g++ clang pkg-config
   libgtest-dev libbenchmark-dev
-  gpsd libgps-dev socat espeak-ng gpsbabel libxml2-utils
+  nlohmann-json3-dev
+  gpsd socat espeak-ng gpsbabel libxml2-utils
 )
+
+if [ "${1:-}" = --list ]; then
+  printf '%s\n' "${packages[@]}"
+  exit 0
+fi
 
 missing=()
 for package in "${packages[@]}"; do

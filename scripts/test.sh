@@ -1,5 +1,6 @@
 #!/usr/bin/env bash
-# Builds everything and runs every test: the developer build's tests, the
+# Builds everything and runs every test: the check that the build used only
+# packages that install-deps.sh installs, the developer build's tests, the
 # core tests again under the address and undefined-behaviour sanitizers,
 # and a bounded fuzzing run of every reader of outside input. Ends with one
 # line that counts the tests that ran.
@@ -14,6 +15,7 @@ trap 'rm -rf "$logs"' EXIT
 
 cmake --preset dev
 cmake --build --preset dev -j "$jobs"
+scripts/check-deps.sh build/dev
 ctest --test-dir build/dev --output-on-failure -j "$jobs" | tee "$logs/ctest.log"
 
 cmake --preset asan -DTOLVANE_BUILD_BENCHMARKS=OFF

@@ -1,5 +1,6 @@
 #include "core/app/main_timer.h"
 
+#include "core/app/language_messages.h"
 #include "core/nav/voice_guide.h"
 
 namespace tolvane {
@@ -46,6 +47,20 @@ void TrackTimerProc(AppState& app, Host& host) {
     const TrackTimerInputs inputs{app.gps, app.options,    app.gpsRunning, app.folders.trackLogDir,
                                   host,    app.currentView};
     if (TrackTimerTick(app.track, inputs)) host.Repaint();
+    ReportTrackFailure(app, host);
+}
+
+void ReportTrackFailure(AppState& app, Host& host) {
+    // The message box waits for the user, so it is shown outside the track
+    // lock, which the map drawing needs meanwhile.
+    std::string path;
+    {
+        const std::lock_guard<std::mutex> guard(app.track.lock);
+        if (app.track.failedPath.empty() || app.track.failureShown) return;
+        app.track.failureShown = true;
+        path = app.track.failedPath;
+    }
+    ShowLanguageMessage(host, kTextTrackWriteFailed, MessageIcon::kStop, path);
 }
 
 }  // namespace tolvane

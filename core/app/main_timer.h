@@ -17,4 +17,8 @@ void MainTimerProc(AppState& app, Host& host);
 // the track live.
 void TrackTimerProc(AppState& app, Host& host);
 
+// Tells the user, once per GPS run, of the first track file that could not
+// be created or written.
+void ReportTrackFailure(AppState& app, Host& host);
+
 }  // namespace tolvane

@@ -113,59 +113,69 @@ FilePointer Unbuffered(std::FILE* file) {
     return FilePointer(file);
 }
 
-// Opens for writing without ever truncating: an existing file is opened as
-// it is, a missing one is created.
-FilePointer OpenAlways(const std::string& path) {
-    std::FILE* file = std::fopen(path.c_str(), "r+b");
-    if (file == nullptr && errno == ENOENT) file = std::fopen(path.c_str(), "w+b");
-    return Unbuffered(file);
+bool WriteAll(std::FILE* file, std::string_view text) {
+    return std::fwrite(text.data(), 1, text.size(), file) == text.size();
 }
 
-void Write(std::FILE* file, const std::string& text) {
-    std::fwrite(text.data(), 1, text.size(), file);
-}
-
-// Puts text in place of the trailer at the end of the file and the trailer
-// after it. False only when the file can't be opened; a file too short to
-// hold the trailer is left alone.
-bool InsertBeforeTrailer(const std::string& path, const std::string& text, const char* trailer) {
-    const FilePointer file = OpenAlways(path);
-    if (!file) return false;
-    const long trailerLength = static_cast<long>(std::strlen(trailer));
-    if (std::fseek(file.get(), -trailerLength, SEEK_END) == 0) {
-        Write(file.get(), text + trailer);
+// Writes text in place of the trailer at the end of the file and the
+// trailer after it, or appends text to a log. Text that cannot be written
+// in full (a full disk) is taken back: the trailer goes back where it was,
+// which needs no new room, and the file is cut to its old length; a log
+// that this point would have created is removed. A document too short to
+// hold its trailer is left alone.
+bool AddToFile(const std::string& path, std::string_view text, std::string_view trailer) {
+    FilePointer file = Unbuffered(std::fopen(path.c_str(), trailer.empty() ? "ab" : "r+b"));
+    if (!file || std::fseek(file.get(), 0, SEEK_END) != 0) return false;
+    const long size = std::ftell(file.get());
+    if (size < static_cast<long>(trailer.size())) return size >= 0;
+    const long at = size - static_cast<long>(trailer.size());
+    std::string block(text);
+    block += trailer;
+    if (std::fseek(file.get(), at, SEEK_SET) == 0 && WriteAll(file.get(), block)) return true;
+    if (std::fseek(file.get(), at, SEEK_SET) == 0) WriteAll(file.get(), trailer);
+    file.reset();
+    std::error_code error;
+    if (size == 0) {
+        std::filesystem::remove(path, error);
+    } else {
+        std::filesystem::resize_file(path, static_cast<std::uintmax_t>(size), error);
     }
-    return true;
+    return false;
+}
+
+bool Exists(const std::string& path) {
+    std::error_code error;
+    return std::filesystem::exists(path, error);
+}
+
+// The first of "stamp.gpx", "stamp_2.gpx", "stamp_3.gpx", ... that is
+// neither a file nor a document being created.
+std::string FreeTrackPath(const std::string& folder, const std::string& stamp,
+                          const char* extension) {
+    std::string path = folder + "/" + stamp + extension;
+    for (int suffix = 2; Exists(path) || Exists(path + ".part"); ++suffix) {
+        path = folder + "/" + stamp + "_" + std::to_string(suffix) + extension;
+    }
+    return path;
 }
 
 // A new document appears under its name only once it is complete: it is
 // written beside it and then renamed, so that a kill at any moment leaves no
-// empty or half-written file. An existing file of the same name (two starts
-// in one second) is overwritten from its start, never shortened.
-void WriteDocumentStart(const std::string& path, const std::string& text) {
-    if (const FilePointer existing = Unbuffered(std::fopen(path.c_str(), "r+b"))) {
-        Write(existing.get(), text);
-        return;
-    }
+// empty or half-written file, and a full disk leaves nothing at all.
+bool WriteNewDocument(const std::string& path, const std::string& text) {
     const std::string partial = path + ".part";
-    {
-        const FilePointer file = Unbuffered(std::fopen(partial.c_str(), "wb"));
-        if (!file) return;
-        Write(file.get(), text);
+    bool written = false;
+    if (const FilePointer file = Unbuffered(std::fopen(partial.c_str(), "wb"))) {
+        written = WriteAll(file.get(), text);
     }
-    std::rename(partial.c_str(), path.c_str());
+    if (written && std::rename(partial.c_str(), path.c_str()) == 0) return true;
+    std::remove(partial.c_str());
+    return false;
 }
 
 std::string ReadWholeText(const std::string& path) {
     std::ifstream in(path, std::ios::binary);
     return std::string(std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>());
-}
-
-bool AppendLine(const std::string& path, const std::string& line) {
-    const FilePointer file = Unbuffered(std::fopen(path.c_str(), "ab"));
-    if (!file) return false;
-    Write(file.get(), line);
-    return true;
 }
 
 // A run of decimal digits and nothing else.
@@ -220,34 +230,74 @@ std::optional<TrackPoint> ParseLogLine(std::string_view line) {
 
 }  // namespace
 
-void StartTrackFile(const Options& options, const std::string& trackLogFolder, const Clock& clock,
+bool DirectTrackWriter::Write(const std::string& path, const std::string& text,
+                              std::string_view trailer) {
+    return AddToFile(path, text, trailer);
+}
+
+// Some tens of kilobytes per write: enough that the system calls no longer
+// show in a conversion's time, little enough to hold.
+constexpr std::size_t kTrackBufferSize = 64 * 1024;
+
+bool BufferedTrackWriter::Write(const std::string& path, const std::string& text,
+                                std::string_view trailer) {
+    bool written = true;
+    if (path != path_) {
+        written = Flush();
+        path_ = path;
+        trailer_ = trailer;
+    }
+    pending_ += text;
+    pointEnds_.push_back(pending_.size());
+    if (pending_.size() >= kTrackBufferSize) written = Flush() && written;
+    return written;
+}
+
+bool BufferedTrackWriter::Flush() {
+    bool written = pending_.empty() || AddToFile(path_, pending_, trailer_);
+    if (!written) {
+        // Keep every point that still fits, as the direct writer would.
+        std::size_t begin = 0;
+        for (const std::size_t end : pointEnds_) {
+            const std::string_view point = std::string_view(pending_).substr(begin, end - begin);
+            if (!AddToFile(path_, point, trailer_)) break;
+            begin = end;
+        }
+    }
+    pending_.clear();
+    pointEnds_.clear();
+    return written;
+}
+
+bool StartTrackFile(const Options& options, const std::string& trackLogFolder, const Clock& clock,
                     std::string& currentPath) {
-    if (!options.trackLoggerEnabled) return;
+    if (!options.trackLoggerEnabled) return true;
     const std::int32_t format = options.trackLogFormat;
     const std::string stamp =
         FormatCivil(kFileStampFormat, FileTimeToCivil(UtcToLocal(clock.NowUtc())));
-    currentPath = trackLogFolder + "/" + stamp + FileExtension(format);
-    if (format != kTrackFormatGpx && format != kTrackFormatKml) return;
-
-    WriteDocumentStart(currentPath, Header(format, stamp) + Trailer(format));
+    currentPath = FreeTrackPath(trackLogFolder, stamp, FileExtension(format));
+    if (format != kTrackFormatGpx && format != kTrackFormatKml) return true;
+    if (WriteNewDocument(currentPath, Header(format, stamp) + Trailer(format))) return true;
+    currentPath.clear();
+    return false;
 }
 
-void AppendTrackPoint(const Options& options, const GpsState& gps, const Clock& clock,
-                      const std::string& currentPath, DynamicList<TrackPoint>& track) {
+bool AppendTrackPoint(const Options& options, const GpsState& gps, const Clock& clock,
+                      const std::string& currentPath, DynamicList<TrackPoint>& track,
+                      TrackWriter& writer) {
     // The fix is checked before anything is opened, so that a log file is
     // not created empty by a run that never had a fix.
-    if (!options.trackLoggerEnabled || currentPath.empty() || !gps.fixValid) return;
+    if (!options.trackLoggerEnabled || currentPath.empty() || !gps.fixValid) return true;
     const std::int32_t format = options.trackLogFormat;
     const CivilTime utc = FileTimeToCivil(clock.NowUtc());
     const std::string text = PointText(format, gps, utc, track.Count() + 1);
-    if (text.size() >= kTrackPointTextLimit) return;
+    if (text.size() >= kTrackPointTextLimit) return true;
 
-    const bool opened = format == kTrackFormatGpx || format == kTrackFormatKml
-                            ? InsertBeforeTrailer(currentPath, text, Trailer(format))
-                            : AppendLine(currentPath, text);
-    if (!opened) return;
+    const bool document = format == kTrackFormatGpx || format == kTrackFormatKml;
+    if (!writer.Write(currentPath, text, document ? Trailer(format) : "")) return false;
     track.Append(
         TrackPoint{static_cast<float>(gps.latitude), static_cast<float>(gps.longitude), utc});
+    return true;
 }
 
 namespace {
@@ -290,7 +340,8 @@ bool RepairTrackFile(const std::string& path) {
     std::error_code error;
     std::filesystem::resize_file(path, keep, error);
     if (error) return false;
-    return AppendLine(path, Trailer(format));
+    const FilePointer file = Unbuffered(std::fopen(path.c_str(), "ab"));
+    return file && WriteAll(file.get(), Trailer(format));
 }
 
 int RepairTrackFolder(const std::string& trackLogFolder) {

@@ -2,6 +2,8 @@
 
 #include <cstdint>
 #include <string>
+#include <string_view>
+#include <vector>
 
 #include "core/base/dynamic_list.h"
 #include "core/base/file_time.h"
@@ -32,25 +34,70 @@ struct TrackPoint {
     CivilTime time;  // UTC
 };
 
+// Writes the points of track files. A point goes in front of the trailer of
+// a GPX or KML document, or at the end of a log (whose trailer is empty).
+// A point that cannot be written in full leaves its file as it was before.
+class TrackWriter {
+  public:
+    virtual ~TrackWriter() = default;
+    // False when the point, or one held back before it, could not be
+    // written in full.
+    virtual bool Write(const std::string& path, const std::string& text,
+                       std::string_view trailer) = 0;
+    // Writes whatever is held back; false as Write.
+    virtual bool Flush() = 0;
+};
+
+// The program's writer: each point goes to its file at once, in a single
+// write, and the file is closed again, so that a crash or a power loss at
+// any moment leaves a complete document with every earlier point.
+class DirectTrackWriter final : public TrackWriter {
+  public:
+    bool Write(const std::string& path, const std::string& text, std::string_view trailer) override;
+    bool Flush() override { return true; }
+};
+
+// A conversion's writer: the points are held back and written some tens of
+// kilobytes at a time, in front of the trailer as the direct writer puts
+// them, so the finished file is byte for byte the same. A conversion that
+// is cut short loses the points held back and can simply be run again.
+class BufferedTrackWriter final : public TrackWriter {
+  public:
+    ~BufferedTrackWriter() override { Flush(); }
+    bool Write(const std::string& path, const std::string& text, std::string_view trailer) override;
+    bool Flush() override;
+
+  private:
+    std::string path_;
+    std::string trailer_;
+    std::string pending_;
+    std::vector<std::size_t> pointEnds_;  // where each held point ends in pending_
+};
+
 // Starts a new track file for the current run when the logger is enabled in
 // options: the name is the local date and time of now, e.g.
-// "20110704160509.gpx", inside trackLogFolder, and it becomes currentPath. A
-// GPX or KML file gets its header and trailer at once, so it is a complete
-// document from the start; a log file is created by its first point. An
-// existing file of the same name (two starts in one second) has its
-// beginning overwritten but keeps its length. Failures are silent.
-void StartTrackFile(const Options& options, const std::string& trackLogFolder, const Clock& clock,
+// "20110704160509.gpx", inside trackLogFolder, and it becomes currentPath.
+// A new track never goes into an existing file: when the name is taken (a
+// second conversion into the same folder, two starts in one second) a
+// suffix makes it free, "20110704160509_2.gpx". A GPX or KML file gets its
+// header and trailer at once, so it is a complete document from the start;
+// a log file is created by its first point. False, with currentPath empty,
+// when the document could not be created (a full disk, a folder that cannot
+// be written); no file is left behind then.
+bool StartTrackFile(const Options& options, const std::string& trackLogFolder, const Clock& clock,
                     std::string& currentPath);
 
-// Appends the current position of gps to currentPath in the format of
-// options, time-stamped with the UTC time of now, and then adds it to track,
-// whose size also numbers the KML placemarks. Nothing happens while the
-// logger is disabled, without a file or without a valid fix, or when the
-// point's text would not fit its buffer. A file that can't be opened misses
-// the point silently, and so does the track; a GPX or KML file too short to
-// end with its trailer is left untouched, but the track gets the point.
-void AppendTrackPoint(const Options& options, const GpsState& gps, const Clock& clock,
-                      const std::string& currentPath, DynamicList<TrackPoint>& track);
+// Appends the current position of gps to currentPath through writer, in
+// the format of options, time-stamped with the UTC time of now, and then
+// adds it to track, whose size also numbers the KML placemarks. Nothing
+// happens while the logger is disabled, without a file or without a valid
+// fix, or when the point's text would not fit its buffer. A GPX or KML file
+// too short to end with its trailer is left untouched, but the track gets
+// the point. False when the point could not be written (a full disk, a
+// folder that went away); the track then misses it too.
+bool AppendTrackPoint(const Options& options, const GpsState& gps, const Clock& clock,
+                      const std::string& currentPath, DynamicList<TrackPoint>& track,
+                      TrackWriter& writer);
 
 // A GPX or KML track file whose last point was cut short, because the
 // program was killed while the kernel copied that point's write across a

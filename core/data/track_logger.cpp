@@ -13,6 +13,24 @@ std::int32_t SelectedInterval(const Options& options) {
     return ClampTrackInterval(options.trackIntervalValues[index]);
 }
 
+// Keeps the first failure of the run: that is the file the user is told of.
+void RecordFailure(TrackLogger& logger, const std::string& path) {
+    if (logger.failedPath.empty()) logger.failedPath = path;
+}
+
+void FlushWriter(TrackLogger& logger) {
+    if (!logger.writer->Flush()) RecordFailure(logger, logger.currentPath);
+}
+
+void StartFile(TrackLogger& logger, const Options& options, const std::string& trackLogFolder,
+               const Clock& clock) {
+    std::string path;
+    if (!StartTrackFile(options, trackLogFolder, clock, path)) {
+        RecordFailure(logger, trackLogFolder);
+    }
+    logger.currentPath = path;
+}
+
 // The body of a tick while the GPS runs; the caller holds the track lock.
 void AdvanceRunningTrack(TrackLogger& logger, const TrackTimerInputs& in) {
     if (logger.countdown == -1) {
@@ -23,18 +41,23 @@ void AdvanceRunningTrack(TrackLogger& logger, const TrackTimerInputs& in) {
         logger.liveTrack.Clear();
         logger.viewedTrack.Clear();
         logger.currentPath.clear();
+        logger.failedPath.clear();
+        logger.failureShown = false;
     }
     const bool enabled = in.options.trackLoggerEnabled != 0;
     if (enabled && logger.currentPath.empty()) {
-        StartTrackFile(in.options, in.trackLogFolder, in.clock, logger.currentPath);
+        StartFile(logger, in.options, in.trackLogFolder, in.clock);
     } else if (!enabled && !logger.currentPath.empty()) {
         // GPX and KML files are complete after every point: forgetting the
-        // path is all it takes to finish one.
+        // path (and writing what a conversion held back) is all it takes to
+        // finish one.
+        FlushWriter(logger);
         logger.currentPath.clear();
     }
     if (logger.countdown == 0) {
-        if (in.gps.fixValid) {
-            AppendTrackPoint(in.options, in.gps, in.clock, logger.currentPath, logger.liveTrack);
+        if (in.gps.fixValid && !AppendTrackPoint(in.options, in.gps, in.clock, logger.currentPath,
+                                                 logger.liveTrack, *logger.writer)) {
+            RecordFailure(logger, logger.currentPath);
         }
         logger.countdown = SelectedInterval(in.options);
     }
@@ -59,7 +82,13 @@ void RestartTrackFile(TrackLogger& logger, Options& options, std::int32_t format
                       const std::string& trackLogFolder, const Clock& clock) {
     const std::lock_guard<std::mutex> guard(logger.lock);
     options.trackLogFormat = format;
-    StartTrackFile(options, trackLogFolder, clock, logger.currentPath);
+    FlushWriter(logger);
+    StartFile(logger, options, trackLogFolder, clock);
+}
+
+void FlushTrackWriter(TrackLogger& logger) {
+    const std::lock_guard<std::mutex> guard(logger.lock);
+    FlushWriter(logger);
 }
 
 CsvReadResult ViewTrackLogFile(TrackLogger& logger, Options& options, const std::string& path) {

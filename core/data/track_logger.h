@@ -35,6 +35,14 @@ struct TrackLogger {
     // The points logged in this GPS run. Its count also numbers the KML
     // placemarks, so it holds nothing but what this run appended.
     DynamicList<TrackPoint> liveTrack;
+    // Where the points go: the program writes each at once; a conversion
+    // may put a buffered writer here.
+    DirectTrackWriter directWriter;
+    TrackWriter* writer = &directWriter;
+    // The first track file of this GPS run that could not be created or
+    // written, empty while none failed; the user is told once per run.
+    std::string failedPath;
+    bool failureShown = false;
     // A track log read back by "View Log File". It is kept apart so that
     // viewing an old track neither renumbers the placemarks of the running
     // file nor mixes into the live line; the map draws both, and the next
@@ -55,13 +63,16 @@ struct TrackTimerInputs {
 // The one-second track timer: counts the selected interval down and, when
 // it runs out, logs the current position (first at the tick after the GPS
 // starts, then every interval); starts and ends the track file as the
-// "Enable Logger" flag changes. Runs inside the track lock. Returns true when
-// the current view draws the track live and must be repainted.
+// "Enable Logger" flag changes. Runs inside the track lock. A file that
+// cannot be created or a point that cannot be written is recorded in
+// failedPath. Returns true when the current view draws the track live and
+// must be repainted.
 bool TrackTimerTick(TrackLogger& logger, const TrackTimerInputs& inputs);
 
 // The Options dialog's restart when the track log format (or the storage
 // location, and with it trackLogFolder) changes while logging: stores the
-// format and starts a new file, inside the track lock.
+// format and starts a new file, inside the track lock. A file that cannot
+// be created is recorded in failedPath, for the next tick to tell.
 void RestartTrackFile(TrackLogger& logger, Options& options, std::int32_t format,
                       const std::string& trackLogFolder, const Clock& clock);
 
@@ -73,6 +84,10 @@ CsvReadResult ViewTrackLogFile(TrackLogger& logger, Options& options, const std:
 // The "Track Interval" dialog's rule for a slot: below 1 becomes 1, above
 // 3600 becomes 3600.
 std::int32_t ClampTrackInterval(std::int64_t seconds);
+
+// Writes what the logger's writer holds back, inside the track lock; a
+// failure is recorded as a tick records it. A conversion calls it at its end.
+void FlushTrackWriter(TrackLogger& logger);
 
 // One field of the "Track Interval" dialog, read as an unsigned number and
 // clamped. Text that is not a whole number reads as 0 (so 1); blanks around

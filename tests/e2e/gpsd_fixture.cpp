@@ -10,9 +10,9 @@
 
 #include <algorithm>
 #include <cmath>
-#include <cstdio>
 #include <vector>
 
+#include "core/data/csv_text.h"
 #include "platform/process_runner.h"
 #include "tests/core/nmea_sentence.h"
 
@@ -20,20 +20,14 @@ namespace tolvane::testing {
 namespace {
 
 constexpr auto kBatchInterval = std::chrono::milliseconds(500);
-constexpr char kGpsdProgram[] = "/usr/sbin/gpsd";
-
-std::string Format(const char* format, auto... values) {
-    char buffer[256];
-    std::snprintf(buffer, sizeof buffer, format, values...);
-    return buffer;
-}
+constexpr char kGpsdProgram[] = TOLVANE_GPSD_PROGRAM;
 
 // "4807.0380,N": degrees and decimal minutes, then the hemisphere.
 std::string NmeaCoordinate(double degrees, int degreeDigits, char positive, char negative) {
     const double magnitude = std::fabs(degrees);
     const int whole = static_cast<int>(magnitude);
-    return Format("%0*d%07.4f,%c", degreeDigits, whole, (magnitude - whole) * 60.0,
-                  degrees < 0 ? negative : positive);
+    return FormatText("%0*d%07.4f,%c", degreeDigits, whole, (magnitude - whole) * 60.0,
+                      degrees < 0 ? negative : positive);
 }
 
 // Receivers leave the position fields empty while they have no fix.
@@ -46,11 +40,11 @@ std::string Position(const SimulatedFix& fix) {
 // The GSA and the four GSV sentences of the fourteen satellites.
 std::string Satellites(bool valid) {
     std::string text =
-        NmeaSentence(Format("GPGSA,A,%d,24,26,28,,,,,,,,,,2.5,1.3,2.1", valid ? 3 : 1));
+        NmeaSentence(FormatText("GPGSA,A,%d,24,26,28,,,,,,,,,,2.5,1.3,2.1", valid ? 3 : 1));
     for (int message = 0; message < 4; ++message) {
-        std::string body = Format("GPGSV,4,%d,14", message + 1);
+        std::string body = FormatText("GPGSV,4,%d,14", message + 1);
         for (int prn = 2 + 8 * message; prn <= std::min(28, 8 + 8 * message); prn += 2) {
-            body += Format(",%02d,%02d,%03d,%02d", prn, 10 + prn, 10 * prn, 20 + prn);
+            body += FormatText(",%02d,%02d,%03d,%02d", prn, 10 + prn, 10 * prn, 20 + prn);
         }
         text += NmeaSentence(body);
     }
@@ -59,13 +53,13 @@ std::string Satellites(bool valid) {
 
 // The RMC, GGA, GSA and GSV sentences of one fix at the given UTC time.
 std::string NmeaBatch(const SimulatedFix& fix, const CivilTime& utc) {
-    const std::string time = Format("%02d%02d%02d.00", utc.hour, utc.minute, utc.second);
-    const std::string date = Format("%02d%02d%02d", utc.day, utc.month, utc.year % 100);
+    const std::string time = FormatText("%02d%02d%02d.00", utc.hour, utc.minute, utc.second);
+    const std::string date = FormatText("%02d%02d%02d", utc.day, utc.month, utc.year % 100);
     const char status = fix.valid ? 'A' : 'V';
-    return NmeaSentence(Format("GPRMC,%s,%c,", time.c_str(), status) + Position(fix) +
-                        Format(",22.4,84.4,%s,,,%c", date.c_str(), fix.valid ? 'A' : 'N')) +
-           NmeaSentence(Format("GPGGA,%s,", time.c_str()) + Position(fix) +
-                        Format(",%d,03,1.3,545.4,M,46.9,M,,", fix.valid ? 1 : 0)) +
+    return NmeaSentence(FormatText("GPRMC,%s,%c,", time.c_str(), status) + Position(fix) +
+                        FormatText(",22.4,84.4,%s,,,%c", date.c_str(), fix.valid ? 'A' : 'N')) +
+           NmeaSentence(FormatText("GPGGA,%s,", time.c_str()) + Position(fix) +
+                        FormatText(",%d,03,1.3,545.4,M,46.9,M,,", fix.valid ? 1 : 0)) +
            Satellites(fix.valid);
 }
 

@@ -17,12 +17,13 @@ namespace tolvane::testing {
 class PseudoTerminal {
   public:
     PseudoTerminal() {
-        char name[256] = {};
-        if (openpty(&master_, &slave_, name, nullptr, nullptr) != 0) {
+        // openpty would copy the name into a caller's buffer without knowing
+        // its size, so the slave's name is asked of the terminal itself.
+        if (openpty(&master_, &slave_, nullptr, nullptr, nullptr) != 0) {
             master_ = slave_ = -1;
             return;
         }
-        slaveName_ = name;
+        if (const char* name = ttyname(slave_)) slaveName_ = name;
         termios line{};
         tcgetattr(slave_, &line);
         cfmakeraw(&line);

@@ -23,7 +23,8 @@ TEST(TrackFileTimeZoneTest, NamesAreLocalAndPointTimesAreUtc) {
         const Options options = testing::LoggingOptions(format);
         std::string path;
         StartTrackFile(options, folder.Path(), clock, path);
-        AppendTrackPoint(options, gps, clock, path, track);
+        DirectTrackWriter writer;
+        AppendTrackPoint(options, gps, clock, path, track, writer);
         const std::string bytes = testing::ReadFileBytes(path);
         if (format == kTrackFormatKml) {
             EXPECT_EQ(path, folder.File("20110705013009.kml"));

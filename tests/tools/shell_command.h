@@ -35,14 +35,15 @@ inline std::string Quoted(const std::string& path) {
 }
 
 inline bool IsWellFormedXml(const std::string& path) {
-    return RunShell("xmllint --noout " + Quoted(path) + " 2>&1").exitCode == 0;
+    return RunShell(Quoted(TOLVANE_XMLLINT_PROGRAM) + " --noout " + Quoted(path) + " 2>&1")
+               .exitCode == 0;
 }
 
 // gpsbabel's unicsv output of a file: one row per point, the header left out.
 inline std::vector<std::string> GpsbabelRows(const std::string& arguments,
                                              const std::string& path) {
-    const ShellResult result =
-        RunShell("gpsbabel " + arguments + " -f " + Quoted(path) + " -o unicsv -F - 2>&1");
+    const ShellResult result = RunShell(Quoted(TOLVANE_GPSBABEL_PROGRAM) + " " + arguments +
+                                        " -f " + Quoted(path) + " -o unicsv -F - 2>&1");
     EXPECT_EQ(result.exitCode, 0) << result.output;
     std::vector<std::string> rows;
     std::istringstream lines(result.output);

@@ -287,6 +287,12 @@ void PortRun::Tick() {
     if (app.gps.connected && app.gps.fixValid) ++fixes_;
 }
 
+bool PortRun::FinishTrack() {
+    FlushTrackWriter(app.track);
+    ReportTrackFailure(app, host_);
+    return app.track.failedPath.empty();
+}
+
 NmeaParseStats PortRun::ParseStats() {
     std::lock_guard<std::mutex> guard(port.lock);
     return port.parseStats;

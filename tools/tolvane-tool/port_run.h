@@ -123,6 +123,10 @@ class PortRun {
     // One second of the program's timers; counts ticks and fixes.
     void Tick();
 
+    // Writes what the track logger held back and tells of a track file
+    // that could not be written; false when one could not.
+    bool FinishTrack();
+
     bool Lost() const { return lost_; }
     int Ticks() const { return ticks_; }
     int Fixes() const { return fixes_; }

@@ -162,10 +162,13 @@ void SecondSplitter::Scan(std::string_view text, std::size_t at, bool last,
          start = FindRmcLine(lines, start + 1)) {
         const RmcStamp stamp = ReadRmcStamp(lines, start);
         if (started_ && stamp.time == currentTime_) continue;
-        if (started_) complete.push_back({current_.begin, at + start, current_.utc});
+        if (started_)
+            complete.push_back({current_.begin, at + start, current_.utc, current_.dated});
         const FileTime previous = started_ ? current_.utc : 0;
+        const std::optional<FileTime> utc = RmcUtc(stamp);
         if (started_) current_.begin = at + start;
-        current_.utc = RmcUtc(stamp).value_or(previous + kFileTimeTicksPerSecond);
+        current_.utc = utc.value_or(previous + kFileTimeTicksPerSecond);
+        current_.dated = utc.has_value() || (started_ && current_.dated);
         currentTime_ = stamp.time;
         started_ = true;
     }
@@ -173,9 +176,9 @@ void SecondSplitter::Scan(std::string_view text, std::size_t at, bool last,
     seenTo_ = at + text.size();
     if (!last) return;
     if (started_) {
-        complete.push_back({current_.begin, seenTo_, current_.utc});
+        complete.push_back({current_.begin, seenTo_, current_.utc, current_.dated});
     } else if (seenTo_ > current_.begin) {
-        complete.push_back({current_.begin, seenTo_, 0});
+        complete.push_back({current_.begin, seenTo_, 0, false});
     }
 }
 

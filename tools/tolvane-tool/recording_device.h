@@ -11,11 +11,14 @@
 namespace tolvane::tool {
 
 // One second of a recorded NMEA log: its bytes and the UTC time of the RMC
-// sentence that began it.
+// sentence that began it. The time is dated when that sentence, or one
+// before it, carried a real date and time; receivers leave the date out
+// until their first fix, and the seconds before it count on from 1601.
 struct RecordedSecond {
     std::size_t begin = 0;
     std::size_t end = 0;
     FileTime utc = 0;
+    bool dated = false;
 };
 
 // Cuts a recording into seconds. A second begins at each line starting with

@@ -17,12 +17,15 @@ struct ReplayTotals {
     int ticks = 0;
     int fixes = 0;
     NmeaParseStats parse;
+    bool trackWritten = true;  // false when a track file could not be written
 };
 
 // Plays a recorded NMEA log through the port source, the reader's framing
 // and parse, the watchdog, the main timer's procedure and the track timer,
 // one tick per second of the recording, with a clock that follows the
-// recording's UTC time. onTick, when given, sees the application state
+// recording's UTC time. The track logger, when on, starts its file at the
+// first second with a real date, which names it, and writes through a
+// buffer. onTick, when given, sees the application state
 // after each tick; messages receives what the program would show in
 // message boxes. False with error set when the run cannot be prepared (a
 // destination list that cannot be read).

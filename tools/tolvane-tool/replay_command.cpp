@@ -6,6 +6,8 @@
 #include <string>
 #include <vector>
 
+#include "core/base/string_manager.h"
+#include "platform/program_location.h"
 #include "tools/tolvane-tool/port_run.h"
 #include "tools/tolvane-tool/recording_device.h"
 #include "tools/tolvane-tool/replay.h"
@@ -30,7 +32,13 @@ class RecordingPlayer {
         : services_(settings.voice),
           run_(clock_, device_, options, services_, messages),
           baudRate_(BaudRateForIndex(options.baudIndex)),
-          onTick_(onTick) {}
+          onTick_(onTick),
+          trackLogger_(options.trackLoggerEnabled) {
+        // A replay can simply be run again, so its track goes through a
+        // buffer; the program itself writes every point at once.
+        run_.app.track.writer = &trackWriter_;
+        run_.app.options.trackLoggerEnabled = 0;
+    }
 
     // Prepares the run for its settings; false with error set when it
     // cannot be.
@@ -39,10 +47,13 @@ class RecordingPlayer {
     }
 
     // Plays one second; false, playing nothing, once the source was lost.
-    bool Play(std::string_view bytes, FileTime utc) {
-        StartOnce(utc);
+    bool Play(std::string_view bytes, const RecordedSecond& second) {
+        StartOnce(second.utc);
         if (run_.Lost()) return false;
-        clock_.now = utc;
+        clock_.now = second.utc;
+        // The track's name comes from the clock when its file starts, and
+        // a clock still counting from 1601 would name it so.
+        if (second.dated) run_.app.options.trackLoggerEnabled = trackLogger_;
         Read(bytes);
         run_.FireWatchdog();
         if (IsPortOpen(run_.port)) ReaderPass(run_.port);
@@ -64,7 +75,8 @@ class RecordingPlayer {
     // only starts the run.
     ReplayTotals Finish() {
         StartOnce(0);
-        return {run_.Ticks(), run_.Fixes(), WithHeldBackSentence(run_.ParseStats())};
+        const bool trackWritten = run_.FinishTrack();
+        return {run_.Ticks(), run_.Fixes(), WithHeldBackSentence(run_.ParseStats()), trackWritten};
     }
 
   private:
@@ -98,9 +110,11 @@ class RecordingPlayer {
     RecordingClock clock_;
     RecordingDevice device_;
     RunServices services_;
+    BufferedTrackWriter trackWriter_;
     PortRun run_;
     std::uint32_t baudRate_;
     const std::function<void(AppState&)>& onTick_;
+    std::int32_t trackLogger_;
     bool started_ = false;
 };
 
@@ -125,8 +139,7 @@ class RecordingWindow {
         const std::string_view text(text_.get(), length_);
         splitter_.Scan(text, at_, last, complete_);
         for (const RecordedSecond& second : complete_) {
-            if (!player.Play(text.substr(second.begin - at_, second.end - second.begin),
-                             second.utc)) {
+            if (!player.Play(text.substr(second.begin - at_, second.end - second.begin), second)) {
                 return false;
             }
         }
@@ -186,7 +199,7 @@ bool ReplayRecording(std::string_view recording, const RunSettings& settings,
     RecordingPlayer player(settings, options, messages, onTick);
     if (!player.Prepare(settings, error)) return false;
     for (const RecordedSecond& second : SplitIntoSeconds(recording)) {
-        if (!player.Play(recording.substr(second.begin, second.end - second.begin), second.utc)) {
+        if (!player.Play(recording.substr(second.begin, second.end - second.begin), second)) {
             break;
         }
     }
@@ -239,6 +252,10 @@ int RunReplayCommand(const Arguments& arguments, std::ostream& out, std::ostream
         err << "tolvane-tool: replay: " << error << '\n';
         return kExitFailure;
     }
+    // The message of a track file that cannot be written comes from the
+    // language file in the program folder.
+    platform::InstallProgramPaths({});
+    CStringManager::GetInstance().Load(kLanguageEnglish, kSubLanguageEnglishUs);
     const auto printTick = [&out](AppState& app) { out << TickJson(app) << '\n'; };
     ReplayTotals totals;
     if (!ReplayRecordingFile(logPath, settings, options, err,
@@ -250,7 +267,7 @@ int RunReplayCommand(const Arguments& arguments, std::ostream& out, std::ostream
     if (!settings.json) {
         out << logPath << ": " << RunSummary(totals.ticks, totals.fixes, totals.parse) << '\n';
     }
-    return kExitOk;
+    return totals.trackWritten ? kExitOk : kExitFailure;
 }
 
 }  // namespace tolvane::tool

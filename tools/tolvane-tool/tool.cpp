@@ -34,7 +34,9 @@ std::string UsageText() {
            RunOptionsUsage();
 }
 
-int RunTool(const Arguments& arguments, std::ostream& out, std::ostream& err) {
+namespace {
+
+int RunCommand(const Arguments& arguments, std::ostream& out, std::ostream& err) {
     if (arguments.size() < 2) {
         err << UsageText();
         return kExitUsage;
@@ -51,6 +53,17 @@ int RunTool(const Arguments& arguments, std::ostream& out, std::ostream& err) {
     if (command == "watch") return RunWatchCommand(rest, out, err);
     err << "tolvane-tool: unknown command '" << command << "'\n\n" << UsageText();
     return kExitUsage;
+}
+
+}  // namespace
+
+int RunTool(const Arguments& arguments, std::ostream& out, std::ostream& err) {
+    const int exitCode = RunCommand(arguments, out, err);
+    // A script that reads the output must not take a cut one for the whole
+    // (standard output on a full disk, a closed pipe).
+    if (out.flush()) return exitCode;
+    err << "tolvane-tool: cannot write the output: " << std::strerror(errno) << '\n';
+    return kExitFailure;
 }
 
 bool ReportUnreadable(const std::string& path, std::ostream& err) {

@@ -109,7 +109,8 @@ int RunWatchCommand(const Arguments& arguments, std::ostream& out, std::ostream&
     if (!watch.settings.json) {
         out << watch.port << ": " << RunSummary(run.Ticks(), run.Fixes(), run.ParseStats()) << '\n';
     }
-    return run.Lost() ? kExitFailure : kExitOk;
+    const bool trackWritten = run.FinishTrack();
+    return run.Lost() || !trackWritten ? kExitFailure : kExitOk;
 }
 
 }  // namespace tolvane::tool

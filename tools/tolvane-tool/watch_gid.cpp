@@ -54,7 +54,7 @@ int RunGidWatch(const GidWatch& watch, std::ostream& out, std::ostream& err) {
     if (!watch.settings.json) {
         out << "shared GPS service: " << watch.seconds << " ticks, " << fixes << " fixes\n";
     }
-    return kExitOk;
+    return app.track.failedPath.empty() ? kExitOk : kExitFailure;
 }
 
 }  // namespace tolvane::tool

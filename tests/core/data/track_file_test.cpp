@@ -66,7 +66,7 @@ class TrackFileTest : public ::testing::Test {
     }
     void Append() {
         clock_.AdvanceSeconds(10);
-        AppendTrackPoint(options_, gps_, clock_, path_, track_);
+        AppendTrackPoint(options_, gps_, clock_, path_, track_, writer_);
     }
 
     testing::TemporaryFolder folder_;
@@ -75,6 +75,7 @@ class TrackFileTest : public ::testing::Test {
     GpsState gps_ = MovingFix();
     std::string path_;
     DynamicList<TrackPoint> track_;
+    DirectTrackWriter writer_;
 };
 
 TEST_F(TrackFileTest, GpxIsACompleteDocumentFromTheStartAndAfterEveryPoint) {
@@ -145,17 +146,17 @@ TEST_F(TrackFileTest, NothingHappensWithoutLoggerFixOrFile) {
 }
 
 TEST_F(TrackFileTest, DamagedOrMissingFilesNeverGetAHalfPoint) {
-    // Two starts within one second overwrite the beginning of the file but
-    // never shorten it.
+    // Two starts within one second: the second track takes a free name and
+    // the first is left as it was.
     Start(kTrackFormatGpx);
     Append();
+    const std::string first = path_;
     const std::string onePoint = ReadFileBytes(path_);
     const ManualClock sameSecond({2011, 7, 4, 8, 5, 9, 0});
-    StartTrackFile(options_, folder_.Path(), sameSecond, path_);
-    const std::string restarted = ReadFileBytes(path_);
-    ASSERT_EQ(restarted.size(), onePoint.size());
-    EXPECT_EQ(restarted.substr(0, sizeof kGpxHeader - 1 + sizeof kGpxTrailer - 1),
-              std::string(kGpxHeader) + kGpxTrailer);
+    ASSERT_TRUE(StartTrackFile(options_, folder_.Path(), sameSecond, path_));
+    EXPECT_EQ(path_, folder_.File("20110704080509_2.gpx"));
+    EXPECT_EQ(ReadFileBytes(first), onePoint);
+    EXPECT_EQ(ReadFileBytes(path_), std::string(kGpxHeader) + kGpxTrailer);
 
     // A file too short to hold the trailer is left as it is.
     WriteFileBytes(path_, "<gpx>");
