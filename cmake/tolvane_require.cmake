@@ -3,9 +3,9 @@
 # new machine learns what scripts/install-deps.sh must list instead of
 # meeting a missing header halfway through the build.
 
+# The text is kept short because CMake wraps a long one over several lines.
 function(tolvane_missing what debianPackage)
-  message(FATAL_ERROR "${what} is missing: install the Debian package ${debianPackage} "
-                      "(scripts/install-deps.sh installs everything the project uses)")
+  message(FATAL_ERROR "Missing ${what}: apt-get install ${debianPackage}")
 endfunction()
 
 # tolvane_require_package(NAME DEBIAN_PACKAGE [find_package arguments...])
@@ -13,7 +13,7 @@ endfunction()
 macro(tolvane_require_package name debianPackage)
   find_package(${name} ${ARGN} QUIET)
   if(NOT ${name}_FOUND)
-    tolvane_missing("The CMake package ${name}" ${debianPackage})
+    tolvane_missing("CMake package ${name}" ${debianPackage})
   endif()
 endmacro()
 
@@ -23,7 +23,7 @@ macro(tolvane_require_pkgconfig prefix module debianPackage)
   tolvane_require_package(PkgConfig pkg-config)
   pkg_check_modules(${prefix} QUIET IMPORTED_TARGET ${module})
   if(NOT ${prefix}_FOUND)
-    tolvane_missing("The library ${module}" ${debianPackage})
+    tolvane_missing("library ${module}" ${debianPackage})
   endif()
 endmacro()
 
@@ -32,6 +32,6 @@ endmacro()
 function(tolvane_require_program variable program debianPackage)
   find_program(${variable} NAMES ${program} PATHS ${ARGN})
   if(NOT ${variable})
-    tolvane_missing("The program ${program}" ${debianPackage})
+    tolvane_missing("program ${program}" ${debianPackage})
   endif()
 endfunction()

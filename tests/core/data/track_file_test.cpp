@@ -175,6 +175,30 @@ TEST_F(TrackFileTest, DamagedOrMissingFilesNeverGetAHalfPoint) {
     EXPECT_FALSE(std::filesystem::exists(folder_.File("missing")));
 }
 
+// A conversion's buffered writer makes the same bytes as the program's
+// direct one, across the writes it holds back and when it changes file.
+TEST_F(TrackFileTest, BufferedTracksAreTheSameBytes) {
+    for (const std::int32_t format : {kTrackFormatGpx, kTrackFormatKml, kTrackFormatLog}) {
+        std::string paths[2];
+        BufferedTrackWriter buffered;
+        TrackWriter* const writers[2] = {&writer_, &buffered};
+        for (int file = 0; file < 2; ++file) {
+            Start(format);
+            paths[file] = path_;
+            track_.Clear();
+            for (int point = 0; point < 1000; ++point) {
+                clock_.AdvanceSeconds(1);
+                ASSERT_TRUE(
+                    AppendTrackPoint(options_, gps_, clock_, path_, track_, *writers[file]));
+            }
+            clock_.AdvanceSeconds(-1000);
+        }
+        ASSERT_TRUE(buffered.Flush());
+        EXPECT_GT(ReadFileBytes(paths[0]).size(), 64u * 1024);
+        EXPECT_EQ(ReadFileBytes(paths[1]), ReadFileBytes(paths[0]));
+    }
+}
+
 // A point cut short by a kill is dropped and the trailer written again;
 // complete files, log files and the points before the cut are left alone.
 TEST_F(TrackFileTest, RepairCutsBackToTheLastCompletePoint) {
