@@ -8,7 +8,7 @@ packages=(
   cmake ninja-build g++ clang pkg-config
   libgtest-dev libbenchmark-dev
   nlohmann-json3-dev
-  gpsd socat espeak-ng gpsbabel libxml2-utils
+  gpsd espeak-ng gpsbabel libxml2-utils
 )
 
 if [ "${1:-}" = --list ]; then
