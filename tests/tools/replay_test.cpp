@@ -7,8 +7,8 @@
 
 #include "tests/core/test_support.h"
 #include "tests/tools/run_tool.h"
+#include "tools/replay/recording_device.h"
 #include "tools/tolvane-tool/commands.h"
-#include "tools/tolvane-tool/recording_device.h"
 
 namespace tolvane::tool {
 namespace {
@@ -140,9 +140,9 @@ TEST(ReplayTest, SummaryCountsTicksFixesAndDroppedSentences) {
     EXPECT_NE(garmin.out.find("12 ticks, 0 fixes, 0 dropped"), std::string::npos) << garmin.out;
 
     const Result garmin48 = RunCommand({"replay", testing::TestDataFile("gpsd/garmin48.log")});
-    EXPECT_NE(garmin48.out.find(
-                  "7 ticks, 7 fixes, 1 dropped sentence (1 checksum failure, 0 broken)"),
-              std::string::npos)
+    EXPECT_NE(
+        garmin48.out.find("7 ticks, 7 fixes, 1 dropped sentence (1 checksum failure, 0 broken)"),
+        std::string::npos)
         << garmin48.out;
 }
 

@@ -7,9 +7,9 @@
 #include "core/data/options.h"
 #include "tests/core/test_support.h"
 #include "tests/tools/run_tool.h"
+#include "tools/replay/port_run.h"
+#include "tools/replay/tool_host.h"
 #include "tools/tolvane-tool/commands.h"
-#include "tools/tolvane-tool/port_run.h"
-#include "tools/tolvane-tool/tool_host.h"
 
 namespace tolvane::tool {
 namespace {
