@@ -1,0 +1,35 @@
+#include "platform/instance_lock.h"
+
+#include <fcntl.h>
+#include <sys/file.h>
+#include <unistd.h>
+
+#include <cstdlib>
+
+#include "platform/process_runner.h"
+
+namespace tolvane::platform {
+
+InstanceLock::~InstanceLock() {
+    if (fd_ >= 0) close(fd_);
+}
+
+InstanceLock::Result InstanceLock::Acquire(const std::string& path) {
+    if (fd_ >= 0) return Result::kAcquired;
+    const int fd = open(path.c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0600);
+    if (fd < 0) return Result::kFailed;
+    if (flock(fd, LOCK_EX | LOCK_NB) != 0) {
+        close(fd);
+        return Result::kHeldElsewhere;
+    }
+    fd_ = fd;
+    return Result::kAcquired;
+}
+
+std::string RuntimeFolder() {
+    const char* runtime = std::getenv("XDG_RUNTIME_DIR");
+    if (runtime != nullptr && *runtime != '\0') return WithoutTrailingSlash(runtime);
+    return LinuxProcessRunner().TemporaryFolder();
+}
+
+}  // namespace tolvane::platform
