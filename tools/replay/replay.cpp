@@ -50,7 +50,7 @@ class RecordingPlayer {
         run_.FireWatchdog();
         if (IsPortOpen(run_.port)) ReaderPass(run_.port);
         run_.Tick();
-        return !onTick_ || onTick_(run_.app);
+        return !onTick_ || onTick_(run_.app, utc);
     }
 
     // The totals once the recording has ended; a recording without seconds

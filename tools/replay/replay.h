@@ -13,9 +13,9 @@
 
 namespace tolvane::tool {
 
-// Sees the application state after each tick; returns false to end the
-// replay there.
-using TickObserver = std::function<bool(AppState&)>;
+// Sees the application state after each tick, with the tick's UTC time;
+// returns false to end the replay there.
+using TickObserver = std::function<bool(AppState&, FileTime utc)>;
 
 struct ReplayTotals {
     int ticks = 0;

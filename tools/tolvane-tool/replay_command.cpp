@@ -29,7 +29,7 @@ int RunReplayCommand(const Arguments& arguments, std::ostream& out, std::ostream
         err << "tolvane-tool: replay: " << error << '\n';
         return kExitFailure;
     }
-    const auto printTick = [&out](AppState& app) {
+    const auto printTick = [&out](AppState& app, FileTime /*utc*/) {
         out << TickJson(app) << '\n';
         return true;
     };
