@@ -7,6 +7,8 @@ packages=(
   cmake ninja-build g++ clang pkg-config
   libgtest-dev libbenchmark-dev
   gpsd libgps-dev socat espeak-ng gpsbabel libxml2-utils
+  qt6-base-dev qt6-multimedia-dev libgl-dev fonts-dejavu-core
+  xvfb xdotool desktop-file-utils appstream
 )
 
 missing=()
