@@ -1,0 +1,28 @@
+#include "core/app/program.h"
+
+#include "core/app/gid_commands.h"
+#include "core/base/string_manager.h"
+
+namespace tolvane {
+
+Program::Program(const ProgramServices& services, const ProgramFiles& programFiles)
+    : host(services.host),
+      deviceQueries(services.deviceQueries),
+      libraryLoader(services.libraryLoader),
+      files(programFiles) {
+    ResetOptions(app.options);
+    app.alarm.path = files.alarmPath;
+    port.links.device = &services.serialDevice;
+    port.links.options = &app.options;
+}
+
+Program::~Program() {
+    StopPortSource(port);
+    StopGidSource(gid);
+}
+
+std::string ProductTitle() {
+    return CStringManager::GetInstance().GetText(kTextProductName);
+}
+
+}  // namespace tolvane
