@@ -78,9 +78,10 @@ enum class CommandResult {
     kUnknown,      // no command of this program
 };
 
-// Whether a command of the menu can run now. Commands whose dialogs and map
+// Whether a command of the menu can run now (it looks at the destination
+// list under its lock). Commands whose dialogs and map
 // views this program does not have yet are never available.
-bool IsCommandAvailable(const Program& program, int id);
+bool IsCommandAvailable(Program& program, int id);
 
 // Runs a command. Every id of the menu has its owner here; an unavailable
 // one does nothing and says so in its result.

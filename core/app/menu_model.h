@@ -25,10 +25,10 @@ struct MenuItem {
 std::string SoftKeyText(int id);
 
 // The views the left soft key opens, with the current one checked.
-MenuItem BuildViewsMenu(const Program& program);
+MenuItem BuildViewsMenu(Program& program);
 
 // The command menu of the right soft key, with the checks and greying of the
 // program's state now. Built again each time a pop-up opens.
-MenuItem BuildCommandMenu(const Program& program);
+MenuItem BuildCommandMenu(Program& program);
 
 }  // namespace tolvane

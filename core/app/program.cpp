@@ -1,6 +1,8 @@
 #include "core/app/program.h"
 
+#include "core/app/commands.h"
 #include "core/app/gid_commands.h"
+#include "core/app/gps_commands.h"
 #include "core/base/string_manager.h"
 
 namespace tolvane {
@@ -14,6 +16,10 @@ Program::Program(const ProgramServices& services, const ProgramFiles& programFil
     app.alarm.path = files.alarmPath;
     port.links.device = &services.serialDevice;
     port.links.options = &app.options;
+    LinkPortSourceToHost(port, host);
+    // The watchdog runs on the user-interface loop, so the lost-GPS command
+    // runs there like any other command.
+    port.links.lostGps = [this] { OnCommand(*this, kCommandStopGps); };
 }
 
 Program::~Program() {

@@ -61,6 +61,9 @@ struct Program {
     int mainTimerId = 0;
     int trackTimerId = 0;
     bool screenHeld = false;  // "Keep backlight on" holds the screen on
+    // The source the running GPS was started with, so that a change of the
+    // setting while it runs still stops the right one.
+    int runningSource = 0;
 };
 
 // The product name of the language file, as the window title and caption.
