@@ -1,9 +1,10 @@
 #include "shell/qt_host.h"
 
+#include <QDesktopServices>
 #include <QMessageBox>
 #include <QMetaObject>
 #include <QTimer>
-#include <QWidget>
+#include <QUrl>
 
 namespace tolvane::shell {
 namespace {
@@ -56,29 +57,48 @@ bool QtHost::PlayLimitBeep() {
 
 void QtHost::ShowMessage(const std::string& text, const std::string& caption, MessageIcon icon) {
     QMessageBox box(ToQtIcon(icon), QString::fromStdString(caption), QString::fromStdString(text),
-                    QMessageBox::Ok, window_);
+                    QMessageBox::Ok, Parent());
     box.exec();
 }
 
 bool QtHost::AskYesNo(const std::string& text, const std::string& caption) {
     QMessageBox box(QMessageBox::Question, QString::fromStdString(caption),
-                    QString::fromStdString(text), QMessageBox::Yes | QMessageBox::No, window_);
+                    QString::fromStdString(text), QMessageBox::Yes | QMessageBox::No, Parent());
     return box.exec() == QMessageBox::Yes;
 }
 
+QWidget* QtHost::Parent() const {
+    return window_ != nullptr ? window_->Widget() : nullptr;
+}
+
 void QtHost::Repaint() {
-    if (window_ != nullptr) window_->repaint();
+    if (window_ != nullptr) window_->RepaintNow();
 }
 
 void QtHost::NotifyRmcParsed() {
-    // Runs on the port reader's thread: the handler runs later, on the
-    // thread of this object's event loop.
+    // Runs on the port reader's thread. The once-a-second timer already
+    // reads every parsed fix, so the notice only wakes the user-interface
+    // thread's loop, queued, never painting from the reader.
     QMetaObject::invokeMethod(
-        this,
-        [this] {
-            if (rmcHandler_) rmcHandler_();
-        },
-        Qt::QueuedConnection);
+        this, [] {}, Qt::QueuedConnection);
+}
+
+bool QtHost::OpenDocument(const std::string& path) {
+    return QDesktopServices::openUrl(QUrl::fromLocalFile(QString::fromStdString(path)));
+}
+
+void QtHost::ShowAbout(const AboutInfo& about) {
+    const QString name = QString::fromStdString(about.name);
+    const QString text =
+        QStringLiteral("%1\nVersion %2\n\n%3\n\n%4")
+            .arg(name, QString::fromStdString(about.version), QString::fromStdString(about.licence),
+                 QString::fromStdString(about.credits));
+    QMessageBox box(QMessageBox::Information, name, text, QMessageBox::Ok, Parent());
+    box.exec();
+}
+
+void QtHost::CloseWindow() {
+    if (window_ != nullptr) window_->CloseForGood();
 }
 
 }  // namespace tolvane::shell

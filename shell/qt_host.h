@@ -17,6 +17,18 @@ class QWidget;
 
 namespace tolvane::shell {
 
+// What the host needs of the main window.
+class HostWindow {
+  public:
+    virtual ~HostWindow() = default;
+    // The parent of the message boxes.
+    virtual QWidget* Widget() = 0;
+    // Paints the current view at once.
+    virtual void RepaintNow() = 0;
+    // Closes the window without asking again: the exit has been confirmed.
+    virtual void CloseForGood() = 0;
+};
+
 // The core's host in the window: message boxes over the main window, timers
 // of the Qt event loop, sound through Qt Multimedia and the desktop's
 // screen saver over D-Bus.
@@ -27,12 +39,9 @@ class QtHost final : public QObject, public Host {
     explicit QtHost(QObject* parent = nullptr);
     ~QtHost() override;
 
-    // The window the boxes belong to and that repaints; none for the
-    // screenshots.
-    void SetWindow(QWidget* window) { window_ = window; }
-    // What the user-interface thread does with the notice of a parsed RMC
-    // sentence.
-    void SetRmcHandler(std::function<void()> handler) { rmcHandler_ = std::move(handler); }
+    // The window the boxes belong to and that repaints; until it exists the
+    // boxes have no parent and repainting does nothing.
+    void SetWindow(HostWindow* window) { window_ = window; }
 
     FileTime NowUtc() const override { return clock_.NowUtc(); }
 
@@ -56,15 +65,21 @@ class QtHost final : public QObject, public Host {
     void Repaint() override;
     void ResetIdleTimer() override { screenSaver_.SimulateUserActivity(); }
     void NotifyRmcParsed() override;
+    void HoldScreenOn() override { screenSaver_.Hold(); }
+    void ReleaseScreenOn() override { screenSaver_.Release(); }
+    bool OpenDocument(const std::string& path) override;
+    void ShowAbout(const AboutInfo& about) override;
+    void CloseWindow() override;
 
   private:
+    QWidget* Parent() const;
+
     SystemClock clock_;
     platform::LinuxProcessRunner processes_;
     platform::LinuxSpeechEngineFinder speech_;
     SoundPlayer sound_;
     ScreenSaver screenSaver_;
-    QWidget* window_ = nullptr;
-    std::function<void()> rmcHandler_;
+    HostWindow* window_ = nullptr;
     std::map<int, std::unique_ptr<QTimer>> timers_;
     int nextTimerId_ = 1;
 };

@@ -4,9 +4,9 @@
 #include <QTextStream>
 #include <iostream>
 
+#include "core/app/startup.h"
 #include "core/base/program_paths.h"
 #include "core/base/string_manager.h"
-#include "shell/screen_metrics.h"
 #include "shell/view_renderer.h"
 #include "tools/replay/replay.h"
 
@@ -30,9 +30,12 @@ constexpr ViewPicture kPictures[] = {
 // Paints each view of app into folder; false, having said why on standard
 // error, when a picture cannot be written.
 bool PaintPictures(AppState& app, FileTime nowUtc, const CommandLine& line) {
-    const ScreenMetrics metrics = MetricsForScreen(line.size, 96, 96);
-    ViewRenderer renderer(metrics.dpiY, metrics.largeLayout,
-                          QString::fromLatin1(kPictureFontFamily));
+    // The picture stands for a whole screen of its size at 96 dots per inch,
+    // where only a square 320 x 320 one reads otherwise (and keeps the small
+    // layout).
+    const ScreenMetrics screen =
+        ApplySquareScreenRule({96, 96, line.size.width(), line.size.height()});
+    ViewRenderer renderer(screen.dpiY, false, QString::fromLatin1(kPictureFontFamily));
     renderer.LayOut(line.size, app.options.fullScreen != 0);
     const int shownView = app.currentView;
     QTextStream out(stdout);

@@ -1,4 +1,4 @@
-#include "platform/instance_lock.h"
+#include "platform/lock_file.h"
 
 #include <fcntl.h>
 #include <sys/file.h>
@@ -10,11 +10,11 @@
 
 namespace tolvane::platform {
 
-InstanceLock::~InstanceLock() {
+LockFile::~LockFile() {
     if (fd_ >= 0) close(fd_);
 }
 
-InstanceLock::Result InstanceLock::Acquire(const std::string& path) {
+LockFile::Result LockFile::Acquire(const std::string& path) {
     if (fd_ >= 0) return Result::kAcquired;
     const int fd = open(path.c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0600);
     if (fd < 0) return Result::kFailed;

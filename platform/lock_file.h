@@ -8,14 +8,14 @@ namespace tolvane::platform {
 // file locked for as long as the first copy lives. The kernel drops the
 // lock when its process ends, however it ends, so a crashed copy never
 // keeps the next one out.
-class InstanceLock {
+class LockFile {
   public:
     enum class Result { kAcquired, kHeldElsewhere, kFailed };
 
-    InstanceLock() = default;
-    ~InstanceLock();
-    InstanceLock(const InstanceLock&) = delete;
-    InstanceLock& operator=(const InstanceLock&) = delete;
+    LockFile() = default;
+    ~LockFile();
+    LockFile(const LockFile&) = delete;
+    LockFile& operator=(const LockFile&) = delete;
 
     // Takes the lock at path, creating the file when missing. kFailed when
     // the file cannot be opened.

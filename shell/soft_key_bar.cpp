@@ -1,0 +1,89 @@
+#include "shell/soft_key_bar.h"
+
+#include <QActionGroup>
+#include <QHBoxLayout>
+#include <QMenu>
+#include <QToolButton>
+
+namespace tolvane::shell {
+namespace {
+
+QToolButton* MakeKey(const QString& text, QWidget* parent) {
+    auto* key = new QToolButton(parent);
+    key->setText(text);
+    key->setToolButtonStyle(Qt::ToolButtonTextOnly);
+    key->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Preferred);
+    key->setFocusPolicy(Qt::NoFocus);
+    key->setAutoRaise(true);
+    return key;
+}
+
+QAction* AddCommand(QMenu& menu, const MenuItem& item, QActionGroup*& radioGroup) {
+    QAction* action = menu.addAction(QString::fromStdString(item.text));
+    action->setData(item.id);
+    action->setEnabled(item.enabled);
+    if (item.radio) {
+        // Neighbouring radio entries form one group, as in the menu resource.
+        if (radioGroup == nullptr) radioGroup = new QActionGroup(&menu);
+        radioGroup->addAction(action);
+    }
+    action->setCheckable(item.checkable || item.radio);
+    action->setChecked(item.checked);
+    return action;
+}
+
+}  // namespace
+
+void FillMenu(QMenu& menu, const MenuItem& item) {
+    QActionGroup* radioGroup = nullptr;
+    for (const MenuItem& child : item.children) {
+        if (!child.radio) radioGroup = nullptr;
+        if (child.separator) {
+            menu.addSeparator();
+        } else if (!child.children.empty()) {
+            QMenu* popup = menu.addMenu(QString::fromStdString(child.text));
+            FillMenu(*popup, child);
+        } else {
+            AddCommand(menu, child, radioGroup);
+        }
+    }
+}
+
+SoftKeyBar::SoftKeyBar(const QString& leftText, MenuBuilder left, const QString& rightText,
+                       MenuBuilder right, CommandHandler onCommand, QWidget* parent)
+    : QWidget(parent),
+      left_(MakeKey(leftText, this)),
+      right_(MakeKey(rightText, this)),
+      buildLeft_(std::move(left)),
+      buildRight_(std::move(right)),
+      onCommand_(std::move(onCommand)) {
+    auto* layout = new QHBoxLayout(this);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->setSpacing(0);
+    layout->addWidget(left_);
+    layout->addWidget(right_);
+    connect(left_, &QToolButton::clicked, this, &SoftKeyBar::OpenLeft);
+    connect(right_, &QToolButton::clicked, this, &SoftKeyBar::OpenRight);
+}
+
+void SoftKeyBar::OpenLeft() {
+    Open(left_, buildLeft_);
+}
+
+void SoftKeyBar::OpenRight() {
+    Open(right_, buildRight_);
+}
+
+void SoftKeyBar::Open(QToolButton* key, const MenuBuilder& build) {
+    if (openMenu_ != nullptr) return;
+    QMenu menu(this);
+    FillMenu(menu, build());
+    openMenu_ = &menu;
+    // The menu opens upwards from the key, as a handheld's soft-key menu does.
+    const QPoint corner = key->mapToGlobal(QPoint(0, 0));
+    QAction* chosen = menu.exec(corner - QPoint(0, menu.sizeHint().height()));
+    openMenu_ = nullptr;
+    if (chosen != nullptr && chosen->data().toInt() != 0) onCommand_(chosen->data().toInt());
+}
+
+}  // namespace tolvane::shell
