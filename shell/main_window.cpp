@@ -113,6 +113,7 @@ void MainWindow::BringForward() {
     show();
     raise();
     activateWindow();
+    emit BroughtForward();
 }
 
 void MainWindow::keyPressEvent(QKeyEvent* event) {

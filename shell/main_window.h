@@ -68,6 +68,10 @@ class MainWindow final : public QWidget, public HostWindow {
     // The window's default size: a portrait handheld.
     static constexpr QSize kDefaultSize{480, 640};
 
+  signals:
+    // The window came forward: a second start asked, or it is being closed.
+    void BroughtForward();
+
   protected:
     void keyPressEvent(QKeyEvent* event) override;
     void keyReleaseEvent(QKeyEvent* event) override;

@@ -9,17 +9,13 @@
 #include "core/app/commands.h"
 #include "core/app/startup.h"
 #include "core/base/program_paths.h"
-#include "platform/device_queries.h"
-#include "platform/dynamic_library.h"
 #include "platform/lock_file.h"
-#include "shell/demo_run.h"
-#include "shell/main_window.h"
-#include "shell/single_instance.h"
 
 namespace tolvane::shell {
 namespace {
 
 constexpr char kManualFileName[] = "README.md";
+constexpr char kDemoRecordingFileName[] = "demo.nmea";
 
 ProgramFiles FilesOfThisInstallation() {
     ProgramFiles files;
@@ -32,6 +28,14 @@ ProgramFiles FilesOfThisInstallation() {
     return files;
 }
 
+// Phones and tablets give the whole screen to the program.
+bool IsTouchDevice(const DeviceQueries& queries) {
+    std::string name;
+    return queries.QueryPlatformName(name) == 0 && !name.empty();
+}
+
+}  // namespace
+
 ScreenMetrics ReadScreen() {
     ScreenMetrics metrics;
     if (const QScreen* screen = QGuiApplication::primaryScreen()) {
@@ -43,52 +47,55 @@ ScreenMetrics ReadScreen() {
     return metrics;
 }
 
-// Phones and tablets give the whole screen to the program.
-bool IsTouchDevice(const DeviceQueries& queries) {
-    std::string name;
-    return queries.QueryPlatformName(name) == 0 && !name.empty();
+ProgramWindow::ProgramWindow(const CommandLine& line)
+    : demo_(line.demo),
+      instance_(QString::fromStdString(platform::RuntimeFolder())),
+      program_({host_, deviceQueries_, libraryLoader_, serialDevice_}, FilesOfThisInstallation()) {
+    instance_.SetBringForward([this] {
+        if (window_) window_->BringForward();
+    });
 }
 
-}  // namespace
+ProgramWindow::~ProgramWindow() {
+    host_.SetWindow(nullptr);
+}
+
+bool ProgramWindow::Start(const ScreenMetrics& screen) {
+    if (demo_ && !demoRun_.Start(ProgramFile(kDemoRecordingFileName), serialDevice_)) {
+        std::cerr << "tolvane: cannot start the demo receiver on "
+                  << ProgramFile(kDemoRecordingFileName) << '\n';
+        exitCode_ = 1;
+        return false;
+    }
+    if (!StartBeforeWindow(program_, instance_)) return false;
+    demoRun_.Apply(program_.app.options);
+    const WindowSetup setup = PrepareWindow(program_, screen);
+    window_ = std::make_unique<MainWindow>(program_, setup, QApplication::font().family(),
+                                           [this](int id) { RunCommand(id); });
+    host_.SetWindow(window_.get());
+    if (IsTouchDevice(deviceQueries_)) {
+        window_->showFullScreen();
+    } else {
+        window_->show();
+    }
+    if (!StartAfterWindow(program_)) return false;
+    if (demoRun_.Running() && !program_.app.gpsRunning) RunCommand(kCommandStartGps);
+    return true;
+}
+
+void ProgramWindow::RunCommand(int id) {
+    // Exit saves the settings: the demo receiver must not end up in them.
+    if (id == kCommandExit) {
+        demoRun_.WithConfiguredSource(program_.app.options, [&] { OnCommand(program_, id); });
+    } else {
+        OnCommand(program_, id);
+    }
+}
 
 int RunProgram(const CommandLine& line) {
-    QtHost host;
-    const platform::LinuxDeviceQueries deviceQueries;
-    platform::SystemLibraryLoader libraryLoader;
-    RunSerialDevice serialDevice;
-    DemoRun demo;
-    if (line.demo && !demo.Start(ProgramFile("demo.nmea"), serialDevice)) {
-        std::cerr << "tolvane: cannot start the demo receiver on " << ProgramFile("demo.nmea")
-                  << '\n';
-        return 1;
-    }
-    SingleInstance instance(QString::fromStdString(platform::RuntimeFolder()));
-    Program program({host, deviceQueries, libraryLoader, serialDevice}, FilesOfThisInstallation());
-    if (!StartBeforeWindow(program, instance)) return 0;
-    demo.Apply(program.app.options);
-
-    const WindowSetup setup = PrepareWindow(program, ReadScreen());
-    const auto runCommand = [&program, &demo](int id) {
-        // Exit saves the settings: the demo must not end up in them.
-        if (id == kCommandExit) {
-            demo.WithConfiguredSource(program.app.options, [&] { OnCommand(program, id); });
-        } else {
-            OnCommand(program, id);
-        }
-    };
-    MainWindow window(program, setup, QApplication::font().family(), runCommand);
-    host.SetWindow(&window);
-    instance.SetBringForward([&window] { window.BringForward(); });
-    if (IsTouchDevice(deviceQueries)) {
-        window.showFullScreen();
-    } else {
-        window.show();
-    }
-    if (!StartAfterWindow(program)) return 0;
-    if (demo.Running() && !program.app.gpsRunning) OnCommand(program, kCommandStartGps);
-    const int result = QApplication::exec();
-    host.SetWindow(nullptr);
-    return result;
+    ProgramWindow program(line);
+    if (!program.Start(ReadScreen())) return program.ExitCode();
+    return QApplication::exec();
 }
 
 }  // namespace tolvane::shell
