@@ -7,6 +7,7 @@
 #include "core/app/language_messages.h"
 #include "core/app/main_timer.h"
 #include "core/app/shutdown.h"
+#include "core/nav/voice_guide.h"
 
 namespace tolvane {
 namespace {
@@ -53,6 +54,14 @@ bool HasNoOwnerYet(int id) {
     }
     return InRange(id, kCommandFirstRecentMap, kCommandLastRecentMap) ||
            InRange(id, kCommandFirstRefPoint, kCommandLastRefPoint);
+}
+
+// The voice guide can be switched on only with a working engine, but one
+// that is on can always be switched off.
+bool VoiceGuideSwitchable(Program& program) {
+    const Options& options = program.app.options;
+    const VoiceGuide voice(program.host, program.host, program.host);
+    return options.voiceGuide != 0 || voice.IsVoiceEngineAvailable(options.voiceEngine);
 }
 
 bool DestinationListOpen(Program& program) {
@@ -247,6 +256,8 @@ bool IsCommandAvailable(Program& program, int id) {
             return program.app.options.navigation != 0 && DestinationListOpen(program);
         case kCommandCloseDestinationList:
             return DestinationListOpen(program);
+        case kCommandVoiceGuide:
+            return VoiceGuideSwitchable(program);
         default:
             return true;
     }
