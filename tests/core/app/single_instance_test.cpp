@@ -4,6 +4,10 @@
 
 #include <deque>
 
+#include "core/app/startup.h"
+#include "core/base/language_file.h"
+#include "tests/core/app/program_fixture.h"
+
 namespace tolvane {
 namespace {
 
@@ -81,6 +85,33 @@ TEST(SingleInstanceTest, TheLastPassIsAsymmetric) {
     freedInFourthPass.locks = {Result::kAlreadyExists, Result::kAlreadyExists,
                                Result::kAlreadyExists, Result::kCreated};
     EXPECT_TRUE(Check(freedInFourthPass).MayStart());
+}
+
+// Before the window: a second start ends without reading the settings; the
+// first reads them and mends the two selectors a bad record may carry.
+TEST(SingleInstanceTest, OnlyTheFirstProgramLoadsItsSettings) {
+    testing::ProgramFixture fixture;
+    Options stored;
+    ResetOptions(stored);
+    stored.unitSystem = 9;
+    stored.speedAlarmIndex = 8;
+    stored.nightView = 1;
+    ASSERT_TRUE(SaveOptions(fixture.folder.File("Options.dat"), stored, 1));
+    fixture.folder.UseAsProgramFolder();
+    testing::WriteFileBytes(fixture.folder.File("tolvane_ENU.dat"),
+                            EncodeLanguageFile({{10000, "Tolvane GPS Utilities"}}));
+
+    ScriptedLock second;
+    second.windows = {true};
+    EXPECT_FALSE(StartBeforeWindow(fixture.program, second));
+    EXPECT_EQ(fixture.program.app.options.nightView, 0);
+
+    ScriptedLock first;
+    first.locks = {Result::kCreated};
+    EXPECT_TRUE(StartBeforeWindow(fixture.program, first));
+    EXPECT_EQ(fixture.program.app.options.nightView, 1);
+    EXPECT_EQ(fixture.program.app.options.unitSystem, 0);
+    EXPECT_EQ(fixture.program.app.options.speedAlarmIndex, kSpeedAlarmOff);
 }
 
 }  // namespace
