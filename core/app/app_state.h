@@ -29,6 +29,10 @@ enum View : int {
     kViewTripStat = 6,
 };
 
+// The two modes of the Compass view, switched with Enter.
+inline constexpr int kCompassNorthUp = 1;
+inline constexpr int kCompassCourseUp = 2;
+
 // The track logger repaints the views that draw the track live.
 static_assert(kViewWorldMap == kWorldMapView && kViewMap == kMapView);
 
@@ -107,9 +111,8 @@ struct AppState {
     Navigation navigation;
     AlarmSound alarm;  // its path is set at start-up, beside the program
 
-    PointLists points;
-
     int currentView = kViewGpsInfo;
+    int compassMode = kCompassNorthUp;
     MapProjection projection;
     MapFollow mapFollow;
     int mapCountdown = 0;  // ticks until the map views follow the position again
@@ -117,9 +120,7 @@ struct AppState {
     ArrowKeyTimes arrowKeys;
     MapKeys mapKeys;
 
-    // The Compass view's own state: Enter switches between north up (1) and
-    // course up (2).
-    int compassMode = 1;
+    PointLists points;
 };
 
 }  // namespace tolvane

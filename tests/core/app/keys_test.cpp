@@ -109,9 +109,9 @@ TEST(KeysTest, EnterClearsTheTripAfterAskingAndSwitchesTheCompass) {
 
     program.app.currentView = kViewCompass;
     OnKeyDown(program, Key::kEnter);
-    EXPECT_EQ(program.app.compassMode, 2);
+    EXPECT_EQ(program.app.compassMode, kCompassCourseUp);
     OnKeyDown(program, Key::kEnter);
-    EXPECT_EQ(program.app.compassMode, 1);
+    EXPECT_EQ(program.app.compassMode, kCompassNorthUp);
 }
 
 }  // namespace
