@@ -8,6 +8,7 @@
 #include "core/data/track_logger.h"
 #include "core/gps/gps_processing.h"
 #include "core/gps/gps_state.h"
+#include "core/nav/instrument_memory.h"
 #include "core/nav/map_projection.h"
 #include "core/nav/navigation.h"
 #include "core/nav/speed_alarm.h"
@@ -24,6 +25,10 @@ enum View : int {
     kViewMap = 5,
     kViewTripStat = 6,
 };
+
+// The two modes of the Compass view, switched with Enter.
+inline constexpr int kCompassNorthUp = 1;
+inline constexpr int kCompassCourseUp = 2;
 
 // The track logger repaints the views that draw the track live.
 static_assert(kViewWorldMap == kWorldMapView && kViewMap == kMapView);
@@ -73,6 +78,9 @@ struct AppState {
     AlarmSound alarm;  // its path is set at start-up, beside the program
 
     int currentView = kViewGpsInfo;
+    int compassMode = kCompassNorthUp;
+    // What the instrument views remember between ticks.
+    InstrumentMemory instruments;
     MapProjection projection;
     MapFollow mapFollow;
     int mapCountdown = 0;  // ticks until the map views follow the position again
