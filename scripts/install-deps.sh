@@ -7,6 +7,7 @@ packages=(
   cmake ninja-build g++ clang pkg-config
   libgtest-dev libbenchmark-dev
   gpsd libgps-dev socat espeak-ng gpsbabel libxml2-utils
+  qt6-base-dev fonts-dejavu-core
 )
 
 missing=()

@@ -55,7 +55,7 @@ int RowHeight(Canvas& canvas, const InfoRow& row) {
 
 void PaintRow(Canvas& canvas, const InfoRow& row, const Rect& box, const Palette& palette) {
     if (row.texts.empty()) {
-        canvas.DrawLine({box.left, box.top}, {box.right - 1, box.top}, palette.line);
+        canvas.DrawLine({box.left, box.top}, {box.right - 1, box.top}, palette.text);
         return;
     }
     const int count = static_cast<int>(row.texts.size());
@@ -98,8 +98,9 @@ void PaintGpsInfoView(Canvas& canvas, const ViewContext& context) {
     const int gaps = static_cast<int>(rows.size()) + 1;
     const int free = std::max(0, view.Height() - total);
     int top = view.top + free / gaps;
-    const int margin = context.layout.barHeight / 2;
     for (std::size_t i = 0; i < rows.size(); ++i) {
+        // Texts keep a margin from the sides; the separator runs across.
+        const int margin = rows[i].texts.empty() ? 0 : context.layout.barHeight / 2;
         PaintRow(canvas, rows[i], {view.left + margin, top, view.right - margin, top + heights[i]},
                  palette);
         top += heights[i] + free / gaps;
