@@ -8,9 +8,15 @@
 namespace tolvane::shell {
 
 ViewRenderer::ViewRenderer(int dpiY, bool largeLayout, const QString& fontFamily)
-    : fonts_(BaseFontHeight(dpiY)), largeLayout_(largeLayout), fontFamily_(fontFamily) {}
+    : screenBaseHeight_(BaseFontHeight(dpiY)),
+      fonts_(screenBaseHeight_),
+      largeLayout_(largeLayout),
+      fontFamily_(fontFamily) {}
 
 void ViewRenderer::LayOut(QSize size, bool fullScreen) {
+    // The fonts follow the window's size, so that a view's texts fit a small
+    // window and fill a large one.
+    fonts_ = FontSet(WindowBaseHeight(screenBaseHeight_, size.width(), size.height()));
     layout_ = LayOutViews(size.width(), size.height(), largeLayout_, fullScreen, fonts_);
 }
 

@@ -13,7 +13,7 @@ namespace tolvane::shell {
 // Paints the current view of the application state through the Qt canvas:
 // the window's back buffer and the screenshots both come from here. It
 // keeps the fonts and the layout for the screen's dots per inch and the
-// client area's size, made again only when those change.
+// client area's size, made again only when the size changes.
 class ViewRenderer {
   public:
     ViewRenderer(int dpiY, bool largeLayout, const QString& fontFamily);
@@ -28,6 +28,7 @@ class ViewRenderer {
     void Paint(QImage& image, const AppState& app, FileTime nowUtc) const;
 
   private:
+    int screenBaseHeight_;
     FontSet fonts_;
     bool largeLayout_;
     QString fontFamily_;

@@ -12,6 +12,7 @@
 #include "core/data/track_logger.h"
 #include "core/gps/gps_processing.h"
 #include "core/gps/gps_state.h"
+#include "core/nav/instrument_memory.h"
 #include "core/nav/map_projection.h"
 #include "core/nav/navigation.h"
 #include "core/nav/speed_alarm.h"
@@ -28,6 +29,10 @@ enum View : int {
     kViewMap = 5,
     kViewTripStat = 6,
 };
+
+// The two modes of the Compass view, switched with Enter.
+inline constexpr int kCompassNorthUp = 1;
+inline constexpr int kCompassCourseUp = 2;
 
 // The track logger repaints the views that draw the track live.
 static_assert(kViewWorldMap == kWorldMapView && kViewMap == kMapView);
@@ -107,9 +112,10 @@ struct AppState {
     Navigation navigation;
     AlarmSound alarm;  // its path is set at start-up, beside the program
 
-    PointLists points;
-
     int currentView = kViewGpsInfo;
+    int compassMode = kCompassNorthUp;
+    // What the instrument views remember between ticks.
+    InstrumentMemory instruments;
     MapProjection projection;
     MapFollow mapFollow;
     int mapCountdown = 0;  // ticks until the map views follow the position again
@@ -117,9 +123,7 @@ struct AppState {
     ArrowKeyTimes arrowKeys;
     MapKeys mapKeys;
 
-    // The Compass view's own state: Enter switches between north up (1) and
-    // course up (2).
-    int compassMode = 1;
+    PointLists points;
 };
 
 }  // namespace tolvane

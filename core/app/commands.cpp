@@ -7,6 +7,7 @@
 #include "core/app/language_messages.h"
 #include "core/app/main_timer.h"
 #include "core/app/shutdown.h"
+#include "core/nav/voice_guide.h"
 
 namespace tolvane {
 namespace {
@@ -53,6 +54,14 @@ bool HasNoOwnerYet(int id) {
     }
     return InRange(id, kCommandFirstRecentMap, kCommandLastRecentMap) ||
            InRange(id, kCommandFirstRefPoint, kCommandLastRefPoint);
+}
+
+// The voice guide can be switched on only with a working engine, but one
+// that is on can always be switched off.
+bool VoiceGuideSwitchable(Program& program) {
+    const Options& options = program.app.options;
+    const VoiceGuide voice(program.host, program.host, program.host);
+    return options.voiceGuide != 0 || voice.IsVoiceEngineAvailable(options.voiceEngine);
 }
 
 bool DestinationListOpen(Program& program) {
@@ -128,112 +137,69 @@ void Exit(Program& program) {
     if (RunExit(program)) program.host.CloseWindow();
 }
 
-// The commands that change a view or a setting and repaint.
-bool RunViewCommand(Program& program, int id) {
-    Options& options = program.app.options;
-    switch (id) {
-        case kCommandGpsInfo:
-            ShowView(program, kViewGpsInfo);
-            return true;
-        case kCommandSatellites:
-            ShowView(program, kViewSatellites);
-            return true;
-        case kCommandCompass:
-            ShowView(program, kViewCompass);
-            return true;
-        case kCommandSpeed:
-            ShowView(program, kViewSpeed);
-            return true;
-        case kCommandTripStat:
-            ShowView(program, kViewTripStat);
-            return true;
-        case kCommandNightView:
-            Toggle(program, options.nightView);
-            return true;
-        case kCommandFullScreen:
-            Toggle(program, options.fullScreen);
-            return true;
-        default:
-            return false;
-    }
+template <int kView>
+void ShowViewCommand(Program& program) {
+    ShowView(program, kView);
 }
 
-// The commands of the GPS, the track logger and the alarms.
-bool RunSettingCommand(Program& program, int id) {
+template <std::int32_t Options::*kFlag>
+void ToggleCommand(Program& program) {
+    Toggle(program, program.app.options.*kFlag);
+}
+
+template <void (*kStep)(Navigation&)>
+void DestinationCommand(Program& program) {
+    kStep(program.app.navigation);
+    program.host.Repaint();
+}
+
+void CheckForUpdates(Program& program) {
+    ShowLanguageMessage(program.host, kTextUpdatesFromPackageManager, MessageIcon::kInformation);
+}
+
+struct Route {
+    int id;
+    void (*run)(Program&);
+};
+
+// Every command with its owner, but for the two radio groups.
+constexpr Route kRoutes[] = {
+    {kCommandGpsInfo, ShowViewCommand<kViewGpsInfo>},
+    {kCommandSatellites, ShowViewCommand<kViewSatellites>},
+    {kCommandCompass, ShowViewCommand<kViewCompass>},
+    {kCommandSpeed, ShowViewCommand<kViewSpeed>},
+    {kCommandTripStat, ShowViewCommand<kViewTripStat>},
+    {kCommandNightView, ToggleCommand<&Options::nightView>},
+    {kCommandFullScreen, ToggleCommand<&Options::fullScreen>},
+    {kCommandStartGps, StartGps},
+    {kCommandStopGps, StopGps},
+    {kCommandEnableLogger, ToggleCommand<&Options::trackLoggerEnabled>},
+    {kCommandNavigation, ToggleCommand<&Options::navigation>},
+    {kCommandVoiceGuide, ToggleCommand<&Options::voiceGuide>},
+    {kCommandNextDestination, DestinationCommand<NextDestination>},
+    {kCommandPreviousDestination, DestinationCommand<PreviousDestination>},
+    {kCommandResetDestinations, DestinationCommand<ResetDestinations>},
+    {kCommandCloseDestinationList, DestinationCommand<CloseDestinationList>},
+    {kCommandUserManual, OpenUserManual},
+    {kCommandAbout, ShowAbout},
+    {kCommandCheckForUpdates, CheckForUpdates},
+    {kCommandExit, Exit},
+};
+
+// The speed alarm ("Off" and the eight limits) and the track interval
+// presets, each a radio group whose command carries the index.
+bool RunRadioCommand(Program& program, int id) {
     Options& options = program.app.options;
     int alarmIndex = 0;
     if (SpeedAlarmIndexFromCommand(id, alarmIndex)) {
         options.speedAlarmIndex = alarmIndex;
-        program.host.Repaint();
-        return true;
-    }
-    if (InRange(id, kCommandFirstInterval, kCommandLastInterval)) {
+    } else if (InRange(id, kCommandFirstInterval, kCommandLastInterval)) {
         options.trackIntervalIndex = id - kCommandFirstInterval;
-        program.host.Repaint();
-        return true;
-    }
-    switch (id) {
-        case kCommandStartGps:
-            StartGps(program);
-            return true;
-        case kCommandStopGps:
-            StopGps(program);
-            return true;
-        case kCommandEnableLogger:
-            Toggle(program, options.trackLoggerEnabled);
-            return true;
-        case kCommandNavigation:
-            Toggle(program, options.navigation);
-            return true;
-        case kCommandVoiceGuide:
-            Toggle(program, options.voiceGuide);
-            return true;
-        default:
-            return false;
-    }
-}
-
-// The Go-To steps through the destination list.
-bool RunDestinationCommand(Program& program, int id) {
-    Navigation& navigation = program.app.navigation;
-    switch (id) {
-        case kCommandNextDestination:
-            NextDestination(navigation);
-            break;
-        case kCommandPreviousDestination:
-            PreviousDestination(navigation);
-            break;
-        case kCommandResetDestinations:
-            ResetDestinations(navigation);
-            break;
-        case kCommandCloseDestinationList:
-            CloseDestinationList(navigation);
-            break;
-        default:
-            return false;
+    } else {
+        return false;
     }
     program.host.Repaint();
     return true;
-}
-
-bool RunProgramCommand(Program& program, int id) {
-    switch (id) {
-        case kCommandUserManual:
-            OpenUserManual(program);
-            return true;
-        case kCommandAbout:
-            ShowAbout(program);
-            return true;
-        case kCommandCheckForUpdates:
-            ShowLanguageMessage(program.host, kTextUpdatesFromPackageManager,
-                                MessageIcon::kInformation);
-            return true;
-        case kCommandExit:
-            Exit(program);
-            return true;
-        default:
-            return false;
-    }
 }
 
 }  // namespace
@@ -247,6 +213,8 @@ bool IsCommandAvailable(Program& program, int id) {
             return program.app.options.navigation != 0 && DestinationListOpen(program);
         case kCommandCloseDestinationList:
             return DestinationListOpen(program);
+        case kCommandVoiceGuide:
+            return VoiceGuideSwitchable(program);
         default:
             return true;
     }
@@ -254,11 +222,12 @@ bool IsCommandAvailable(Program& program, int id) {
 
 CommandResult OnCommand(Program& program, int id) {
     if (!IsCommandAvailable(program, id)) return CommandResult::kUnavailable;
-    if (RunViewCommand(program, id) || RunSettingCommand(program, id) ||
-        RunDestinationCommand(program, id) || RunProgramCommand(program, id)) {
+    for (const Route& route : kRoutes) {
+        if (route.id != id) continue;
+        route.run(program);
         return CommandResult::kDone;
     }
-    return CommandResult::kUnknown;
+    return RunRadioCommand(program, id) ? CommandResult::kDone : CommandResult::kUnknown;
 }
 
 }  // namespace tolvane

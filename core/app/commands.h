@@ -84,7 +84,10 @@ enum class CommandResult {
 bool IsCommandAvailable(Program& program, int id);
 
 // Runs a command. Every id of the menu has its owner here; an unavailable
-// one does nothing and says so in its result.
+// one does nothing and says so in its result. Commands that change what the
+// window shows (the views, night view, full screen) end in Host::Repaint;
+// the shell reads the current view and the night and full-screen settings
+// when it paints. Exit ends in Host::CloseWindow when the user confirms.
 CommandResult OnCommand(Program& program, int id);
 
 }  // namespace tolvane

@@ -117,7 +117,8 @@ void OnEnter(Program& program) {
             }
             break;
         case kViewCompass:
-            app.compassMode = app.compassMode == 1 ? 2 : 1;
+            app.compassMode =
+                app.compassMode == kCompassNorthUp ? kCompassCourseUp : kCompassNorthUp;
             program.host.Repaint();
             break;
         case kViewWorldMap:

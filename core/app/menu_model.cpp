@@ -4,7 +4,6 @@
 
 #include "core/app/commands.h"
 #include "core/base/string_manager.h"
-#include "core/nav/voice_guide.h"
 
 namespace tolvane {
 namespace {
@@ -101,16 +100,6 @@ MenuItem MapMenu(Program& program) {
          Popup(kTextRefPointMenu, "Reference Points", std::move(refPoints))});
 }
 
-// The voice guide can be switched on only with a working engine, but one
-// that is on can always be switched off.
-MenuItem VoiceGuideItem(Program& program) {
-    const Options& options = program.app.options;
-    MenuItem item = Toggle(program, kCommandVoiceGuide, "Voice Guide", options.voiceGuide != 0);
-    const VoiceGuide voice(program.host, program.host, program.host);
-    item.enabled = item.checked || voice.IsVoiceEngineAvailable(options.voiceEngine);
-    return item;
-}
-
 MenuItem GoToMenu(Program& program) {
     return Popup(
         kTextGoToMenu, "Go To",
@@ -126,7 +115,7 @@ MenuItem GoToMenu(Program& program) {
                 Command(program, kCommandCloseDestinationList, "Close")}),
          Separator(),
          Toggle(program, kCommandNavigation, "Navigation", program.app.options.navigation != 0),
-         VoiceGuideItem(program)});
+         Toggle(program, kCommandVoiceGuide, "Voice Guide", program.app.options.voiceGuide != 0)});
 }
 
 // "Off", then the eight limits in the current unit ("50 km/h"), one of them
