@@ -36,6 +36,7 @@ class ViewArea final : public QWidget {
     const Program& program_;
     ViewRenderer renderer_;
     QImage backBuffer_;
+    bool paintedOnce_ = false;
 };
 
 // The Qt key of a key event as the core's key, when it is one the program
