@@ -41,8 +41,8 @@ void ViewArea::paintEvent(QPaintEvent* /*event*/) {
     if (!paintedOnce_) {
         paintedOnce_ = true;
         // The start-up benchmark measures up to this moment.
-        DebugTrace("first frame painted at " +
-                   std::to_string(QDateTime::currentMSecsSinceEpoch()) + " ms\n");
+        DebugTrace("first frame painted at " + std::to_string(QDateTime::currentMSecsSinceEpoch()) +
+                   " ms\n");
     }
 }
 

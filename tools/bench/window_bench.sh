@@ -31,11 +31,18 @@ if [ -z "${DISPLAY:-}" ]; then
   sleep 1
 fi
 
-mkdir -p "$work/runtime" "$work/home"
+# A program folder of the run's own, holding a settings record as after any
+# earlier run: without one, the settings load retries for most of a second
+# before falling back to the defaults, which only the very first start sees.
+mkdir -p "$work/runtime" "$work/home" "$work/program"
 chmod 700 "$work/runtime"
+for file in tolvane_ENU.dat Alarm.wav demo.nmea; do
+  cp "$(dirname "$program")/$file" "$work/program/"
+done
+"$(dirname "$program")/tolvane-tool" options reset "$work/program/Options.dat" >/dev/null
 started=$(date +%s%3N)
 XDG_RUNTIME_DIR="$work/runtime" HOME="$work/home" TOLVANE_DEBUG=1 \
-  "$program" --demo 2>"$work/trace" &
+  "$program" --demo --home "$work/program" 2>"$work/trace" &
 pid=$!
 pids+=($pid)
 
