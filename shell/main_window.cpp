@@ -92,6 +92,7 @@ MainWindow::MainWindow(Program& program, const WindowSetup& setup, const QString
     setFocusPolicy(Qt::StrongFocus);
     resize(kDefaultSize);
     FollowFullScreen();
+    softKeys_->FollowNightView(program.app.options.nightView != 0);
 }
 
 bool MainWindow::FollowFullScreen() {
@@ -102,6 +103,7 @@ bool MainWindow::FollowFullScreen() {
 }
 
 void MainWindow::RepaintNow() {
+    softKeys_->FollowNightView(program_.app.options.nightView != 0);
     if (FollowFullScreen()) {
         layout()->activate();
         views_->LayOut();

@@ -5,6 +5,8 @@
 #include <QMenu>
 #include <QToolButton>
 
+#include "core/views/view_frame.h"
+
 namespace tolvane::shell {
 namespace {
 
@@ -64,6 +66,29 @@ SoftKeyBar::SoftKeyBar(const QString& leftText, MenuBuilder left, const QString&
     layout->addWidget(right_);
     connect(left_, &QToolButton::clicked, this, &SoftKeyBar::OpenLeft);
     connect(right_, &QToolButton::clicked, this, &SoftKeyBar::OpenRight);
+}
+
+void SoftKeyBar::FollowNightView(bool night) {
+    if (night == night_) return;
+    night_ = night;
+    if (!night) {
+        setPalette(QPalette());
+        setAutoFillBackground(false);
+        return;
+    }
+    // A light bar under a dark view would dazzle at night.
+    const Palette& colours = PaletteFor(true);
+    QPalette dark = palette();
+    const QColor background = QColor::fromRgb(colours.titleBackground);
+    const QColor text = QColor::fromRgb(colours.titleText);
+    for (const QPalette::ColorRole role : {QPalette::Window, QPalette::Button}) {
+        dark.setColor(role, background);
+    }
+    for (const QPalette::ColorRole role : {QPalette::WindowText, QPalette::ButtonText}) {
+        dark.setColor(role, text);
+    }
+    setPalette(dark);
+    setAutoFillBackground(true);
 }
 
 void SoftKeyBar::OpenLeft() {

@@ -29,6 +29,10 @@ class SoftKeyBar final : public QWidget {
     void OpenLeft();
     void OpenRight();
 
+    // Colours the bar as the title bar of the views: the window's own style
+    // by day, the night palette's dark bar at night.
+    void FollowNightView(bool night);
+
     // The menu the bar shows now, for tests and for the keyboard; null when
     // none is open.
     QMenu* OpenMenu() const { return openMenu_; }
@@ -42,6 +46,7 @@ class SoftKeyBar final : public QWidget {
     MenuBuilder buildRight_;
     CommandHandler onCommand_;
     QMenu* openMenu_ = nullptr;
+    bool night_ = false;
 };
 
 // Fills menu with the entries of item: pop-ups as sub-menus, checkable and
