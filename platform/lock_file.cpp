@@ -2,9 +2,11 @@
 
 #include <fcntl.h>
 #include <sys/file.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <cstdlib>
+#include <string>
 
 #include "platform/process_runner.h"
 
@@ -29,7 +31,12 @@ LockFile::Result LockFile::Acquire(const std::string& path) {
 std::string RuntimeFolder() {
     const char* runtime = std::getenv("XDG_RUNTIME_DIR");
     if (runtime != nullptr && *runtime != '\0') return WithoutTrailingSlash(runtime);
-    return LinuxProcessRunner().TemporaryFolder();
+    // Without a session's folder, one of this user's own in the temporary
+    // folder: a lock there must not keep another user's program out.
+    const std::string folder =
+        LinuxProcessRunner().TemporaryFolder() + "/tolvane-" + std::to_string(getuid());
+    mkdir(folder.c_str(), 0700);
+    return folder;
 }
 
 }  // namespace tolvane::platform

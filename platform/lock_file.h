@@ -27,7 +27,7 @@ class LockFile {
 };
 
 // The folder of per-session files such as the lock: $XDG_RUNTIME_DIR, else
-// the temporary folder.
+// a folder of this user's own in the temporary folder.
 std::string RuntimeFolder();
 
 }  // namespace tolvane::platform
