@@ -127,6 +127,12 @@ void MainWindow::BringForward() {
 }
 
 void MainWindow::keyPressEvent(QKeyEvent* event) {
+    // The phone's two soft keys, which still open their menus while full
+    // screen hides the bar.
+    if (event->key() == Qt::Key_F1 || event->key() == Qt::Key_Context1)
+        return softKeys_->OpenLeft();
+    if (event->key() == Qt::Key_F2 || event->key() == Qt::Key_Context2)
+        return softKeys_->OpenRight();
     const std::optional<Key> key = KeyFromQt(event->key());
     if (!key) return QWidget::keyPressEvent(event);
     OnKeyDown(program_, *key);

@@ -104,8 +104,14 @@ void SoftKeyBar::Open(QToolButton* key, const MenuBuilder& build) {
     QMenu menu(this);
     FillMenu(menu, build());
     openMenu_ = &menu;
-    // The menu opens upwards from the key, as a handheld's soft-key menu does.
-    const QPoint corner = key->mapToGlobal(QPoint(0, 0));
+    // The menu opens upwards from the key, as a handheld's soft-key menu
+    // does; with the bar hidden in full screen, from the window's foot.
+    QPoint corner = key->mapToGlobal(QPoint(0, 0));
+    if (isHidden()) {
+        const QWidget* window = this->window();
+        const bool left = key == left_;
+        corner = window->mapToGlobal(QPoint(left ? 0 : window->width() / 2, window->height()));
+    }
     QAction* chosen = menu.exec(corner - QPoint(0, menu.sizeHint().height()));
     openMenu_ = nullptr;
     if (chosen != nullptr && chosen->data().toInt() != 0) onCommand_(chosen->data().toInt());
