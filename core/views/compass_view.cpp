@@ -35,7 +35,7 @@ CompassAreas CompassAreasOf(const Rect& body, int lineHeight) {
                 {body.left, body.top, body.left + side, body.bottom},
                 {right.left, headerBottom, right.right, right.bottom}};
     }
-    const int headerHeight = body.Height() * 17 / 100;
+    const int headerHeight = body.Height() * 20 / 100;
     const int infoHeight = 4 * lineHeight + pad;
     return {{body.left + pad, body.top + pad / 2, body.right - pad, body.top + headerHeight},
             {body.left, body.top + headerHeight, body.right, body.bottom - infoHeight},
@@ -134,8 +134,9 @@ void PaintCard(Canvas& canvas, const ViewContext& context, const Rect& area,
                const CourseMemory& course, const std::optional<DestinationShown>& destination,
                const Palette& palette) {
     const Point c{(area.left + area.right) / 2, (area.top + area.bottom) / 2};
-    const int r =
-        std::max(10, std::min(area.Width(), area.Height()) / 2 - std::max(6, area.Width() / 40));
+    // The margin leaves room for the sun's mark, which sits on the rim.
+    const int side = std::min(area.Width(), area.Height());
+    const int r = std::max(10, side / 2 - std::max(6, side / 16));
     const bool courseUp = context.app.compassMode == kCompassCourseUp;
     const double rotation = courseUp && course.have ? course.degrees : 0.0;
     // A card without a live course stops where it was and turns grey.
@@ -198,15 +199,15 @@ std::string ClockText(FileTime utc) {
 
 std::string SunLine(const ViewContext& context) {
     const MapFollow& place = context.app.mapFollow;
-    if (!place.havePosition) return "Sun: waiting for a position";
+    if (!place.havePosition) return "\u2600 waiting for a position";
     const SunTimes times = TodaysSunTimes(context.nowUtc, place.latitude, place.longitude);
     switch (times.day) {
         case SunDay::kAlwaysUp:
-            return "Sun up all day";
+            return "\u2600 up all day";
         case SunDay::kAlwaysDown:
-            return "Sun down all day";
+            return "\u2600 down all day";
         default:
-            return "Sunrise " + ClockText(times.sunriseUtc) + "   Sunset " +
+            return "\u2600 Sunrise " + ClockText(times.sunriseUtc) + "   Sunset " +
                    ClockText(times.sunsetUtc);
     }
 }

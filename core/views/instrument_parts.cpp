@@ -44,8 +44,7 @@ Rect CircleBox(Point centre, int radius) {
 }
 
 void PaintFigure(Canvas& canvas, const Rect& box, const std::string& value, const std::string& unit,
-                 Color valueColor, Color unitColor) {
-    const Font unitFont{std::max(1, box.Height() * 2 / 5), 400};
+                 const Font& unitFont, Color valueColor, Color unitColor) {
     const int unitWidth = unit.empty() ? 0 : canvas.MeasureText(" " + unit, unitFont).width;
     const Font valueFont = FitFont(canvas, value, box.Width() - unitWidth, box.Height(), 700);
     const int valueWidth = canvas.MeasureText(value, valueFont).width;

@@ -29,9 +29,9 @@ std::vector<Point> RadialTriangle(Point centre, double tipRadius, double degrees
 // The box of a circle.
 Rect CircleBox(Point centre, int radius);
 
-// A figure and its unit, the unit smaller and after it, set at the left of
+// A figure and its unit, the unit in unitFont after it, set at the left of
 // box and as large as box allows.
 void PaintFigure(Canvas& canvas, const Rect& box, const std::string& value, const std::string& unit,
-                 Color valueColor, Color unitColor);
+                 const Font& unitFont, Color valueColor, Color unitColor);
 
 }  // namespace tolvane

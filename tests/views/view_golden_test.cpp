@@ -16,6 +16,8 @@
 
 #include "core/base/program_paths.h"
 #include "core/base/string_manager.h"
+#include "core/nav/navigation.h"
+#include "core/nav/units.h"
 #include "tests/core/test_support.h"
 #include "tests/views/view_pictures.h"
 
@@ -97,6 +99,31 @@ TEST_F(ViewPictures, DemoWalkAtTheMinuteLooksAsBefore) {
     });
 }
 
+// Turns the replayed walk into a drive with a destination and a sounding
+// alarm, to look at the parts a walk never shows.
+void MakeItADrive(AppState& app) {
+    GpsState& gps = app.gps;
+    gps.speedKnots = 87 / kKmPerNauticalMile;
+    gps.course = 123;
+    gps.maxSpeedKnots = 104 / kKmPerNauticalMile;
+    gps.averageSpeedKmh = 61;
+    gps.destinationDistanceKm = 3.4;
+    gps.destinationSeconds = 140;
+    app.instruments.course = {true, true, 123, 0};
+    app.instruments.speedScale = {160, kMetric, 0};
+    app.options.speedAlarmIndex = 2;
+    app.options.speedAlarmValues[2] = 80;
+    app.options.navigation = 1;
+    app.alarm.sounding = true;
+    DynamicList<GeoPoint> destinations;
+    GeoPoint harbour;
+    harbour.latitude = gps.latitude + 0.02;
+    harbour.longitude = gps.longitude + 0.01;
+    harbour.name = "Harbour";
+    destinations.Append(harbour);
+    OpenDestinationList(app.navigation, destinations);
+}
+
 // Not a check: paints every view at the three sizes, day and night, into
 // one sheet per size for a person to look at.
 TEST_F(ViewPictures, WritesShotsWhenAsked) {
@@ -129,7 +156,10 @@ TEST_F(ViewPictures, WritesShotsWhenAsked) {
         }
     };
     ReplayToTick(recording ? recording : DemoRecording(), tick ? std::atoi(tick) : kDemoTick,
-                 paint);
+                 [&paint](AppState& app) {
+                     if (std::getenv("TOLVANE_VIEW_SHOTS_DRIVE")) MakeItADrive(app);
+                     paint(app);
+                 });
 }
 
 }  // namespace
