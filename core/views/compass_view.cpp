@@ -28,7 +28,7 @@ struct CompassAreas {
 CompassAreas CompassAreasOf(const Rect& body, int lineHeight) {
     const int pad = lineHeight / 2;
     if (body.Width() * 20 > body.Height() * 23) {
-        const int side = body.Height();
+        const int side = std::min(body.Height(), body.Width() * 55 / 100);
         const Rect right{body.left + side, body.top + pad, body.right - pad, body.bottom - pad};
         const int headerBottom = right.top + right.Height() * 2 / 5;
         return {{right.left, right.top, right.right, headerBottom},
@@ -64,8 +64,6 @@ std::optional<DestinationShown> DestinationOf(const ViewContext& context) {
 }
 
 struct CardStyle {
-    Color face;
-    Color edge;
     Color ink;    // ticks and numbers
     Color north;  // the N and its tick
 };
@@ -112,13 +110,15 @@ void PaintDestinationMark(Canvas& canvas, const DestinationShown& destination, P
                           double rotation, const Palette& palette) {
     const double at = destination.bearing - rotation;
     canvas.DrawPolygon(RadialTriangle(c, r * 0.86, at, r * 0.16), palette.good, palette.panel);
+    // The name stands inside the card towards the mark, on a patch of the
+    // card's face so that the numbers under it do not show through.
     const Font font{std::max(7, r / 11), 600};
-    const Point label = Polar(c, r * 0.52, at);
+    const Point label = Polar(c, r * 0.46, at);
     const TextSize size = canvas.MeasureText(destination.point.name, font);
-    canvas.DrawText(destination.point.name, font,
-                    {label.x - size.width / 2, label.y - size.height / 2,
-                     label.x + size.width / 2 + 1, label.y + size.height / 2 + 1},
-                    kAlignCenter, palette.good);
+    const Rect box{label.x - size.width / 2 - 2, label.y - size.height / 2,
+                   label.x + size.width / 2 + 3, label.y + size.height / 2 + 1};
+    canvas.DrawRectangle(box, palette.panel, kNoColor);
+    canvas.DrawText(destination.point.name, font, box, kAlignCenter, palette.good);
 }
 
 // The course arrow of the north-up card, or the boat of the course-up
@@ -141,9 +141,8 @@ void PaintCard(Canvas& canvas, const ViewContext& context, const Rect& area,
     const double rotation = courseUp && course.have ? course.degrees : 0.0;
     // A card without a live course stops where it was and turns grey.
     const CardStyle style =
-        course.live ? CardStyle{palette.panel, palette.panelEdge, palette.value, palette.alarm}
-                    : CardStyle{palette.panel, palette.panelEdge, palette.dim, palette.dim};
-    canvas.DrawEllipse(CircleBox(c, r), style.face, style.edge, 2);
+        course.live ? CardStyle{palette.value, palette.alarm} : CardStyle{palette.dim, palette.dim};
+    canvas.DrawEllipse(CircleBox(c, r), palette.panel, palette.panelEdge, 2);
     PaintCardTicks(canvas, c, r, rotation, style);
     PaintCardLabels(canvas, c, r, rotation, style);
     PaintSunMark(canvas, context, c, r, rotation, palette);
@@ -176,8 +175,8 @@ void PaintHeader(Canvas& canvas, const ViewContext& context, const Rect& box,
     const Rect figure{box.left, top.bottom, box.right, box.bottom - labelHeight};
     const std::string digits =
         course.live ? PrintFormat("%03.0f", std::fmod(std::round(course.degrees), 360.0)) + kDegree
-                    : "---";
-    const Font big = FitFont(canvas, "888\u00B0", figure.Width(), figure.Height(), 700);
+                    : "COG ---";
+    const Font big = FitFont(canvas, digits, figure.Width(), figure.Height(), 700);
     canvas.DrawText(digits, big, figure, kAlignCenter, course.live ? palette.value : palette.dim);
     std::string note;
     if (!HasLiveFix(context)) {
@@ -188,8 +187,8 @@ void PaintHeader(Canvas& canvas, const ViewContext& context, const Rect& box,
                          kDegree + ", " + AgeText(course.ageSeconds) + " ago"
                    : "Moving slower than 2 km/h";
     }
-    canvas.DrawText(note, label, {box.left, figure.bottom, box.right, box.bottom},
-                    kAlignHCenter | kAlignBottom, palette.label);
+    PaintLine(canvas, note, label, {box.left, figure.bottom, box.right, box.bottom},
+              kAlignHCenter | kAlignBottom, palette.label);
 }
 
 std::string ClockText(FileTime utc) {
@@ -197,7 +196,9 @@ std::string ClockText(FileTime utc) {
     return PrintFormat("%02d:%02d", t.hour, t.minute);
 }
 
-std::string SunLine(const ViewContext& context) {
+// The sun's line; the short form, with arrows for rising and setting, for
+// a narrow window.
+std::string SunLine(const ViewContext& context, bool compact) {
     const MapFollow& place = context.app.mapFollow;
     if (!place.havePosition) return "\u2600 waiting for a position";
     const SunTimes times = TodaysSunTimes(context.nowUtc, place.latitude, place.longitude);
@@ -207,6 +208,10 @@ std::string SunLine(const ViewContext& context) {
         case SunDay::kAlwaysDown:
             return "\u2600 down all day";
         default:
+            if (compact) {
+                return "\u2600 \u2191" + ClockText(times.sunriseUtc) + " \u2193" +
+                       ClockText(times.sunsetUtc);
+            }
             return "\u2600 Sunrise " + ClockText(times.sunriseUtc) + "   Sunset " +
                    ClockText(times.sunsetUtc);
     }
@@ -219,8 +224,10 @@ void PaintInfo(Canvas& canvas, const ViewContext& context, const Rect& box,
     const Font strong = context.fonts.Slot(kInstrumentStrongSlot);
     const int line = canvas.MeasureText("Ag", text).height;
     int top = box.bottom - line;
-    canvas.DrawText(SunLine(context), text, {box.left, top, box.right, top + line},
-                    kAlignHCenter | kAlignTop, palette.label);
+    const std::string sun = SunLine(context, false);
+    const bool narrow = canvas.MeasureText(sun, text).width > box.Width();
+    PaintLine(canvas, narrow ? SunLine(context, true) : sun, text,
+              {box.left, top, box.right, top + line}, kAlignHCenter | kAlignTop, palette.label);
     if (!destination) return;
     const GpsState& gps = context.app.gps;
     std::string distance;
@@ -228,16 +235,14 @@ void PaintInfo(Canvas& canvas, const ViewContext& context, const Rect& box,
     FormatDistance(context.app.options.unitSystem, gps.destinationDistanceKm, &distance);
     FormatDuration(gps.destinationSeconds, &togo, kDurationCompact);
     top -= line * 3 / 2;
-    canvas.DrawText(distance + "   " + (gps.destinationSeconds < 0 ? "--" : togo), strong,
-                    {box.left, top, box.right, top + line}, kAlignHCenter | kAlignTop,
-                    palette.value);
+    PaintLine(canvas, distance + "   " + (gps.destinationSeconds < 0 ? "--" : togo), strong,
+              {box.left, top, box.right, top + line}, kAlignHCenter | kAlignTop, palette.value);
     const std::string turn = course.live
                                  ? TurnHint(TurnDegrees(course.degrees, destination->bearing))
                                  : PrintFormat("Bearing %03.0f", destination->bearing) + kDegree;
     top -= line;
-    canvas.DrawText("\u25C6 " + destination->point.name + "   " + turn, strong,
-                    {box.left, top, box.right, top + line}, kAlignHCenter | kAlignTop,
-                    palette.good);
+    PaintLine(canvas, "\u25C6 " + destination->point.name + "   " + turn, strong,
+              {box.left, top, box.right, top + line}, kAlignHCenter | kAlignTop, palette.good);
 }
 
 }  // namespace

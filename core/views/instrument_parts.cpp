@@ -43,6 +43,12 @@ Rect CircleBox(Point centre, int radius) {
     return {centre.x - radius, centre.y - radius, centre.x + radius, centre.y + radius};
 }
 
+void PaintLine(Canvas& canvas, const std::string& text, const Font& font, const Rect& box,
+               unsigned align, Color color) {
+    canvas.DrawText(text, FitFont(canvas, text, box.Width(), font.height, font.weight), box, align,
+                    color);
+}
+
 void PaintFigure(Canvas& canvas, const Rect& box, const std::string& value, const std::string& unit,
                  const Font& unitFont, Color valueColor, Color unitColor) {
     const int unitWidth = unit.empty() ? 0 : canvas.MeasureText(" " + unit, unitFont).width;

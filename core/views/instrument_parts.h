@@ -29,6 +29,11 @@ std::vector<Point> RadialTriangle(Point centre, double tipRadius, double degrees
 // The box of a circle.
 Rect CircleBox(Point centre, int radius);
 
+// A line of text in box, in font or, where it would not fit the box's
+// width, in the largest smaller size that does.
+void PaintLine(Canvas& canvas, const std::string& text, const Font& font, const Rect& box,
+               unsigned align, Color color);
+
 // A figure and its unit, the unit in unitFont after it, set at the left of
 // box and as large as box allows.
 void PaintFigure(Canvas& canvas, const Rect& box, const std::string& value, const std::string& unit,

@@ -182,12 +182,12 @@ void PaintSpeedView(Canvas& canvas, const ViewContext& context) {
                     app.alarm.sounding ? palette.alarm : palette.accent);
     }
     const Rect footer = areas.footer;
-    canvas.DrawText(MarksLine(app.gps, units), text,
-                    {footer.left, footer.top, footer.right, footer.top + line}, kAlignCenter,
-                    palette.label);
-    canvas.DrawText(AlarmLine(app.options), strong,
-                    {footer.left, footer.bottom - line, footer.right, footer.bottom}, kAlignCenter,
-                    app.options.speedAlarmIndex >= 0 ? palette.alarm : palette.label);
+    PaintLine(canvas, MarksLine(app.gps, units), text,
+              {footer.left, footer.top, footer.right, footer.top + line}, kAlignCenter,
+              palette.label);
+    PaintLine(canvas, AlarmLine(app.options), strong,
+              {footer.left, footer.bottom - line, footer.right, footer.bottom}, kAlignCenter,
+              app.options.speedAlarmIndex >= 0 ? palette.alarm : palette.label);
     PaintCoordinateStrip(canvas, context);
 }
 
