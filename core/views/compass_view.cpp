@@ -27,7 +27,7 @@ struct CompassAreas {
 
 CompassAreas CompassAreasOf(const Rect& body, int lineHeight) {
     const int pad = lineHeight / 2;
-    if (body.Width() * 20 > body.Height() * 23) {
+    if (IsWideBody(body)) {
         const int side = std::min(body.Height(), body.Width() * 55 / 100);
         const Rect right{body.left + side, body.top + pad, body.right - pad, body.bottom - pad};
         const int headerBottom = right.top + right.Height() * 2 / 5;

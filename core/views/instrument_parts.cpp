@@ -13,6 +13,10 @@ constexpr double kArcStepDegrees = 3.0;
 
 }  // namespace
 
+bool IsWideBody(const Rect& body) {
+    return body.Width() * 20 > body.Height() * 23;
+}
+
 Point Polar(Point centre, double radius, double degrees) {
     const double a = degrees * kRadiansPerDegree;
     return {centre.x + static_cast<int>(std::lround(std::sin(a) * radius)),

@@ -14,6 +14,10 @@ inline constexpr int kInstrumentLabelSlot = 3;   // the base height, normal
 inline constexpr int kInstrumentTextSlot = 6;    // a quarter larger, normal
 inline constexpr int kInstrumentStrongSlot = 8;  // a quarter larger, bold
 
+// Whether a view's body is wide enough to set its parts side by side
+// rather than one above the other.
+bool IsWideBody(const Rect& body);
+
 // The point at radius and a direction in degrees from centre, 0 up and
 // clockwise, as a compass reads.
 Point Polar(Point centre, double radius, double degrees);
