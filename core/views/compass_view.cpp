@@ -15,6 +15,9 @@ namespace tolvane {
 namespace {
 
 constexpr char kDegree[] = "\u00B0";
+// The sun's centre at sunrise and sunset: its upper edge on the horizon,
+// lifted by refraction.
+constexpr double kSunHorizonElevation = -0.833;
 constexpr char kCardinals[][2] = {"N", "E", "S", "W"};
 
 // Where the parts of the compass go: the course header, the card and the
@@ -87,11 +90,8 @@ void PaintCardLabels(Canvas& canvas, Point c, int r, double rotation, const Card
         const std::string text = isCardinal ? kCardinals[degrees / 90] : std::to_string(degrees);
         const Font& font = isCardinal ? cardinal : number;
         const Point at = Polar(c, r * (isCardinal ? 0.72 : 0.74), degrees - rotation);
-        const TextSize size = canvas.MeasureText(text, font);
-        canvas.DrawText(text, font,
-                        {at.x - size.width / 2, at.y - size.height / 2, at.x + size.width / 2 + 1,
-                         at.y + size.height / 2 + 1},
-                        kAlignCenter, degrees == 0 ? style.north : style.ink);
+        canvas.DrawText(text, font, TextBoxAt(canvas, text, font, at), kAlignCenter,
+                        degrees == 0 ? style.north : style.ink);
     }
 }
 
@@ -102,7 +102,7 @@ void PaintSunMark(Canvas& canvas, const ViewContext& context, Point c, int r, do
     if (!place.havePosition) return;
     const SunPosition sun = SunPositionAt(context.nowUtc, place.latitude, place.longitude);
     const Rect box = CircleBox(Polar(c, r, sun.azimuth - rotation), std::max(4, r / 14));
-    const bool up = sun.elevation > -0.833;
+    const bool up = sun.elevation > kSunHorizonElevation;
     canvas.DrawEllipse(box, up ? palette.sun : palette.panel, palette.sun, std::max(2, r / 80));
 }
 
@@ -113,10 +113,9 @@ void PaintDestinationMark(Canvas& canvas, const DestinationShown& destination, P
     // The name stands inside the card towards the mark, on a patch of the
     // card's face so that the numbers under it do not show through.
     const Font font{std::max(7, r / 11), 600};
-    const Point label = Polar(c, r * 0.46, at);
-    const TextSize size = canvas.MeasureText(destination.point.name, font);
-    const Rect box{label.x - size.width / 2 - 2, label.y - size.height / 2,
-                   label.x + size.width / 2 + 3, label.y + size.height / 2 + 1};
+    Rect box = TextBoxAt(canvas, destination.point.name, font, Polar(c, r * 0.46, at));
+    box.left -= 2;
+    box.right += 2;
     canvas.DrawRectangle(box, palette.panel, kNoColor);
     canvas.DrawText(destination.point.name, font, box, kAlignCenter, palette.good);
 }

@@ -43,6 +43,12 @@ std::vector<Point> RadialTriangle(Point centre, double tipRadius, double degrees
             Polar(centre, baseRadius, degrees + halfAngle)};
 }
 
+Rect TextBoxAt(Canvas& canvas, const std::string& text, const Font& font, Point centre) {
+    const TextSize size = canvas.MeasureText(text, font);
+    return {centre.x - size.width / 2, centre.y - size.height / 2,
+            centre.x + (size.width + 1) / 2 + 1, centre.y + (size.height + 1) / 2 + 1};
+}
+
 Rect CircleBox(Point centre, int radius) {
     return {centre.x - radius, centre.y - radius, centre.x + radius, centre.y + radius};
 }

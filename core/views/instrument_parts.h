@@ -30,6 +30,9 @@ std::vector<Point> ArcPoints(Point centre, double radius, double fromDegrees, do
 // whose base, size wide, lies further out (size > 0) or further in.
 std::vector<Point> RadialTriangle(Point centre, double tipRadius, double degrees, double size);
 
+// The box of text in font, centred on a point.
+Rect TextBoxAt(Canvas& canvas, const std::string& text, const Font& font, Point centre);
+
 // The box of a circle.
 Rect CircleBox(Point centre, int radius);
 

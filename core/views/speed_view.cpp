@@ -35,12 +35,8 @@ void PaintDialScale(Canvas& canvas, const Dial& dial, const Palette& palette) {
                         labelled ? palette.value : palette.label,
                         labelled ? std::max(2, r / 45) : 1);
         if (!labelled) continue;
-        const Point p = Polar(dial.centre, r * 0.70, at);
         const std::string text = std::to_string(value);
-        const TextSize size = canvas.MeasureText(text, font);
-        canvas.DrawText(text, font,
-                        {p.x - size.width / 2, p.y - size.height / 2, p.x + size.width / 2 + 1,
-                         p.y + size.height / 2 + 1},
+        canvas.DrawText(text, font, TextBoxAt(canvas, text, font, Polar(dial.centre, r * 0.70, at)),
                         kAlignCenter, palette.label);
     }
 }
