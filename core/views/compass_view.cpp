@@ -157,6 +157,11 @@ void PaintCard(Canvas& canvas, const ViewContext& context, const Rect& area,
     canvas.DrawEllipse(CircleBox(c, std::max(2, r / 40)), palette.value, kNoColor);
 }
 
+// A direction as three digits and the degree sign, 359.6 reading 000.
+std::string DegreesText(double degrees) {
+    return PrintFormat("%03.0f", std::fmod(std::round(degrees), 360.0)) + kDegree;
+}
+
 std::string AgeText(int seconds) {
     std::string age;
     FormatDuration(seconds, &age, kDurationCompact);
@@ -172,19 +177,16 @@ void PaintHeader(Canvas& canvas, const ViewContext& context, const Rect& box,
     canvas.DrawText("COG", label, top, kAlignLeft | kAlignTop, palette.label);
     canvas.DrawText(mode, label, top, kAlignRight | kAlignTop, palette.label);
     const Rect figure{box.left, top.bottom, box.right, box.bottom - labelHeight};
-    const std::string digits =
-        course.live ? PrintFormat("%03.0f", std::fmod(std::round(course.degrees), 360.0)) + kDegree
-                    : "COG ---";
+    const std::string digits = course.live ? DegreesText(course.degrees) : "COG ---";
     const Font big = FitFont(canvas, digits, figure.Width(), figure.Height(), 700);
     canvas.DrawText(digits, big, figure, kAlignCenter, course.live ? palette.value : palette.dim);
     std::string note;
     if (!HasLiveFix(context)) {
         note = "No fix";
     } else if (!course.live) {
-        note = course.have
-                   ? PrintFormat("Last %03.0f", std::fmod(std::round(course.degrees), 360.0)) +
-                         kDegree + ", " + AgeText(course.ageSeconds) + " ago"
-                   : "Moving slower than 2 km/h";
+        note = course.have ? "Last " + DegreesText(course.degrees) + ", " +
+                                 AgeText(course.ageSeconds) + " ago"
+                           : "Moving slower than 2 km/h";
     }
     PaintLine(canvas, note, label, {box.left, figure.bottom, box.right, box.bottom},
               kAlignHCenter | kAlignBottom, palette.label);
@@ -238,7 +240,7 @@ void PaintInfo(Canvas& canvas, const ViewContext& context, const Rect& box,
               {box.left, top, box.right, top + line}, kAlignHCenter | kAlignTop, palette.value);
     const std::string turn = course.live
                                  ? TurnHint(TurnDegrees(course.degrees, destination->bearing))
-                                 : PrintFormat("Bearing %03.0f", destination->bearing) + kDegree;
+                                 : "Bearing " + DegreesText(destination->bearing);
     top -= line;
     PaintLine(canvas, "\u25C6 " + destination->point.name + "   " + turn, strong,
               {box.left, top, box.right, top + line}, kAlignHCenter | kAlignTop, palette.good);
