@@ -15,6 +15,9 @@ namespace tolvane {
 namespace {
 
 constexpr char kDegree[] = "\u00B0";
+// The sun's centre at sunrise and sunset: its upper edge on the horizon,
+// lifted by refraction.
+constexpr double kSunHorizonElevation = -0.833;
 constexpr char kCardinals[][2] = {"N", "E", "S", "W"};
 
 // Where the parts of the compass go: the course header, the card and the
@@ -27,15 +30,15 @@ struct CompassAreas {
 
 CompassAreas CompassAreasOf(const Rect& body, int lineHeight) {
     const int pad = lineHeight / 2;
-    if (body.Width() * 20 > body.Height() * 23) {
-        const int side = body.Height();
+    if (IsWideBody(body)) {
+        const int side = std::min(body.Height(), body.Width() * 55 / 100);
         const Rect right{body.left + side, body.top + pad, body.right - pad, body.bottom - pad};
         const int headerBottom = right.top + right.Height() * 2 / 5;
         return {{right.left, right.top, right.right, headerBottom},
                 {body.left, body.top, body.left + side, body.bottom},
                 {right.left, headerBottom, right.right, right.bottom}};
     }
-    const int headerHeight = body.Height() * 17 / 100;
+    const int headerHeight = body.Height() * 20 / 100;
     const int infoHeight = 4 * lineHeight + pad;
     return {{body.left + pad, body.top + pad / 2, body.right - pad, body.top + headerHeight},
             {body.left, body.top + headerHeight, body.right, body.bottom - infoHeight},
@@ -64,8 +67,6 @@ std::optional<DestinationShown> DestinationOf(const ViewContext& context) {
 }
 
 struct CardStyle {
-    Color face;
-    Color edge;
     Color ink;    // ticks and numbers
     Color north;  // the N and its tick
 };
@@ -89,11 +90,8 @@ void PaintCardLabels(Canvas& canvas, Point c, int r, double rotation, const Card
         const std::string text = isCardinal ? kCardinals[degrees / 90] : std::to_string(degrees);
         const Font& font = isCardinal ? cardinal : number;
         const Point at = Polar(c, r * (isCardinal ? 0.72 : 0.74), degrees - rotation);
-        const TextSize size = canvas.MeasureText(text, font);
-        canvas.DrawText(text, font,
-                        {at.x - size.width / 2, at.y - size.height / 2, at.x + size.width / 2 + 1,
-                         at.y + size.height / 2 + 1},
-                        kAlignCenter, degrees == 0 ? style.north : style.ink);
+        canvas.DrawText(text, font, TextBoxAt(canvas, text, font, at), kAlignCenter,
+                        degrees == 0 ? style.north : style.ink);
     }
 }
 
@@ -104,7 +102,7 @@ void PaintSunMark(Canvas& canvas, const ViewContext& context, Point c, int r, do
     if (!place.havePosition) return;
     const SunPosition sun = SunPositionAt(context.nowUtc, place.latitude, place.longitude);
     const Rect box = CircleBox(Polar(c, r, sun.azimuth - rotation), std::max(4, r / 14));
-    const bool up = sun.elevation > -0.833;
+    const bool up = sun.elevation > kSunHorizonElevation;
     canvas.DrawEllipse(box, up ? palette.sun : palette.panel, palette.sun, std::max(2, r / 80));
 }
 
@@ -112,13 +110,14 @@ void PaintDestinationMark(Canvas& canvas, const DestinationShown& destination, P
                           double rotation, const Palette& palette) {
     const double at = destination.bearing - rotation;
     canvas.DrawPolygon(RadialTriangle(c, r * 0.86, at, r * 0.16), palette.good, palette.panel);
+    // The name stands inside the card towards the mark, on a patch of the
+    // card's face so that the numbers under it do not show through.
     const Font font{std::max(7, r / 11), 600};
-    const Point label = Polar(c, r * 0.52, at);
-    const TextSize size = canvas.MeasureText(destination.point.name, font);
-    canvas.DrawText(destination.point.name, font,
-                    {label.x - size.width / 2, label.y - size.height / 2,
-                     label.x + size.width / 2 + 1, label.y + size.height / 2 + 1},
-                    kAlignCenter, palette.good);
+    Rect box = TextBoxAt(canvas, destination.point.name, font, Polar(c, r * 0.46, at));
+    box.left -= 2;
+    box.right += 2;
+    canvas.DrawRectangle(box, palette.panel, kNoColor);
+    canvas.DrawText(destination.point.name, font, box, kAlignCenter, palette.good);
 }
 
 // The course arrow of the north-up card, or the boat of the course-up
@@ -134,15 +133,15 @@ void PaintCard(Canvas& canvas, const ViewContext& context, const Rect& area,
                const CourseMemory& course, const std::optional<DestinationShown>& destination,
                const Palette& palette) {
     const Point c{(area.left + area.right) / 2, (area.top + area.bottom) / 2};
-    const int r =
-        std::max(10, std::min(area.Width(), area.Height()) / 2 - std::max(6, area.Width() / 40));
+    // The margin leaves room for the sun's mark, which sits on the rim.
+    const int side = std::min(area.Width(), area.Height());
+    const int r = std::max(10, side / 2 - std::max(6, side / 16));
     const bool courseUp = context.app.compassMode == kCompassCourseUp;
     const double rotation = courseUp && course.have ? course.degrees : 0.0;
     // A card without a live course stops where it was and turns grey.
     const CardStyle style =
-        course.live ? CardStyle{palette.panel, palette.panelEdge, palette.value, palette.alarm}
-                    : CardStyle{palette.panel, palette.panelEdge, palette.dim, palette.dim};
-    canvas.DrawEllipse(CircleBox(c, r), style.face, style.edge, 2);
+        course.live ? CardStyle{palette.value, palette.alarm} : CardStyle{palette.dim, palette.dim};
+    canvas.DrawEllipse(CircleBox(c, r), palette.panel, palette.panelEdge, 2);
     PaintCardTicks(canvas, c, r, rotation, style);
     PaintCardLabels(canvas, c, r, rotation, style);
     PaintSunMark(canvas, context, c, r, rotation, palette);
@@ -156,6 +155,11 @@ void PaintCard(Canvas& canvas, const ViewContext& context, const Rect& area,
         PaintCourseArrow(canvas, c, r, course.degrees, arrowColor);
     }
     canvas.DrawEllipse(CircleBox(c, std::max(2, r / 40)), palette.value, kNoColor);
+}
+
+// A direction as three digits and the degree sign, 359.6 reading 000.
+std::string DegreesText(double degrees) {
+    return PrintFormat("%03.0f", std::fmod(std::round(degrees), 360.0)) + kDegree;
 }
 
 std::string AgeText(int seconds) {
@@ -173,22 +177,19 @@ void PaintHeader(Canvas& canvas, const ViewContext& context, const Rect& box,
     canvas.DrawText("COG", label, top, kAlignLeft | kAlignTop, palette.label);
     canvas.DrawText(mode, label, top, kAlignRight | kAlignTop, palette.label);
     const Rect figure{box.left, top.bottom, box.right, box.bottom - labelHeight};
-    const std::string digits =
-        course.live ? PrintFormat("%03.0f", std::fmod(std::round(course.degrees), 360.0)) + kDegree
-                    : "---";
-    const Font big = FitFont(canvas, "888\u00B0", figure.Width(), figure.Height(), 700);
+    const std::string digits = course.live ? DegreesText(course.degrees) : "COG ---";
+    const Font big = FitFont(canvas, digits, figure.Width(), figure.Height(), 700);
     canvas.DrawText(digits, big, figure, kAlignCenter, course.live ? palette.value : palette.dim);
     std::string note;
     if (!HasLiveFix(context)) {
         note = "No fix";
     } else if (!course.live) {
-        note = course.have
-                   ? PrintFormat("Last %03.0f", std::fmod(std::round(course.degrees), 360.0)) +
-                         kDegree + ", " + AgeText(course.ageSeconds) + " ago"
-                   : "Moving slower than 2 km/h";
+        note = course.have ? "Last " + DegreesText(course.degrees) + ", " +
+                                 AgeText(course.ageSeconds) + " ago"
+                           : "Moving slower than 2 km/h";
     }
-    canvas.DrawText(note, label, {box.left, figure.bottom, box.right, box.bottom},
-                    kAlignHCenter | kAlignBottom, palette.label);
+    PaintLine(canvas, note, label, {box.left, figure.bottom, box.right, box.bottom},
+              kAlignHCenter | kAlignBottom, palette.label);
 }
 
 std::string ClockText(FileTime utc) {
@@ -196,17 +197,23 @@ std::string ClockText(FileTime utc) {
     return PrintFormat("%02d:%02d", t.hour, t.minute);
 }
 
-std::string SunLine(const ViewContext& context) {
+// The sun's line; the short form, with arrows for rising and setting, for
+// a narrow window.
+std::string SunLine(const ViewContext& context, bool compact) {
     const MapFollow& place = context.app.mapFollow;
-    if (!place.havePosition) return "Sun: waiting for a position";
+    if (!place.havePosition) return "\u2600 waiting for a position";
     const SunTimes times = TodaysSunTimes(context.nowUtc, place.latitude, place.longitude);
     switch (times.day) {
         case SunDay::kAlwaysUp:
-            return "Sun up all day";
+            return "\u2600 up all day";
         case SunDay::kAlwaysDown:
-            return "Sun down all day";
+            return "\u2600 down all day";
         default:
-            return "Sunrise " + ClockText(times.sunriseUtc) + "   Sunset " +
+            if (compact) {
+                return "\u2600 \u2191" + ClockText(times.sunriseUtc) + " \u2193" +
+                       ClockText(times.sunsetUtc);
+            }
+            return "\u2600 Sunrise " + ClockText(times.sunriseUtc) + "   Sunset " +
                    ClockText(times.sunsetUtc);
     }
 }
@@ -218,8 +225,10 @@ void PaintInfo(Canvas& canvas, const ViewContext& context, const Rect& box,
     const Font strong = context.fonts.Slot(kInstrumentStrongSlot);
     const int line = canvas.MeasureText("Ag", text).height;
     int top = box.bottom - line;
-    canvas.DrawText(SunLine(context), text, {box.left, top, box.right, top + line},
-                    kAlignHCenter | kAlignTop, palette.label);
+    const std::string sun = SunLine(context, false);
+    const bool narrow = canvas.MeasureText(sun, text).width > box.Width();
+    PaintLine(canvas, narrow ? SunLine(context, true) : sun, text,
+              {box.left, top, box.right, top + line}, kAlignHCenter | kAlignTop, palette.label);
     if (!destination) return;
     const GpsState& gps = context.app.gps;
     std::string distance;
@@ -227,16 +236,14 @@ void PaintInfo(Canvas& canvas, const ViewContext& context, const Rect& box,
     FormatDistance(context.app.options.unitSystem, gps.destinationDistanceKm, &distance);
     FormatDuration(gps.destinationSeconds, &togo, kDurationCompact);
     top -= line * 3 / 2;
-    canvas.DrawText(distance + "   " + (gps.destinationSeconds < 0 ? "--" : togo), strong,
-                    {box.left, top, box.right, top + line}, kAlignHCenter | kAlignTop,
-                    palette.value);
+    PaintLine(canvas, distance + "   " + (gps.destinationSeconds < 0 ? "--" : togo), strong,
+              {box.left, top, box.right, top + line}, kAlignHCenter | kAlignTop, palette.value);
     const std::string turn = course.live
                                  ? TurnHint(TurnDegrees(course.degrees, destination->bearing))
-                                 : PrintFormat("Bearing %03.0f", destination->bearing) + kDegree;
+                                 : "Bearing " + DegreesText(destination->bearing);
     top -= line;
-    canvas.DrawText("\u25C6 " + destination->point.name + "   " + turn, strong,
-                    {box.left, top, box.right, top + line}, kAlignHCenter | kAlignTop,
-                    palette.good);
+    PaintLine(canvas, "\u25C6 " + destination->point.name + "   " + turn, strong,
+              {box.left, top, box.right, top + line}, kAlignHCenter | kAlignTop, palette.good);
 }
 
 }  // namespace

@@ -1,5 +1,6 @@
 #include "core/views/gps_info_view.h"
 
+#include <algorithm>
 #include <vector>
 
 #include "core/base/print_format.h"
@@ -58,10 +59,14 @@ void PaintRow(Canvas& canvas, const InfoRow& row, const Rect& box, const Palette
         canvas.DrawLine({box.left, box.top}, {box.right - 1, box.top}, palette.text);
         return;
     }
+    // Texts side by side share the width in equal cells, but no wider than
+    // about ten characters each, so that they stay together on a wide window.
     const int count = static_cast<int>(row.texts.size());
+    const int width = std::min(box.Width(), count * 10 * row.font.height);
+    const int left = box.left + (box.Width() - width) / 2;
     for (int i = 0; i < count; ++i) {
-        const Rect cell{box.left + box.Width() * i / count, box.top,
-                        box.left + box.Width() * (i + 1) / count, box.bottom};
+        const Rect cell{left + width * i / count, box.top, left + width * (i + 1) / count,
+                        box.bottom};
         canvas.DrawText(row.texts[i], row.font, cell, kAlignHCenter | kAlignTop, palette.text);
     }
 }

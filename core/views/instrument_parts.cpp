@@ -13,6 +13,10 @@ constexpr double kArcStepDegrees = 3.0;
 
 }  // namespace
 
+bool IsWideBody(const Rect& body) {
+    return body.Width() * 20 > body.Height() * 23;
+}
+
 Point Polar(Point centre, double radius, double degrees) {
     const double a = degrees * kRadiansPerDegree;
     return {centre.x + static_cast<int>(std::lround(std::sin(a) * radius)),
@@ -39,13 +43,24 @@ std::vector<Point> RadialTriangle(Point centre, double tipRadius, double degrees
             Polar(centre, baseRadius, degrees + halfAngle)};
 }
 
+Rect TextBoxAt(Canvas& canvas, const std::string& text, const Font& font, Point centre) {
+    const TextSize size = canvas.MeasureText(text, font);
+    return {centre.x - size.width / 2, centre.y - size.height / 2,
+            centre.x + (size.width + 1) / 2 + 1, centre.y + (size.height + 1) / 2 + 1};
+}
+
 Rect CircleBox(Point centre, int radius) {
     return {centre.x - radius, centre.y - radius, centre.x + radius, centre.y + radius};
 }
 
+void PaintLine(Canvas& canvas, const std::string& text, const Font& font, const Rect& box,
+               unsigned align, Color color) {
+    canvas.DrawText(text, FitFont(canvas, text, box.Width(), font.height, font.weight), box, align,
+                    color);
+}
+
 void PaintFigure(Canvas& canvas, const Rect& box, const std::string& value, const std::string& unit,
-                 Color valueColor, Color unitColor) {
-    const Font unitFont{std::max(1, box.Height() * 2 / 5), 400};
+                 const Font& unitFont, Color valueColor, Color unitColor) {
     const int unitWidth = unit.empty() ? 0 : canvas.MeasureText(" " + unit, unitFont).width;
     const Font valueFont = FitFont(canvas, value, box.Width() - unitWidth, box.Height(), 700);
     const int valueWidth = canvas.MeasureText(value, valueFont).width;

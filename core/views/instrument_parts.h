@@ -14,6 +14,10 @@ inline constexpr int kInstrumentLabelSlot = 3;   // the base height, normal
 inline constexpr int kInstrumentTextSlot = 6;    // a quarter larger, normal
 inline constexpr int kInstrumentStrongSlot = 8;  // a quarter larger, bold
 
+// Whether a view's body is wide enough to set its parts side by side
+// rather than one above the other.
+bool IsWideBody(const Rect& body);
+
 // The point at radius and a direction in degrees from centre, 0 up and
 // clockwise, as a compass reads.
 Point Polar(Point centre, double radius, double degrees);
@@ -26,12 +30,20 @@ std::vector<Point> ArcPoints(Point centre, double radius, double fromDegrees, do
 // whose base, size wide, lies further out (size > 0) or further in.
 std::vector<Point> RadialTriangle(Point centre, double tipRadius, double degrees, double size);
 
+// The box of text in font, centred on a point.
+Rect TextBoxAt(Canvas& canvas, const std::string& text, const Font& font, Point centre);
+
 // The box of a circle.
 Rect CircleBox(Point centre, int radius);
 
-// A figure and its unit, the unit smaller and after it, set at the left of
+// A line of text in box, in font or, where it would not fit the box's
+// width, in the largest smaller size that does.
+void PaintLine(Canvas& canvas, const std::string& text, const Font& font, const Rect& box,
+               unsigned align, Color color);
+
+// A figure and its unit, the unit in unitFont after it, set at the left of
 // box and as large as box allows.
 void PaintFigure(Canvas& canvas, const Rect& box, const std::string& value, const std::string& unit,
-                 Color valueColor, Color unitColor);
+                 const Font& unitFont, Color valueColor, Color unitColor);
 
 }  // namespace tolvane

@@ -35,12 +35,8 @@ void PaintDialScale(Canvas& canvas, const Dial& dial, const Palette& palette) {
                         labelled ? palette.value : palette.label,
                         labelled ? std::max(2, r / 45) : 1);
         if (!labelled) continue;
-        const Point p = Polar(dial.centre, r * 0.70, at);
         const std::string text = std::to_string(value);
-        const TextSize size = canvas.MeasureText(text, font);
-        canvas.DrawText(text, font,
-                        {p.x - size.width / 2, p.y - size.height / 2, p.x + size.width / 2 + 1,
-                         p.y + size.height / 2 + 1},
+        canvas.DrawText(text, font, TextBoxAt(canvas, text, font, Polar(dial.centre, r * 0.70, at)),
                         kAlignCenter, palette.label);
     }
 }
@@ -60,7 +56,8 @@ void PaintTripMarks(Canvas& canvas, const Dial& dial, const ViewContext& context
     const GpsState& gps = context.app.gps;
     const int units = context.app.options.unitSystem;
     const double size = std::max(6, dial.radius / 9);
-    const double tip = dial.radius + 3;
+    // Outside the alarm band, which lies just outside the arc.
+    const double tip = dial.radius + std::max(3, dial.radius / 12) + 5;
     const double average = SpeedInUnit(gps.averageSpeedKmh / kKmPerNauticalMile, units);
     canvas.DrawPolygon(RadialTriangle(dial.centre, tip, DialAngle(average, dial.fullScale), size),
                        palette.background, palette.accent, 2);
@@ -89,10 +86,19 @@ struct SpeedAreas {
     Rect footer;
 };
 
-SpeedAreas SpeedAreasOf(const Rect& body, int line) {
+// The room of the digits: 45 % of the view's height, across the view or
+// across the left 55 % of a wide one.
+Rect DigitsRoom(const Rect& body, int line) {
+    const int right =
+        IsWideBody(body) ? body.left + body.Width() * 55 / 100 : body.right - line / 2;
+    return {body.left + line / 2, body.top, right, body.top + body.Height() * 45 / 100};
+}
+
+// The digits take digitsHeight, no more than their room, so that the unit
+// sits right under them and the dial has what they leave.
+SpeedAreas SpeedAreasOf(const Rect& body, int line, int digitsHeight) {
     const int pad = line / 2;
-    const int digitsHeight = body.Height() * 45 / 100;
-    if (body.Width() * 20 > body.Height() * 23) {
+    if (IsWideBody(body)) {
         const int split = body.left + body.Width() * 55 / 100;
         const int top = body.top + (body.Height() - digitsHeight - line) / 2;
         return {{body.left + pad, top, split, top + digitsHeight},
@@ -159,14 +165,14 @@ void PaintSpeedView(Canvas& canvas, const ViewContext& context) {
     const Font text = context.fonts.Slot(kInstrumentTextSlot);
     const Font strong = context.fonts.Slot(kInstrumentStrongSlot);
     const int line = canvas.MeasureText("Ag", text).height;
-    const SpeedAreas areas = SpeedAreasOf(body, line);
-
-    // The digits are as large as their box allows for the widest speed of
+    // The digits are as large as their room allows for the widest speed of
     // the scale, so they keep their size while the speed changes.
     const int fullScale = std::max(1, app.instruments.speedScale.fullScale);
     const char* widest = fullScale >= 100 ? "888.8" : "88.8";
-    const Font digitsFont =
-        FitFont(canvas, widest, areas.digits.Width(), areas.digits.Height(), 700);
+    const Rect room = DigitsRoom(body, line);
+    const Font digitsFont = FitFont(canvas, widest, room.Width(), room.Height(), 700);
+    const SpeedAreas areas = SpeedAreasOf(
+        body, line, std::min(room.Height(), canvas.MeasureText(widest, digitsFont).height));
     const Color digitsColor =
         !live ? palette.dim : (app.alarm.sounding ? palette.alarm : palette.value);
     canvas.DrawText(live ? SpeedDigits(app.gps, units) : "--", digitsFont, areas.digits,
@@ -182,12 +188,12 @@ void PaintSpeedView(Canvas& canvas, const ViewContext& context) {
                     app.alarm.sounding ? palette.alarm : palette.accent);
     }
     const Rect footer = areas.footer;
-    canvas.DrawText(MarksLine(app.gps, units), text,
-                    {footer.left, footer.top, footer.right, footer.top + line}, kAlignCenter,
-                    palette.label);
-    canvas.DrawText(AlarmLine(app.options), strong,
-                    {footer.left, footer.bottom - line, footer.right, footer.bottom}, kAlignCenter,
-                    app.options.speedAlarmIndex >= 0 ? palette.alarm : palette.label);
+    PaintLine(canvas, MarksLine(app.gps, units), text,
+              {footer.left, footer.top, footer.right, footer.top + line}, kAlignCenter,
+              palette.label);
+    PaintLine(canvas, AlarmLine(app.options), strong,
+              {footer.left, footer.bottom - line, footer.right, footer.bottom}, kAlignCenter,
+              app.options.speedAlarmIndex >= 0 ? palette.alarm : palette.label);
     PaintCoordinateStrip(canvas, context);
 }
 

@@ -47,7 +47,8 @@ void PaintTile(Canvas& canvas, const Rect& box, const TripTile& tile, const Font
                       box.bottom - pad};
     const int figureHeight = std::min(figure.Height(), labelHeight * 3);
     PaintFigure(canvas, {figure.left, figure.bottom - figureHeight, figure.right, figure.bottom},
-                tile.value, tile.unit, tile.known ? palette.value : palette.dim, palette.label);
+                tile.value, tile.unit, labelFont, tile.known ? palette.value : palette.dim,
+                palette.label);
 }
 
 }  // namespace

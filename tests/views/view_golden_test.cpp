@@ -4,7 +4,7 @@
 // To make the pictures again after a deliberate change of a view, run
 //   TOLVANE_UPDATE_GOLDEN=1 build/<preset>/bin/tolvane_view_tests
 // and look at every changed picture before committing it. To look at all
-// views at 240 x 320, 480 x 640 and 1280 x 800, day and night, set
+// views at 240 x 320, 480 x 640, 1280 x 800 and 320 x 240, day and night, set
 // TOLVANE_VIEW_SHOTS to a folder instead.
 
 #include <gtest/gtest.h>
@@ -16,6 +16,8 @@
 
 #include "core/base/program_paths.h"
 #include "core/base/string_manager.h"
+#include "core/nav/navigation.h"
+#include "core/nav/units.h"
 #include "tests/core/test_support.h"
 #include "tests/views/view_pictures.h"
 
@@ -97,6 +99,32 @@ TEST_F(ViewPictures, DemoWalkAtTheMinuteLooksAsBefore) {
     });
 }
 
+// Turns the replayed walk into a drive with a destination and a sounding
+// alarm, to look at the parts a walk never shows.
+void MakeItADrive(AppState& app) {
+    GpsState& gps = app.gps;
+    gps.speedKnots = 87 / kKmPerNauticalMile;
+    gps.course = 123;
+    gps.maxSpeedKnots = 104 / kKmPerNauticalMile;
+    gps.averageSpeedKmh = 61;
+    gps.destinationDistanceKm = 3.4;
+    gps.destinationSeconds = 140;
+    app.instruments.course = {true, true, 123, 0};
+    app.instruments.speedScale = {160, kMetric, 0};
+    app.options.speedAlarmIndex = 2;
+    app.options.speedAlarmValues[2] = 80;
+    app.options.navigation = 1;
+    app.alarm.sounding = true;
+    app.compassMode = kCompassCourseUp;
+    DynamicList<GeoPoint> destinations;
+    GeoPoint harbour;
+    harbour.latitude = gps.latitude + 0.02;
+    harbour.longitude = gps.longitude + 0.01;
+    harbour.name = "Harbour";
+    destinations.Append(harbour);
+    OpenDestinationList(app.navigation, destinations);
+}
+
 // Not a check: paints every view at the three sizes, day and night, into
 // one sheet per size for a person to look at.
 TEST_F(ViewPictures, WritesShotsWhenAsked) {
@@ -106,7 +134,7 @@ TEST_F(ViewPictures, WritesShotsWhenAsked) {
     const char* recording = std::getenv("TOLVANE_VIEW_SHOTS_LOG");
     const char* tick = std::getenv("TOLVANE_VIEW_SHOTS_TICK");
     const auto paint = [folder](AppState& app) {
-        const QSize sizes[] = {{240, 320}, {480, 640}, {1280, 800}};
+        const QSize sizes[] = {{240, 320}, {480, 640}, {1280, 800}, {320, 240}};
         for (const QSize size : sizes) {
             const int count = static_cast<int>(std::size(kViewFiles));
             QImage sheet(size.width() * count, size.height() * 2, QImage::Format_RGB32);
@@ -129,7 +157,17 @@ TEST_F(ViewPictures, WritesShotsWhenAsked) {
         }
     };
     ReplayToTick(recording ? recording : DemoRecording(), tick ? std::atoi(tick) : kDemoTick,
-                 paint);
+                 [&paint](AppState& app) {
+                     const char* drive = std::getenv("TOLVANE_VIEW_SHOTS_DRIVE");
+                     if (drive) MakeItADrive(app);
+                     // "stopped": the drive has paused for two minutes.
+                     if (drive && std::string(drive) == "stopped") {
+                         app.gps.speedKnots = 0.2;
+                         app.instruments.course = {false, true, 123, 125};
+                         app.alarm.sounding = false;
+                     }
+                     paint(app);
+                 });
 }
 
 }  // namespace

@@ -117,7 +117,7 @@ Point CentreOf(const Rect& box) {
     return {(box.left + box.right) / 2, (box.top + box.bottom) / 2};
 }
 
-TEST(SatellitesViewTest, DrawsRingsDiscsTitleAndLegendAsDescribed) {
+TEST(SatellitesViewTest, DrawsRingsDiscsTitleAndLegendToTheirNumbers) {
     AppState app;
     app.gps.satellitesUsed = 3;
     PutSatellites(app.gps, {{5, 0, 90, 0}, {12, 15, 0, 90}, {30, 45, 30, 180}, {7, 120, 60, 300}});
