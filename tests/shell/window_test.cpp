@@ -67,6 +67,7 @@ class WindowTest : public QObject {
     void KeysAndSoftKeysSwitchViews();
     void ZeroStartsAndStopsTheGpsOnAPseudoTerminal();
     void ExitAndClosingAskAfterSavingTheSettings();
+    void TheDemoReceiverRunsWithoutReachingTheSettings();
     void ASecondStartBringsTheFirstForwardAndEnds();
     void MenusGreyAndCheckAsTheStateSays();
     void ASquareScreenUses110DpiAndTheSmallLayout();
@@ -74,7 +75,7 @@ class WindowTest : public QObject {
 
   private:
     // Starts the program on a screen of the given metrics.
-    ProgramWindow& Start(ScreenMetrics screen = {96, 96, 1280, 800});
+    ProgramWindow& Start(ScreenMetrics screen = {96, 96, 1280, 800}, CommandLine line = {});
     void WriteOptions(const std::function<void(Options&)>& change);
     QString OptionsPath() const { return home_->filePath(QStringLiteral("Options.dat")); }
 
@@ -97,8 +98,8 @@ void WindowTest::cleanup() {
     home_.reset();
 }
 
-ProgramWindow& WindowTest::Start(ScreenMetrics screen) {
-    program_ = std::make_unique<ProgramWindow>(CommandLine{});
+ProgramWindow& WindowTest::Start(ScreenMetrics screen, CommandLine line) {
+    program_ = std::make_unique<ProgramWindow>(line);
     if (!program_->Start(screen)) qFatal("the program did not start");
     return *program_;
 }
@@ -192,6 +193,26 @@ void WindowTest::ExitAndClosingAskAfterSavingTheSettings() {
     program.Window().close();
     QTRY_VERIFY(!program.Window().isVisible());
     QVERIFY(!program.Core().app.gpsRunning);
+}
+
+void WindowTest::TheDemoReceiverRunsWithoutReachingTheSettings() {
+    QFile::copy(QStringLiteral(TOLVANE_PROGRAM_DIR "/demo.nmea"),
+                home_->filePath(QStringLiteral("demo.nmea")));
+    WriteOptions([](Options& options) { options.gpsSource = 0; });
+    CommandLine demo;
+    demo.demo = true;
+    ProgramWindow& program = Start({96, 96, 1280, 800}, demo);
+    const AppState& app = program.Core().app;
+    QVERIFY(app.gpsRunning);
+    // The recording reaches the views through the terminal, at its own pace.
+    QTRY_VERIFY_WITH_TIMEOUT(app.gps.connected, 10000);
+
+    AnswerNextBox(QMessageBox::No);
+    program.RunCommand(kCommandExit);
+    Options saved;
+    QVERIFY(LoadOptions(OptionsPath().toStdString(), saved, 1));
+    QCOMPARE(saved.gpsSource, 0);
+    QVERIFY(app.gpsRunning);
 }
 
 void WindowTest::ASecondStartBringsTheFirstForwardAndEnds() {
