@@ -12,6 +12,8 @@
 #include <QTemporaryDir>
 #include <QTest>
 #include <QTimer>
+#include <algorithm>
+#include <cstdlib>
 #include <filesystem>
 #include <functional>
 #include <memory>
@@ -72,6 +74,7 @@ class WindowTest : public QObject {
     void MenusGreyAndCheckAsTheStateSays();
     void ASquareScreenUses110DpiAndTheSmallLayout();
     void ScreenshotsPaintEveryViewOfARecordingDayAndNight();
+    void TheAlarmLoopsWithoutAJump();
 
   private:
     // Starts the program on a screen of the given metrics.
@@ -312,6 +315,25 @@ void WindowTest::ScreenshotsPaintEveryViewOfARecordingDayAndNight() {
             QVERIFY2(night ? brightness < 0.35 : brightness > 0.6, qPrintable(name));
         }
     }
+}
+
+void WindowTest::TheAlarmLoopsWithoutAJump() {
+    QFile file(QStringLiteral(TOLVANE_PROGRAM_DIR "/Alarm.wav"));
+    QVERIFY(file.open(QIODevice::ReadOnly));
+    const QByteArray wave = file.readAll();
+    constexpr int kHeaderBytes = 44;
+    QVERIFY(wave.startsWith("RIFF") && wave.mid(8, 8) == "WAVEfmt ");
+    QCOMPARE(wave.mid(36, 4), QByteArray("data"));
+    const auto* samples = reinterpret_cast<const qint16*>(wave.constData() + kHeaderBytes);
+    const int count = (wave.size() - kHeaderBytes) / 2;
+    QVERIFY(count > 0);
+    // Played in a loop, the last sample runs into the first: that step must
+    // be no larger than the steps inside the sound, or the loop clicks.
+    int largestStep = 0;
+    for (int i = 1; i < count; ++i)
+        largestStep = std::max(largestStep, std::abs(samples[i] - samples[i - 1]));
+    QVERIFY(std::abs(samples[0] - samples[count - 1]) <= largestStep);
+    QVERIFY(std::abs(samples[0]) < largestStep);
 }
 
 }  // namespace tolvane::shell
