@@ -32,7 +32,12 @@ bool SoundPlayer::Play(const QString& path, bool loop) {
     if (!HaveAudioOutput() || !QFileInfo::exists(path)) return true;
     QSoundEffect& effect = Effect(file_);
     effect.stop();
-    effect.setSource(QUrl::fromLocalFile(path));
+    // Qt Multimedia keeps loaded sounds by their address; the voice guide
+    // writes each spoken text over the same file, so every play asks for
+    // the file by an address of its own and is read afresh.
+    QUrl source = QUrl::fromLocalFile(path);
+    source.setQuery(QStringLiteral("play=%1").arg(++plays_));
+    effect.setSource(source);
     // The alarm holds whole periods of its tones, so the effect's own loop
     // plays it without a gap.
     effect.setLoopCount(loop ? QSoundEffect::Infinite : 1);

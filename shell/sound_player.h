@@ -27,6 +27,7 @@ class SoundPlayer {
     QSoundEffect& Effect(std::unique_ptr<QSoundEffect>& effect);
 
     int audioOutputKnown_ = -1;  // -1 not asked yet, else 0 or 1
+    int plays_ = 0;
     std::unique_ptr<QSoundEffect> file_;
     std::unique_ptr<QSoundEffect> beep_;
 };
