@@ -1,4 +1,5 @@
 #include <QApplication>
+#include <QIcon>
 #include <iostream>
 
 #include "platform/program_location.h"
@@ -36,5 +37,8 @@ int main(int argc, char** argv) {
     if (!line.screenshotFolder.isEmpty()) qputenv("QT_QPA_PLATFORM", "offscreen");
     QApplication application(argc, argv);
     if (!line.screenshotFolder.isEmpty()) return tolvane::shell::RunScreenshots(line);
+    // The desktop matches the window to its desktop entry and icon by name.
+    QGuiApplication::setDesktopFileName(QStringLiteral("org.tolvane.Tolvane"));
+    QApplication::setWindowIcon(QIcon::fromTheme(QStringLiteral("org.tolvane.Tolvane")));
     return tolvane::shell::RunProgram(line);
 }
