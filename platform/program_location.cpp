@@ -22,6 +22,36 @@ std::string ExecutableFolder() {
     return slash == std::string::npos ? std::string(".") : path.substr(0, slash);
 }
 
+namespace {
+
+// The installed resource folder for an executable folder <prefix>/bin, when
+// the language file lies there; empty for a build tree or a portable copy.
+std::string InstalledResourceFolder(const std::string& executableFolder) {
+    const std::filesystem::path bin(executableFolder);
+    if (bin.filename() != "bin") return {};
+    const std::filesystem::path resources = bin.parent_path() / "share" / "tolvane";
+    std::error_code error;
+    return std::filesystem::exists(resources / "tolvane_ENU.dat", error) ? resources.string()
+                                                                         : std::string();
+}
+
+std::string UserSettingsFolder() {
+    const char* config = std::getenv("XDG_CONFIG_HOME");
+    const char* home = std::getenv("HOME");
+    std::filesystem::path folder;
+    if (config != nullptr && *config == '/') {
+        folder = config;
+    } else {
+        folder = std::filesystem::path(home != nullptr ? home : "/tmp") / ".config";
+    }
+    folder /= "tolvane";
+    std::error_code error;
+    std::filesystem::create_directories(folder, error);
+    return folder.string();
+}
+
+}  // namespace
+
 ProgramPaths ResolveProgramPaths(const std::string& home) {
     ProgramPaths paths;
     const char* environmentHome = std::getenv("TOLVANE_HOME");
@@ -31,6 +61,11 @@ ProgramPaths ResolveProgramPaths(const std::string& home) {
         paths.programFolder = environmentHome;
     } else {
         paths.programFolder = ExecutableFolder();
+        const std::string installed = InstalledResourceFolder(paths.programFolder);
+        if (!installed.empty()) {
+            paths.programFolder = installed;
+            paths.settingsFolder = UserSettingsFolder();
+        }
     }
     while (paths.programFolder.size() > 1 && paths.programFolder.back() == '/') {
         paths.programFolder.pop_back();

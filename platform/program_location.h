@@ -11,7 +11,10 @@ std::string ExecutableFolder();
 std::string ExecutablePath();
 
 // The program folder: home when given (--home), else $TOLVANE_HOME, else the
-// executable's folder. Also describes this process to the diagnostic log.
+// executable's folder. An installed program, <prefix>/bin/tolvane beside
+// <prefix>/share/tolvane, reads its files from the latter and keeps what it
+// writes in $XDG_CONFIG_HOME/tolvane (else ~/.config/tolvane), created when
+// missing.
 ProgramPaths ResolveProgramPaths(const std::string& home);
 
 // Sets the program paths and the diagnostic log's view of this process.

@@ -105,7 +105,7 @@ std::string ResolvePortPath(const std::string& name) {
     if (name.find('/') != std::string::npos) return name;
     std::string port = name;
     if (!port.empty() && port.back() == ':') port.pop_back();
-    return ProgramFile(std::string(kPortFolder) + "/" + port);
+    return SettingsFile(std::string(kPortFolder) + "/" + port);
 }
 
 TermiosSerialDevice::TermiosSerialDevice() : sleep_(SleepMilliseconds) {}

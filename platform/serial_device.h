@@ -10,9 +10,9 @@
 namespace tolvane::platform {
 
 // Where a port name leads. A name without a '/' is a port of the port
-// folder: "COM4:" and "COM4" both give <program folder>/ports/COM4, a
-// symbolic link to the receiver's device that GPS Setup writes. Anything
-// else is a device path and is used as it is.
+// folder: "COM4:" and "COM4" both give ports/COM4 in the settings folder
+// (the program folder, unless installed), a symbolic link to the receiver's device that GPS Setup
+// writes. Anything else is a device path and is used as it is.
 std::string ResolvePortPath(const std::string& name);
 
 // A serial line (or pseudo-terminal) through termios: raw 8N1 by default,

@@ -1,22 +1,28 @@
 #!/usr/bin/env bash
-# Builds the program and runs it on the demo receiver. Until the window
-# exists, this is the command-line companion replaying the demo recording
-# through the real GPS pipeline: one JSON line of the GPS state per second,
-# then a summary, with the track written as GPX into a temporary folder.
+# Builds the program (release) and opens its window on the demo receiver, a
+# recorded walk played at the receiver's own pace. Arguments, when given, go
+# to tolvane instead of --demo, so that a user with a receiver runs it as
+# configured: scripts/run.sh --home ~/gps
 #
-# Usage: scripts/run.sh [LOG]    (default: the built-in demo recording)
+# On a machine without a display (neither DISPLAY nor WAYLAND_DISPLAY set)
+# it paints every view of the demo recording into a folder instead and
+# prints the paths of the pictures.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
 scripts/install-deps.sh >&2
 cmake --preset release >&2
-cmake --build --preset release -j "$(nproc)" >&2
+cmake --build --preset release -j "$(nproc)" --target tolvane >&2
 
-recording=${1:-resources/demo/demo.nmea}
-tracks=$(mktemp -d)
-trap 'rm -rf "$tracks"' EXIT
-tool=build/release/bin/tolvane-tool
+program=build/release/bin/tolvane
 
-"$tool" replay "$recording" --json --track-format gpx --interval 1 --out "$tracks"
-"$tool" replay "$recording"
-echo "track: $(ls "$tracks")"
+if [ -z "${DISPLAY:-}" ] && [ -z "${WAYLAND_DISPLAY:-}" ]; then
+  pictures=${TMPDIR:-/tmp}/tolvane-screenshots
+  echo "No display: painting the views of the demo recording instead." >&2
+  exec "$program" --screenshot "$pictures" "$@"
+fi
+
+if [ $# -eq 0 ]; then
+  exec "$program" --demo
+fi
+exec "$program" "$@"

@@ -85,7 +85,8 @@ void QtCanvas::DrawPolyline(const std::vector<Point>& points, Color color, int p
 }
 
 const QFont& QtCanvas::FontFor(const Font& font) {
-    const quint64 key = (static_cast<quint64>(font.height) << 32) | static_cast<quint32>(font.weight);
+    const quint64 key =
+        (static_cast<quint64>(font.height) << 32) | static_cast<quint32>(font.weight);
     auto found = fonts_.find(key);
     if (found != fonts_.end()) return *found;
     QFont made(fontFamily_);
@@ -100,8 +101,8 @@ TextSize QtCanvas::MeasureText(const std::string& text, const Font& font) {
     return {metrics.horizontalAdvance(wide), metrics.height()};
 }
 
-void QtCanvas::DrawText(const std::string& text, const Font& font, const Rect& box,
-                        unsigned align, Color color) {
+void QtCanvas::DrawText(const std::string& text, const Font& font, const Rect& box, unsigned align,
+                        Color color) {
     painter_.setFont(FontFor(font));
     painter_.setPen(ToQColor(color));
     painter_.drawText(ToQRect(box), static_cast<int>(ToQtAlignment(align)) | Qt::TextDontClip,

@@ -4,7 +4,8 @@ namespace tolvane {
 
 DataFolders MakeDataFolders(const std::string& root) {
     const std::string myGps = root + "/My GPS";
-    return {root, myGps + "/Track Log", myGps + "/NMEA0183"};
+    return {root,           myGps + "/Reference Points", myGps + "/Track Log", myGps + "/NMEA0183",
+            myGps + "/POI", myGps + "/Destinations"};
 }
 
 }  // namespace tolvane

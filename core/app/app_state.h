@@ -2,12 +2,17 @@
 
 #include <cstdint>
 #include <functional>
+#include <mutex>
 #include <string>
 
+#include "core/base/dynamic_list.h"
+#include "core/base/file_time.h"
+#include "core/data/geo_point.h"
 #include "core/data/options.h"
 #include "core/data/track_logger.h"
 #include "core/gps/gps_processing.h"
 #include "core/gps/gps_state.h"
+#include "core/nav/instrument_memory.h"
 #include "core/nav/map_projection.h"
 #include "core/nav/navigation.h"
 #include "core/nav/speed_alarm.h"
@@ -25,14 +30,21 @@ enum View : int {
     kViewTripStat = 6,
 };
 
+// The two modes of the Compass view, switched with Enter.
+inline constexpr int kCompassNorthUp = 1;
+inline constexpr int kCompassCourseUp = 2;
+
 // The track logger repaints the views that draw the track live.
 static_assert(kViewWorldMap == kWorldMapView && kViewMap == kMapView);
 
 // The folders under "My GPS" where the program keeps its files.
 struct DataFolders {
     std::string root;
-    std::string trackLogDir;  // root + "/My GPS/Track Log"
-    std::string nmeaDir;      // root + "/My GPS/NMEA0183"
+    std::string refPointDir;     // root + "/My GPS/Reference Points"
+    std::string trackLogDir;     // root + "/My GPS/Track Log"
+    std::string nmeaDir;         // root + "/My GPS/NMEA0183"
+    std::string poiDir;          // root + "/My GPS/POI", then ".../POI/My POI"
+    std::string destinationDir;  // root + "/My GPS/Destinations"
 };
 
 // The folders for a data root.
@@ -49,6 +61,34 @@ struct MapFollow {
     double latitude = 0;
     double longitude = 0;
     bool havePosition = false;
+};
+
+// The waypoint and POI lists, under the point-list lock.
+struct PointLists {
+    std::mutex lock;
+    DynamicList<GeoPoint> waypoints;
+    DynamicList<GeoPoint> pois;
+};
+
+inline constexpr int kArrowKeyCount = 4;
+
+// The arrow keys' throttle: the clock time of each key's last accepted press
+// and whether it was released since, which lets the next press through at
+// once.
+struct ArrowKeyTimes {
+    FileTime lastAccepted[kArrowKeyCount] = {};
+    bool released[kArrowKeyCount] = {true, true, true, true};
+};
+
+// What the arrow keys do in the two map views: Enter switches between
+// zooming (Up and Down) and panning; the map views read the zoom levels and
+// the pan steps.
+struct MapKeys {
+    bool zoomMode = true;
+    int worldMapZoom = 0;  // above -255 up to 255
+    int mapZoom = 0;       // 0 to 255
+    int panColumns = 0;    // steps to the east since the map last followed
+    int panRows = 0;       // steps to the south
 };
 
 // The one application-state block that owns all long-lived state.
@@ -73,9 +113,17 @@ struct AppState {
     AlarmSound alarm;  // its path is set at start-up, beside the program
 
     int currentView = kViewGpsInfo;
+    int compassMode = kCompassNorthUp;
+    // What the instrument views remember between ticks.
+    InstrumentMemory instruments;
     MapProjection projection;
     MapFollow mapFollow;
     int mapCountdown = 0;  // ticks until the map views follow the position again
+
+    ArrowKeyTimes arrowKeys;
+    MapKeys mapKeys;
+
+    PointLists points;
 };
 
 }  // namespace tolvane

@@ -10,6 +10,14 @@ namespace tolvane {
 
 enum class MessageIcon { kStop, kInformation, kQuestion };
 
+// What the About box shows.
+struct AboutInfo {
+    std::string name;     // the product name of the language file
+    std::string version;  // "2.4.0.3151"
+    std::string licence;
+    std::string credits;  // one line for each part the program ships
+};
+
 // Everything the core needs from the world it runs in: the window's host
 // (Qt), the command-line tool's quiet host and the tests' fakes implement it.
 class Host : public Clock,
@@ -30,6 +38,15 @@ class Host : public Clock,
     // Called on the port reader thread after an RMC sentence was parsed;
     // the host queues a notification to its user-interface thread.
     virtual void NotifyRmcParsed() = 0;
+    // Holds the screen on ("Keep backlight on") until released.
+    virtual void HoldScreenOn() = 0;
+    virtual void ReleaseScreenOn() = 0;
+    // Opens a document with the desktop's handler; false when it cannot.
+    virtual bool OpenDocument(const std::string& path) = 0;
+    virtual void ShowAbout(const AboutInfo& about) = 0;
+    // Closes the main window after a confirmed exit; the program then ends
+    // without asking again.
+    virtual void CloseWindow() = 0;
 };
 
 }  // namespace tolvane

@@ -31,6 +31,7 @@ void MainTimerProc(AppState& app, Host& host) {
     VoiceGuide voice(host, host, host);
     CheckArrival(gps, app.options, app.navigation, voice, app.alarm, host);
     CheckSpeedAlarm(gps, app.options, app.alarm, host);
+    AdvanceInstrumentMemory(app.instruments, gps, app.options);
 
     gps.noFixBlink = gps.connected && !gps.fixValid ? !gps.noFixBlink : 0;
     if ((app.currentView == kViewWorldMap || app.currentView == kViewMap) && app.mapCountdown > 0) {

@@ -1,13 +1,189 @@
 #include "core/app/startup.h"
 
+#include <algorithm>
+#include <filesystem>
+#include <system_error>
+#include <vector>
+
+#include "core/app/commands.h"
+#include "core/app/main_timer.h"
+#include "core/app/menu_model.h"
 #include "core/base/string_manager.h"
+#include "core/data/geo_point_file.h"
 
 namespace tolvane {
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr int kTimerMilliseconds = 1000;
+constexpr int kSmallLayoutFontHeight = 15;
+
+bool Exists(const std::string& path) {
+    std::error_code error;
+    return !path.empty() && fs::exists(path, error);
+}
+
+// Creates one folder; one that is there already, or cannot be made, is
+// passed over without a word, as every data folder is.
+void CreateFolder(const std::string& path) {
+    std::error_code error;
+    fs::create_directory(path, error);
+}
+
+std::string WithoutTrailingSeparator(std::string path) {
+    while (path.size() > 1 && path.back() == '/') path.pop_back();
+    return path;
+}
+
+// The storage location when it is set and is, or can be made, a folder;
+// otherwise the documents folder, which then becomes the setting.
+std::string ChooseDataRoot(OptionsRuntime& runtime, const std::string& documents) {
+    const std::string& location = runtime.storageLocation;
+    if (!location.empty()) {
+        std::error_code error;
+        if (fs::exists(location, error) || fs::create_directory(location, error)) return location;
+    }
+    runtime.storageLocation = documents;
+    return documents;
+}
+
+// Replays a display setting through its toggle, which sets it again and
+// repaints in its look.
+void ReplayToggle(Program& program, std::int32_t& flag, int command) {
+    if (!flag) return;
+    flag = 0;
+    OnCommand(program, command);
+}
+
+// Starts a one-second timer in place of the one before; false when none
+// could be made.
+bool RestartTimer(Program& program, int& timerId, std::function<void()> procedure) {
+    if (timerId != 0) program.host.KillTimer(timerId);
+    timerId = program.host.StartTimer(kTimerMilliseconds, std::move(procedure));
+    return timerId != 0;
+}
+
+bool StartTimers(Program& program) {
+    AppState& app = program.app;
+    Host& host = program.host;
+    if (!RestartTimer(program, program.mainTimerId, [&app, &host] { MainTimerProc(app, host); })) {
+        host.ShowMessage(kMainTimerFailedText, program.title, MessageIcon::kStop);
+        return false;
+    }
+    if (!RestartTimer(program, program.trackTimerId,
+                      [&app, &host] { TrackTimerProc(app, host); })) {
+        host.ShowMessage(kTrackTimerFailedText, program.title, MessageIcon::kStop);
+    }
+    return true;
+}
+
+bool IsCsvFile(const fs::directory_entry& entry) {
+    std::string extension = entry.path().extension().string();
+    std::transform(extension.begin(), extension.end(), extension.begin(),
+                   [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
+    std::error_code error;
+    return extension == ".csv" && entry.is_regular_file(error);
+}
+
+// The "*.csv" files of a folder in name order, so that the POI list comes
+// out the same on every start.
+std::vector<std::string> CsvFiles(const std::string& folder) {
+    std::vector<std::string> files;
+    std::error_code error;
+    for (const fs::directory_entry& entry : fs::directory_iterator(folder, error)) {
+        if (IsCsvFile(entry)) files.push_back(entry.path().string());
+    }
+    std::sort(files.begin(), files.end());
+    return files;
+}
+
+}  // namespace
 
 bool LoadLanguageStrings(Host& host) {
     if (CStringManager::GetInstance().Load(kLanguageEnglish, kSubLanguageEnglishUs)) return true;
     host.ShowMessage(kLanguageLoadFailedText, kFixedProductName, MessageIcon::kStop);
     return false;
+}
+
+bool StartBeforeWindow(Program& program, InstanceLock& lock) {
+    LoadLanguageStrings(program.host);
+    program.title = ProductTitle();
+    if (!ActivatePreviousInstance(lock, kInstanceName, program.title).MayStart()) return false;
+    LoadOptionsAtStartup(program.files.optionsPath, program.app.options, program.app.runtime);
+    return true;
+}
+
+ScreenMetrics ApplySquareScreenRule(ScreenMetrics reported) {
+    if (reported.width == kSquareScreenSide && reported.height == kSquareScreenSide) {
+        reported.dpiX = kSquareScreenDpi;
+        reported.dpiY = kSquareScreenDpi;
+    }
+    return reported;
+}
+
+WindowSetup PrepareWindow(Program& program, const ScreenMetrics& reported) {
+    const ScreenMetrics& screen = program.screen = ApplySquareScreenRule(reported);
+    WindowSetup setup(BaseFontHeight(screen.dpiY));
+    setup.leftSoftKey = SoftKeyText(kCommandLeftSoftKey);
+    setup.rightSoftKey = SoftKeyText(kCommandRightSoftKey);
+    const bool square = screen.width == kSquareScreenSide && screen.height == kSquareScreenSide;
+    setup.largeLayout = setup.fonts.BaseHeight() != kSmallLayoutFontHeight && !square;
+    return setup;
+}
+
+bool StartAfterWindow(Program& program) {
+    AppState& app = program.app;
+    ReplayToggle(program, app.options.nightView, kCommandNightView);
+    ReplayToggle(program, app.options.fullScreen, kCommandFullScreen);
+    if (app.options.keepBacklightOn) {
+        program.host.HoldScreenOn();
+        program.screenHeld = true;
+    }
+    if (!StartTimers(program)) return false;
+    program.host.Repaint();
+    PrepareDataFolders(app, program.files.documentsFolder);
+    DefaultPointLocations(app);
+    LoadPointLists(app);
+    if (app.options.startGpsAtStartup) OnCommand(program, kCommandStartGps);
+    return true;
+}
+
+void PrepareDataFolders(AppState& app, const std::string& documentsFolder) {
+    const std::string documents = WithoutTrailingSeparator(documentsFolder);
+    std::error_code error;
+    fs::create_directories(documents, error);
+    DataFolders& folders = app.folders = MakeDataFolders(ChooseDataRoot(app.runtime, documents));
+    const std::string myGps = folders.root + "/My GPS";
+    // A file of that name leaves every path as built, and the POI folder
+    // without its "My POI" ending.
+    if (fs::exists(myGps, error) && !fs::is_directory(myGps, error)) return;
+    CreateFolder(myGps);
+    for (const std::string* folder :
+         {&folders.refPointDir, &folders.trackLogDir, &folders.nmeaDir, &folders.poiDir}) {
+        CreateFolder(*folder);
+    }
+    folders.poiDir += "/My POI";
+    CreateFolder(folders.poiDir);
+    CreateFolder(folders.destinationDir);
+}
+
+void DefaultPointLocations(AppState& app) {
+    OptionsRuntime& runtime = app.runtime;
+    if (!Exists(runtime.poiFolder)) runtime.poiFolder = app.folders.poiDir;
+    if (!Exists(runtime.waypointFile)) {
+        runtime.waypointFile = app.folders.root + "/My GPS/Waypoint.csv";
+    }
+}
+
+void LoadPointLists(AppState& app) {
+    PointLists& points = app.points;
+    const std::lock_guard<std::mutex> guard(points.lock);
+    LoadPointFile(app.runtime.waypointFile, points.waypoints);
+    if (!app.options.loadPoiAtStartup) return;
+    for (const std::string& file : CsvFiles(app.runtime.poiFolder)) {
+        LoadPointFile(file, points.pois);
+    }
 }
 
 }  // namespace tolvane

@@ -1,6 +1,11 @@
 #pragma once
 
+#include <string>
+
 #include "core/app/host.h"
+#include "core/app/program.h"
+#include "core/app/single_instance.h"
+#include "core/views/font_set.h"
 
 namespace tolvane {
 
@@ -9,10 +14,66 @@ namespace tolvane {
 inline constexpr char kLanguageLoadFailedText[] =
     "Load language file failed!\n\nYour Tolvane GPS Utilities installation may have been damaged.";
 inline constexpr char kFixedProductName[] = "Tolvane GPS Utilities";
+inline constexpr char kMainTimerFailedText[] =
+    "Critical Error: 0x08200a12\n\nThe program will now exit.";
+inline constexpr char kTrackTimerFailedText[] =
+    "Create Track Timer failed: 0x08200a13\n\nPress OK to continue...";
+
+// The screen size that is taken to be a square handheld, whose reported dots
+// per inch are not trusted.
+inline constexpr int kSquareScreenSide = 320;
+inline constexpr int kSquareScreenDpi = 110;
+
+// The order of start-up, as the shell runs it:
+//   1. StartBeforeWindow: the language file, the title, the single-instance
+//      check and the settings. False ends the start silently.
+//   2. The shell reads the screen, calls PrepareWindow and creates its
+//      window with the soft keys, fonts and layout it returns.
+//   3. StartAfterWindow: the replays of night view and full screen, the
+//      screen kept on, both timers, the data folders, the point lists and
+//      the GPS start. False ends the program (the main timer failed).
 
 // The first step of start-up: loads the English language file beside the
 // program and, when that fails, says so once and carries on with an empty
 // table. Returns whether the file loaded.
 bool LoadLanguageStrings(Host& host);
+
+bool StartBeforeWindow(Program& program, InstanceLock& lock);
+
+// What the window is made with.
+struct WindowSetup {
+    explicit WindowSetup(int baseFontHeight) : fonts(baseFontHeight) {}
+    std::string leftSoftKey;   // text 40008, opens the views
+    std::string rightSoftKey;  // text 40007, opens the command menu
+    FontSet fonts;
+    bool largeLayout = false;
+};
+
+// A square 320 x 320 screen counts as 110 dots per inch both ways, whatever
+// it reports.
+ScreenMetrics ApplySquareScreenRule(ScreenMetrics reported);
+
+// Keeps the screen's metrics in the program and derives the window's soft
+// keys, fonts and layout: the large layout when the base font height is not
+// 15 and the screen is not the square one.
+WindowSetup PrepareWindow(Program& program, const ScreenMetrics& reported);
+
+bool StartAfterWindow(Program& program);
+
+// The steps of StartAfterWindow that tests and the shell may run alone.
+
+// Builds the data folder tree under the storage location, or under the
+// documents folder when that is unset or cannot be made (the setting then
+// names the documents folder). A file named "My GPS" blocks every folder
+// without an error.
+void PrepareDataFolders(AppState& app, const std::string& documentsFolder);
+
+// Points the POI folder and the waypoint file at the data tree when they
+// are unset or gone.
+void DefaultPointLocations(AppState& app);
+
+// Loads the waypoint file and, when asked for at start-up, every "*.csv" of
+// the POI folder.
+void LoadPointLists(AppState& app);
 
 }  // namespace tolvane

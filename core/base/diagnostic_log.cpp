@@ -88,7 +88,7 @@ DiagnosticLog::~DiagnosticLog() {
 
 void DiagnosticLog::Open() {
     std::lock_guard<std::mutex> lock(mutex_);
-    const std::string path = ProgramFileWithSuffix("_log.txt");
+    const std::string path = SettingsFileWithSuffix("_log.txt");
     std::remove(path.c_str());
     file_ = std::fopen(path.c_str(), "ab");
     if (file_ == nullptr) return;

@@ -22,11 +22,31 @@ std::string ProgramFile(const std::string& name) {
     return Paths().programFolder + "/" + name;
 }
 
-std::string ProgramFileWithSuffix(const std::string& suffix) {
+std::string SettingsFolder() {
+    return Paths().settingsFolder.empty() ? Paths().programFolder : Paths().settingsFolder;
+}
+
+std::string SettingsFile(const std::string& name) {
+    return SettingsFolder() + "/" + name;
+}
+
+namespace {
+
+std::string NameWithSuffix(const std::string& suffix) {
     std::string name = Paths().baseName;
     const std::size_t dot = name.rfind('.');
     if (dot != std::string::npos) name.erase(dot);
-    return ProgramFile(name + suffix);
+    return name + suffix;
+}
+
+}  // namespace
+
+std::string ProgramFileWithSuffix(const std::string& suffix) {
+    return ProgramFile(NameWithSuffix(suffix));
+}
+
+std::string SettingsFileWithSuffix(const std::string& suffix) {
+    return SettingsFile(NameWithSuffix(suffix));
 }
 
 }  // namespace tolvane

@@ -9,6 +9,11 @@ namespace tolvane {
 // once (the executable's folder, or --home / TOLVANE_HOME).
 struct ProgramPaths {
     std::string programFolder = ".";
+    // Where the files the program writes live: Options.dat, the diagnostic
+    // log and the port folder. The program folder itself when empty; an
+    // installed program, whose folder is not the user's to write, keeps
+    // them in the user's configuration folder.
+    std::string settingsFolder;
     // The name every per-program file is derived from, as if the program
     // file were programFolder/baseName.
     std::string baseName = "tolvane";
@@ -20,8 +25,14 @@ void SetProgramPaths(const ProgramPaths& paths);
 // programFolder + "/" + name.
 std::string ProgramFile(const std::string& name);
 
+// The folder of the files the program writes, and name in it.
+std::string SettingsFolder();
+std::string SettingsFile(const std::string& name);
+
 // The program's own path with its extension (from the last "." of the file
 // name) replaced by suffix: "tolvane" + "_ENU.dat" gives "tolvane_ENU.dat".
 std::string ProgramFileWithSuffix(const std::string& suffix);
+// The same name in the settings folder, for the diagnostic log.
+std::string SettingsFileWithSuffix(const std::string& suffix);
 
 }  // namespace tolvane

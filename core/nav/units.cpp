@@ -4,19 +4,27 @@
 
 namespace tolvane {
 
-double ConvertSpeed(const GpsState& state, int unitSystem) {
+double SpeedInUnit(double knots, int unitSystem) {
     switch (unitSystem) {
         case kMetric:
-            return state.speedKnots * kKmPerNauticalMile;
+            return knots * kKmPerNauticalMile;
         case kImperial:
-            return state.speedKnots * kMilesPerKnot;
+            return knots * kMilesPerKnot;
         default:
-            return state.speedKnots;
+            return knots;
     }
 }
 
+double AltitudeInUnit(double metres, int unitSystem) {
+    return unitSystem == kMetric ? metres : metres * kFeetPerMetre;
+}
+
+double ConvertSpeed(const GpsState& state, int unitSystem) {
+    return SpeedInUnit(state.speedKnots, unitSystem);
+}
+
 double ConvertAltitude(const GpsState& state, int unitSystem) {
-    return unitSystem == kMetric ? state.altitude : state.altitude * kFeetPerMetre;
+    return AltitudeInUnit(state.altitude, unitSystem);
 }
 
 }  // namespace tolvane

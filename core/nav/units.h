@@ -18,4 +18,9 @@ double ConvertSpeed(const GpsState& state, int unitSystem);
 // The current altitude of state in metres (Metric) or feet.
 double ConvertAltitude(const GpsState& state, int unitSystem);
 
+// The same conversions for a figure other than the current one, such as
+// the trip's maximum speed or its highest altitude.
+double SpeedInUnit(double knots, int unitSystem);
+double AltitudeInUnit(double metres, int unitSystem);
+
 }  // namespace tolvane

@@ -1,24 +1,196 @@
 #include "core/views/view_frame.h"
 
+#include <algorithm>
+#include <vector>
+
+#include "core/base/string_manager.h"
+#include "core/nav/formatting.h"
+#include "core/views/view_context.h"
+
 namespace tolvane {
+namespace {
+
+constexpr int kTitleFontSlot = 4;
+constexpr int kMarkFontSlot = 0;
+constexpr char kNoPosition[] = "--";
+
+// A status mark of the title bar: a short word in a box, filled when the
+// state it names is active, outlined when it is only selected.
+struct StatusMark {
+    const char* text;
+    Color color;
+    bool filled;
+};
+
+StatusMark GpsMark(const ViewContext& context, const Palette& palette) {
+    const GpsState& gps = context.app.gps;
+    if (!context.app.gpsRunning) return {"GPS off", palette.dim, false};
+    if (!gps.connected) return {"No GPS", palette.warning, false};
+    // Blinks with the state's own no-fix flag, once a second.
+    if (!gps.fixValid) return {"No fix", palette.warning, gps.noFixBlink != 0};
+    return {gps.fixType >= 3.0 ? "3D" : "2D", palette.good, true};
+}
+
+std::vector<StatusMark> StatusMarks(const ViewContext& context, const Palette& palette) {
+    const AppState& app = context.app;
+    std::vector<StatusMark> marks{GpsMark(context, palette)};
+    if (app.options.trackLoggerEnabled) marks.push_back({"LOG", palette.titleText, false});
+    if (app.options.navigation) marks.push_back({"NAV", palette.titleText, false});
+    if (app.alarm.sounding) {
+        marks.push_back({"ALARM", palette.alarm, true});
+    } else if (app.options.speedAlarmIndex >= 0) {
+        marks.push_back({"ALM", palette.titleText, false});
+    }
+    return marks;
+}
+
+// Draws the marks from the right edge leftwards; returns where they begin.
+int PaintStatusMarks(Canvas& canvas, const ViewContext& context, const Palette& palette) {
+    const Rect bar = context.layout.titleBar;
+    const Font font = context.fonts.Slot(kMarkFontSlot);
+    const int pad = std::max(2, bar.Height() / 6);
+    int right = bar.right - pad;
+    std::vector<StatusMark> marks = StatusMarks(context, palette);
+    for (auto mark = marks.rbegin(); mark != marks.rend(); ++mark) {
+        const int width = canvas.MeasureText(mark->text, font).width + 2 * pad;
+        const Rect box{right - width, bar.top + pad, right, bar.bottom - pad};
+        canvas.DrawRectangle(box, mark->filled ? mark->color : kNoColor, mark->color);
+        canvas.DrawText(mark->text, font, box, kAlignCenter,
+                        mark->filled ? palette.titleBackground : mark->color);
+        right = box.left - pad;
+    }
+    return right;
+}
+
+// The menu command of each view, whose text names it, and an English name
+// for a missing language file.
+struct ViewName {
+    std::uint32_t menuText;
+    const char* fallback;
+};
+
+constexpr ViewName kViewNames[] = {
+    {40048, "GPS Info"},  {40012, "Satellites"}, {40015, "Compass"},    {40014, "Speed"},
+    {40020, "World Map"}, {40022, "Map"},        {40262, "Trip Stat."},
+};
+
+}  // namespace
 
 ViewLayout LayOutViews(int width, int height, bool largeLayout, bool fullScreen,
                        const FontSet& fonts) {
     ViewLayout layout;
     layout.large = largeLayout;
-    layout.barHeight = fonts.BaseHeight() * 3 / 2;
+    layout.barHeight = std::max(12, std::min(fonts.BaseHeight() * 8 / 5, width / 15));
     layout.client = {0, 0, width, height};
     const int titleHeight = fullScreen ? 0 : layout.barHeight;
     layout.titleBar = {0, 0, width, titleHeight};
+    layout.view = {0, titleHeight, width, height};
     layout.strip = {0, height - layout.barHeight, width, height};
-    layout.view = {0, titleHeight, width, layout.strip.top};
+    layout.body = {0, titleHeight, width, layout.strip.top};
     return layout;
 }
 
 const Palette& PaletteFor(bool night) {
-    static constexpr Palette kDay{0xFFFFFF, 0x000000, 0x808080, 0x000000, 0xE8E8E8, 0x202020};
-    static constexpr Palette kNight{0x000000, 0xFFFFFF, 0x707070, 0xFFFFFF, 0x181818, 0xC0C0C0};
+    static constexpr Palette kDay{
+        .background = 0xFFFFFF,
+        .text = 0x000000,
+        .value = 0x111820,
+        .label = 0x55606E,
+        .dim = 0xA3A8AF,
+        .line = 0x000000,
+        .panel = 0xF0F2F5,
+        .panelEdge = 0xC9CED6,
+        .accent = 0x1565C0,
+        .alarm = 0xD32F2F,
+        .good = 0x2E7D32,
+        .warning = 0xE08A00,
+        .sun = 0xF2A900,
+        .titleBackground = 0x1F2A38,
+        .titleText = 0xFFFFFF,
+        .stripBackground = 0x000000,
+        .stripText = 0xFFFFFF,
+    };
+    static constexpr Palette kNight{
+        .background = 0x000000,
+        .text = 0xFFFFFF,
+        .value = 0xE39B3A,
+        .label = 0x98683A,
+        .dim = 0x4E4640,
+        .line = 0x6A4A30,
+        .panel = 0x120C08,
+        .panelEdge = 0x3A2618,
+        .accent = 0xD0502A,
+        .alarm = 0xE0301E,
+        .good = 0x6E9440,
+        .warning = 0xB87A20,
+        .sun = 0xC8902A,
+        .titleBackground = 0x140A06,
+        .titleText = 0xCF9148,
+        .stripBackground = 0x000000,
+        .stripText = 0xCF9148,
+    };
     return night ? kNight : kDay;
+}
+
+const Palette& PaletteOf(const ViewContext& context) {
+    return PaletteFor(context.app.options.nightView != 0);
+}
+
+bool HasLiveFix(const ViewContext& context) {
+    return context.app.gps.connected && context.app.gps.fixValid;
+}
+
+std::string ViewTitle(int view) {
+    if (view < 0 || view >= static_cast<int>(std::size(kViewNames))) return {};
+    const ViewName& name = kViewNames[view];
+    std::string text = CStringManager::GetInstance().GetText(name.menuText);
+    if (text.empty()) return name.fallback;
+    return text.substr(0, text.find('\t'));
+}
+
+void PaintTitleBar(Canvas& canvas, const ViewContext& context) {
+    const Rect bar = context.layout.titleBar;
+    if (bar.Height() <= 0) return;
+    const Palette& palette = PaletteOf(context);
+    canvas.DrawRectangle(bar, palette.titleBackground, kNoColor);
+    const int marksLeft = PaintStatusMarks(canvas, context, palette);
+    const int pad = bar.Height() / 3;
+    canvas.DrawText(ViewTitle(context.app.currentView), context.fonts.Slot(kTitleFontSlot),
+                    {bar.left + pad, bar.top, marksLeft, bar.bottom}, kAlignVCenter,
+                    palette.titleText);
+}
+
+void PaintCoordinateStrip(Canvas& canvas, const ViewContext& context) {
+    const Rect strip = context.layout.strip;
+    const Palette& palette = PaletteOf(context);
+    const Font font{14 * strip.Height() / 15 - 1, 400};
+    const int middle = (strip.left + strip.right) / 2;
+    canvas.DrawRectangle(strip, palette.stripBackground, kNoColor);
+    const Rect west{strip.left, strip.top, middle, strip.bottom};
+    const Rect east{middle, strip.top, strip.right, strip.bottom};
+    if (HasLiveFix(context)) {
+        const GpsState& gps = context.app.gps;
+        const int format = context.app.options.coordinateFormat;
+        std::string latitude;
+        std::string longitude;
+        FormatLatitude(format, HemisphereStyle::kHemisphereLast, gps.latitude, &latitude);
+        FormatLongitude(format, HemisphereStyle::kHemisphereLast, gps.longitude, &longitude);
+        canvas.DrawText(latitude, font, west, kAlignCenter, palette.stripText);
+        canvas.DrawText(longitude, font, east, kAlignCenter, palette.stripText);
+    } else {
+        canvas.DrawText(kNoPosition, font, west, kAlignCenter, palette.dim);
+        canvas.DrawText(kNoPosition, font, east, kAlignCenter, palette.dim);
+    }
+    canvas.DrawLine({middle, strip.top}, {middle, strip.bottom - 1}, palette.stripText);
+}
+
+Font FitFont(Canvas& canvas, const std::string& text, int maxWidth, int maxHeight, int weight) {
+    Font font{std::max(1, maxHeight), weight};
+    const int width = canvas.MeasureText(text, font).width;
+    if (width > maxWidth && width > 0) {
+        font.height = std::max(1, font.height * maxWidth / width);
+    }
+    return font;
 }
 
 }  // namespace tolvane

@@ -13,7 +13,7 @@
 #include "tests/core/test_support.h"
 #include "tests/platform/pseudo_terminal.h"
 #include "tests/platform/scoped_environment.h"
-#include "tools/tolvane-tool/port_run.h"
+#include "tools/replay/port_run.h"
 
 namespace tolvane {
 namespace {

@@ -8,8 +8,8 @@
 #include "tests/core/test_support.h"
 #include "tests/tools/run_tool.h"
 #include "tests/tools/shell_command.h"
+#include "tools/replay/recording_device.h"
 #include "tools/tolvane-tool/commands.h"
-#include "tools/tolvane-tool/recording_device.h"
 
 namespace tolvane::tool {
 namespace {

@@ -9,9 +9,9 @@
 #include "tests/core/test_support.h"
 #include "tests/tools/run_tool.h"
 #include "tests/tools/shell_command.h"
+#include "tools/replay/port_run.h"
+#include "tools/replay/tool_host.h"
 #include "tools/tolvane-tool/commands.h"
-#include "tools/tolvane-tool/port_run.h"
-#include "tools/tolvane-tool/tool_host.h"
 
 namespace tolvane::tool {
 namespace {

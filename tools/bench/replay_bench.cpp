@@ -7,9 +7,9 @@
 #include <sstream>
 
 #include "core/app/main_timer.h"
-#include "tools/tolvane-tool/port_run.h"
-#include "tools/tolvane-tool/recording_device.h"
-#include "tools/tolvane-tool/replay.h"
+#include "tools/replay/port_run.h"
+#include "tools/replay/recording_device.h"
+#include "tools/replay/replay.h"
 
 namespace {
 

@@ -8,7 +8,7 @@
 #include <ostream>
 
 #include "tools/tolvane-tool/commands.h"
-#include "tools/tolvane-tool/port_run.h"
+#include "tools/tolvane-tool/run_options.h"
 
 namespace tolvane::tool {
 

@@ -5,7 +5,7 @@
 #include "core/base/string_manager.h"
 #include "platform/program_location.h"
 #include "platform/serial_device.h"
-#include "tools/tolvane-tool/port_run.h"
+#include "tools/tolvane-tool/run_options.h"
 #include "tools/tolvane-tool/tick_json.h"
 #include "tools/tolvane-tool/watch_gid.h"
 

@@ -10,9 +10,9 @@
 #include "platform/device_queries.h"
 #include "platform/dynamic_library.h"
 #include "platform/program_location.h"
+#include "tools/replay/tool_host.h"
 #include "tools/tolvane-tool/commands.h"
 #include "tools/tolvane-tool/tick_json.h"
-#include "tools/tolvane-tool/tool_host.h"
 
 namespace tolvane::tool {
 

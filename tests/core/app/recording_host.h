@@ -27,6 +27,11 @@ class RecordingHost : public Host {
     void Repaint() override {}
     void ResetIdleTimer() override {}
     void NotifyRmcParsed() override {}
+    void HoldScreenOn() override {}
+    void ReleaseScreenOn() override {}
+    bool OpenDocument(const std::string&) override { return false; }
+    void ShowAbout(const AboutInfo&) override {}
+    void CloseWindow() override {}
     FileTime NowUtc() const override { return 0; }
     int StartTimer(int, std::function<void()>) override { return 0; }
     void KillTimer(int) override {}

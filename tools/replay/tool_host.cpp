@@ -1,4 +1,4 @@
-#include "tools/tolvane-tool/tool_host.h"
+#include "tools/replay/tool_host.h"
 
 #include <ostream>
 

@@ -48,6 +48,12 @@ class ToolHost final : public Host {
     void Repaint() override {}
     void ResetIdleTimer() override {}
     void NotifyRmcParsed() override {}
+    // The tool has no screen or window of its own.
+    void HoldScreenOn() override {}
+    void ReleaseScreenOn() override {}
+    bool OpenDocument(const std::string&) override { return false; }
+    void ShowAbout(const AboutInfo&) override {}
+    void CloseWindow() override {}
 
   private:
     const Clock& clock_;

@@ -1,4 +1,4 @@
-#include "tools/tolvane-tool/recording_device.h"
+#include "tools/replay/recording_device.h"
 
 #include <algorithm>
 #include <bit>

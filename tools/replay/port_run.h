@@ -10,8 +10,7 @@
 #include "platform/command_line_sound.h"
 #include "platform/process_runner.h"
 #include "platform/speech_engine_finder.h"
-#include "tools/tolvane-tool/commands.h"
-#include "tools/tolvane-tool/tool_host.h"
+#include "tools/replay/tool_host.h"
 
 namespace tolvane::tool {
 
@@ -65,15 +64,6 @@ struct RunSettings {
     bool voice = false;  // arrivals are spoken; otherwise they take the alarm sound
 };
 
-// Handles the options shared by replay and watch at arguments[index] and
-// moves index past them. Returns false when arguments[index] is none of
-// them; a missing or bad value sets error.
-bool ParseRunOption(const Arguments& arguments, std::size_t& index, RunSettings& settings,
-                    std::string& error);
-
-// What is wrong with the combination of the options, empty when nothing is.
-std::string CheckRunSettings(const RunSettings& settings);
-
 // The settings of the run: the record of --options (else the defaults) with
 // the single options over it, whatever their order. False with error set
 // when the record cannot be read.
@@ -87,12 +77,6 @@ bool PrepareRun(AppState& app, const RunSettings& settings, std::string& error);
 // One second of the program: the main timer's procedure, then the track
 // timer's.
 void RunTimers(AppState& app, Host& host);
-
-// The usage lines of the options above.
-std::string RunOptionsUsage();
-
-// Reads a whole-number argument; false when it is not one.
-bool ParseInteger(const std::string& text, long long& value);
 
 // "N ticks, F fixes, D dropped sentences (C checksum failures, B broken)":
 // the dropped sentences are those the parser threw away; zero bytes taken

@@ -1,0 +1,168 @@
+#include "core/app/keys.h"
+
+#include "core/app/commands.h"
+#include "core/base/string_manager.h"
+
+namespace tolvane {
+namespace {
+
+// The zoom levels the arrow keys reach in the two map views.
+constexpr int kWorldMapZoomFloor = -255;  // never reached: the level stays above it
+constexpr int kZoomCeiling = 255;
+
+// The view commands of the digit keys; 0 for a digit without one.
+constexpr int kDigitCommands[] = {
+    0,  // "0" starts and stops the GPS
+    kCommandGpsInfo,
+    kCommandWorldMap,
+    kCommandMap,
+    kCommandCompass,
+    kCommandSpeed,
+    kCommandTripStat,
+    kCommandSatellites,
+    0,
+    0,
+};
+
+bool IsArrow(Key key) {
+    return key == Key::kLeft || key == Key::kUp || key == Key::kRight || key == Key::kDown;
+}
+
+int ArrowIndex(Key key) {
+    return static_cast<int>(key) - static_cast<int>(Key::kLeft);
+}
+
+bool InMapView(const AppState& app) {
+    return app.currentView == kViewWorldMap || app.currentView == kViewMap;
+}
+
+void PlayLimitBeep(Host& host) {
+    RepeatUntilSuccess([&host] { return host.PlayLimitBeep(); });
+}
+
+// A key's command; one that cannot run now answers with the limit beep, so
+// that no key does nothing without a sound.
+void SendKeyCommand(Program& program, int id) {
+    if (OnCommand(program, id) == CommandResult::kUnavailable) PlayLimitBeep(program.host);
+}
+
+// A held arrow key steps at most once per interval; a release in between
+// lets the next press through at once.
+bool AcceptArrow(AppState& app, Key key, FileTime now) {
+    const int index = ArrowIndex(key);
+    ArrowKeyTimes& times = app.arrowKeys;
+    if (!times.released[index] && now - times.lastAccepted[index] < kArrowKeyInterval) {
+        return false;
+    }
+    times.lastAccepted[index] = now;
+    times.released[index] = false;
+    return true;
+}
+
+// One zoom step within [floor, ceiling]; false at the end.
+bool StepZoom(int& level, int step, int floor, int ceiling) {
+    const int next = level + step;
+    if (next < floor || next > ceiling) return false;
+    level = next;
+    return true;
+}
+
+bool ZoomMap(AppState& app, Key key) {
+    if (key == Key::kLeft || key == Key::kRight) return false;
+    const int step = key == Key::kUp ? 1 : -1;
+    MapKeys& map = app.mapKeys;
+    if (app.currentView == kViewMap) return StepZoom(map.mapZoom, step, 0, kZoomCeiling);
+    return StepZoom(map.worldMapZoom, step, kWorldMapZoomFloor + 1, kZoomCeiling);
+}
+
+void PanMap(AppState& app, Key key) {
+    MapKeys& map = app.mapKeys;
+    map.panColumns += key == Key::kRight ? 1 : key == Key::kLeft ? -1 : 0;
+    map.panRows += key == Key::kDown ? 1 : key == Key::kUp ? -1 : 0;
+    if (app.gps.connected) app.mapCountdown = kPanFollowPauseTicks;
+}
+
+void OnMapArrow(Program& program, Key key) {
+    AppState& app = program.app;
+    if (!AcceptArrow(app, key, program.host.NowUtc())) return;
+    if (app.mapKeys.zoomMode) {
+        if (!ZoomMap(app, key)) {
+            PlayLimitBeep(program.host);
+            return;
+        }
+    } else {
+        PanMap(app, key);
+    }
+    program.host.Repaint();
+}
+
+// Left and Right in the Speed view step the alarm; at "Off" and at the last
+// limit nothing happens.
+void OnSpeedArrow(Program& program, Key key) {
+    if (key != Key::kLeft && key != Key::kRight) return;
+    const int index = program.app.options.speedAlarmIndex;
+    const int next =
+        StepSpeedAlarmIndex(index, key == Key::kLeft ? SpeedAlarmStep::kDown : SpeedAlarmStep::kUp);
+    if (next != index) OnCommand(program, SpeedAlarmCommand(next));
+}
+
+void OnEnter(Program& program) {
+    AppState& app = program.app;
+    switch (app.currentView) {
+        case kViewTripStat:
+            if (program.host.AskYesNo(CStringManager::GetInstance().GetText(kTextClearTrip),
+                                      program.title)) {
+                ClearTripCounters(app);
+                program.host.Repaint();
+            }
+            break;
+        case kViewCompass:
+            app.compassMode =
+                app.compassMode == kCompassNorthUp ? kCompassCourseUp : kCompassNorthUp;
+            program.host.Repaint();
+            break;
+        case kViewWorldMap:
+        case kViewMap:
+            app.mapKeys.zoomMode = !app.mapKeys.zoomMode;
+            break;
+        default:
+            break;
+    }
+}
+
+}  // namespace
+
+void OnKeyDown(Program& program, Key key) {
+    AppState& app = program.app;
+    if (key == Key::kDigit0) {
+        OnCommand(program, app.gpsRunning ? kCommandStopGps : kCommandStartGps);
+    } else if (key <= Key::kDigit9) {
+        const int command = kDigitCommands[static_cast<int>(key)];
+        if (command != 0) SendKeyCommand(program, command);
+    } else if (key == Key::kStar) {
+        SendKeyCommand(program, kCommandGpsSetup);
+    } else if (key == Key::kHash) {
+        SendKeyCommand(program, kCommandNightView);
+    } else if (key == Key::kEnter) {
+        OnEnter(program);
+    } else if (InMapView(app)) {
+        OnMapArrow(program, key);
+    } else if (app.currentView == kViewSpeed) {
+        OnSpeedArrow(program, key);
+    }
+}
+
+void OnKeyUp(Program& program, Key key) {
+    if (IsArrow(key)) program.app.arrowKeys.released[ArrowIndex(key)] = true;
+}
+
+void ClearTripCounters(AppState& app) {
+    GpsState& gps = app.gps;
+    gps.tripDistanceKm = 0;
+    gps.movingSeconds = 0;
+    gps.connectedSeconds = 0;
+    gps.averageSpeedKmh = 0;
+    gps.maxSpeedKnots = 0;
+}
+
+}  // namespace tolvane

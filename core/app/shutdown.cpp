@@ -1,0 +1,90 @@
+#include "core/app/shutdown.h"
+
+#include "core/app/gid_commands.h"
+#include "core/app/gps_commands.h"
+#include "core/base/string_manager.h"
+
+namespace tolvane {
+namespace {
+
+constexpr int kSaveAttempts = 5;
+
+// The live copies of the settings' texts go back into the record first, so
+// that what is saved is what the program used.
+void SaveSettings(Program& program) {
+    Options& options = program.app.options;
+    const OptionsRuntime& runtime = program.app.runtime;
+    WriteWideField(options.storageLocation, runtime.storageLocation);
+    WriteWideField(options.poiFolder, runtime.poiFolder);
+    WriteWideField(options.waypointFile, runtime.waypointFile);
+    SaveOptions(program.files.optionsPath, options, kSaveAttempts);
+}
+
+void StopTimers(Program& program) {
+    for (int* timer : {&program.trackTimerId, &program.mainTimerId}) {
+        if (*timer != 0) program.host.KillTimer(*timer);
+        *timer = 0;
+    }
+}
+
+void StopTrackLogger(TrackLogger& track) {
+    const std::lock_guard<std::mutex> guard(track.lock);
+    track.countdown = -1;
+    track.currentPath.clear();
+}
+
+// Closes the running source without the messages of a lost receiver: the
+// user asked for the end.
+void StopRunningGps(Program& program) {
+    AppState& app = program.app;
+    if (!app.gpsRunning) return;
+    if (program.runningSource == kGpsSourcePort || program.runningSource == kGpsSourceBluetooth) {
+        StopPortSource(program.port);
+        const std::lock_guard<std::mutex> guard(program.port.lock);
+        ClearNmeaRecord(program.port.record);
+    } else {
+        StopGidSource(program.gid);
+    }
+    app.readActiveSource = nullptr;
+    app.gpsRunning = false;
+}
+
+void StopAlarm(Program& program) {
+    if (!program.app.alarm.sounding) return;
+    RepeatUntilSuccess([&program] { return program.host.StopSound(); });
+    program.app.alarm.sounding = false;
+}
+
+void FreeLists(AppState& app) {
+    {
+        const std::lock_guard<std::mutex> guard(app.points.lock);
+        app.points.waypoints.Clear();
+        app.points.pois.Clear();
+    }
+    CloseDestinationList(app.navigation);
+    const std::lock_guard<std::mutex> guard(app.track.lock);
+    app.track.liveTrack.Clear();
+    app.track.viewedTrack.Clear();
+}
+
+}  // namespace
+
+bool RunExit(Program& program) {
+    SaveSettings(program);
+    if (!program.host.AskYesNo(CStringManager::GetInstance().GetText(kTextConfirmExit),
+                               program.title)) {
+        return false;
+    }
+    StopTimers(program);
+    StopTrackLogger(program.app.track);
+    StopRunningGps(program);
+    StopAlarm(program);
+    FreeLists(program.app);
+    if (program.screenHeld) {
+        program.host.ReleaseScreenOn();
+        program.screenHeld = false;
+    }
+    return true;
+}
+
+}  // namespace tolvane

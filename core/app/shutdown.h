@@ -1,0 +1,18 @@
+#pragma once
+
+#include "core/app/program.h"
+
+namespace tolvane {
+
+// Language string of the question before the program ends.
+inline constexpr std::uint32_t kTextConfirmExit = 10706;
+
+// The Exit command, also run when the window is asked to close: saves the
+// settings first, then asks; a No keeps the program running with the
+// settings already saved. On yes it stops the timers, the track logger, the
+// GPS and the sound, frees the lists and lets the screen go. Returns whether
+// the window must close: the Exit command then calls Host::CloseWindow, and
+// a close of the window is let through.
+bool RunExit(Program& program);
+
+}  // namespace tolvane

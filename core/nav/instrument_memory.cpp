@@ -1,0 +1,111 @@
+#include "core/nav/instrument_memory.h"
+
+#include <algorithm>
+#include <span>
+
+#include "core/data/options.h"
+#include "core/gps/gps_state.h"
+#include "core/nav/speed_alarm.h"
+#include "core/nav/units.h"
+
+namespace tolvane {
+namespace {
+
+constexpr int kKmhScales[] = {10, 20, 40, 60, 100, 160, 250, 400};
+constexpr int kMphScales[] = {10, 20, 40, 60, 100, 160, 250};
+constexpr int kKnotScales[] = {5, 10, 20, 40, 60, 100};
+
+std::span<const int> ScalesOf(int unitSystem) {
+    switch (unitSystem) {
+        case kMetric:
+            return kKmhScales;
+        case kImperial:
+            return kMphScales;
+        default:
+            return kKnotScales;
+    }
+}
+
+bool HasFix(const GpsState& gps) {
+    return gps.connected && gps.fixValid;
+}
+
+}  // namespace
+
+int ChooseFullScale(double speed, double alarmLimit, int unitSystem) {
+    const std::span<const int> scales = ScalesOf(unitSystem);
+    const double needed = std::max(1.2 * speed, 1.1 * alarmLimit);
+    const auto fitting =
+        std::find_if(scales.begin(), scales.end(), [needed](int scale) { return scale >= needed; });
+    return fitting == scales.end() ? scales.back() : *fitting;
+}
+
+void AdvanceSpeedScale(SpeedScale& scale, double speed, double alarmLimit, int unitSystem) {
+    const int fitting = ChooseFullScale(speed, alarmLimit, unitSystem);
+    if (scale.fullScale == 0 || scale.unitSystem != unitSystem || fitting > scale.fullScale) {
+        scale = {fitting, unitSystem, 0};
+        return;
+    }
+    if (speed >= 0.4 * scale.fullScale) {
+        scale.slowSeconds = 0;
+        return;
+    }
+    if (++scale.slowSeconds >= kScaleStepDownSeconds) scale = {fitting, unitSystem, 0};
+}
+
+void AdvanceCourseMemory(CourseMemory& memory, const GpsState& gps) {
+    memory.live = HasFix(gps) && SpeedInUnit(gps.speedKnots, kMetric) >= kCourseMinimumKmh;
+    if (memory.live) {
+        memory.have = true;
+        memory.degrees = gps.course;
+        memory.ageSeconds = 0;
+    } else if (memory.have) {
+        ++memory.ageSeconds;
+    }
+}
+
+void AdvanceTripExtras(TripExtras& trip, const GpsState& gps) {
+    // A 2D fix carries no altitude of its own.
+    if (!HasFix(gps) || gps.fixType < 3.0) return;
+    const double altitude = gps.altitude;
+    if (!trip.haveAltitude) {
+        trip = {true, altitude, altitude, altitude, trip.ascentMetres, trip.descentMetres};
+        return;
+    }
+    trip.lowestMetres = std::min(trip.lowestMetres, altitude);
+    trip.highestMetres = std::max(trip.highestMetres, altitude);
+    const double change = altitude - trip.anchorMetres;
+    if (change >= kClimbStepMetres) {
+        trip.ascentMetres += change;
+    } else if (change <= -kClimbStepMetres) {
+        trip.descentMetres -= change;
+    } else {
+        return;
+    }
+    trip.anchorMetres = altitude;
+}
+
+double SelectedAlarmLimit(const Options& options) {
+    const int index = options.speedAlarmIndex;
+    return index >= 0 && index <= kLastSpeedAlarm ? options.speedAlarmValues[index] : 0.0;
+}
+
+void AdvanceInstrumentMemory(InstrumentMemory& memory, const GpsState& gps,
+                             const Options& options) {
+    const double speed = HasFix(gps) ? ConvertSpeed(gps, options.unitSystem) : 0.0;
+    AdvanceSpeedScale(memory.speedScale, speed, SelectedAlarmLimit(options), options.unitSystem);
+    AdvanceCourseMemory(memory.course, gps);
+    AdvanceTripExtras(memory.trip, gps);
+}
+
+void ClearTrip(GpsState& gps, InstrumentMemory& memory) {
+    gps.havePreviousPoint = 0;
+    gps.maxSpeedKnots = 0;
+    gps.averageSpeedKmh = 0;
+    gps.tripDistanceKm = 0;
+    gps.connectedSeconds = 0;
+    gps.movingSeconds = 0;
+    memory.trip = {};
+}
+
+}  // namespace tolvane

@@ -1,0 +1,80 @@
+#pragma once
+
+#include <cstdint>
+
+namespace tolvane {
+
+struct GpsState;
+struct Options;
+
+// What the instrument views remember from tick to tick. The painters keep
+// nothing; once a second the main timer advances this record and the views
+// only read it.
+
+// The full scale of the Speed view's dial, in the speed unit it was chosen
+// for. It rises at once and falls only after a minute of slow going, so the
+// needle does not jump between scales at every stop.
+struct SpeedScale {
+    int fullScale = 0;  // 0 until the first tick
+    int unitSystem = 0;
+    int slowSeconds = 0;  // consecutive ticks below 40 % of the scale
+};
+
+// The last course that meant something: taken while moving at 2 km/h or
+// more, then kept, ageing, while the speed is too low for a course.
+struct CourseMemory {
+    bool live = false;  // this tick's course is a real one
+    bool have = false;  // a course was seen since the trip began
+    double degrees = 0;
+    int ageSeconds = 0;  // ticks since it was last live
+};
+
+// The trip figures beyond the GPS state's own: climbing with a 5 m dead
+// band against the receiver's altitude noise, and the altitude's range.
+// Kept beside the trip counters and cleared with them.
+struct TripExtras {
+    bool haveAltitude = false;
+    double lowestMetres = 0;
+    double highestMetres = 0;
+    double anchorMetres = 0;  // the altitude at the last counted step
+    double ascentMetres = 0;
+    double descentMetres = 0;
+};
+
+struct InstrumentMemory {
+    SpeedScale speedScale;
+    CourseMemory course;
+    TripExtras trip;
+};
+
+inline constexpr double kCourseMinimumKmh = 2.0;
+inline constexpr double kClimbStepMetres = 5.0;
+inline constexpr int kScaleStepDownSeconds = 60;
+
+// The smallest dial scale of the unit system that is at least 1.2 times
+// the speed and 1.1 times the alarm limit (0 for none); the largest scale
+// when none is.
+int ChooseFullScale(double speed, double alarmLimit, int unitSystem);
+
+// One second of the dial scale: up at once, down to the fitting scale
+// after kScaleStepDownSeconds below 40 % of the scale.
+void AdvanceSpeedScale(SpeedScale& scale, double speed, double alarmLimit, int unitSystem);
+
+// One second of the course memory and the trip extras.
+void AdvanceCourseMemory(CourseMemory& memory, const GpsState& gps);
+void AdvanceTripExtras(TripExtras& trip, const GpsState& gps);
+
+// The once-a-second update of everything above, after the GPS state and the
+// alarms of this tick.
+void AdvanceInstrumentMemory(InstrumentMemory& memory, const GpsState& gps, const Options& options);
+
+// Clears the trip: the GPS state's trip counters (distance, moving and
+// connected times, maximum and average speed, the previous point) and the
+// extras kept beside them.
+void ClearTrip(GpsState& gps, InstrumentMemory& memory);
+
+// The selected speed alarm limit in the current unit, or 0 when the alarm
+// is off.
+double SelectedAlarmLimit(const Options& options);
+
+}  // namespace tolvane

@@ -1,0 +1,115 @@
+#include "core/views/gps_info_view.h"
+
+#include <algorithm>
+#include <vector>
+
+#include "core/base/print_format.h"
+#include "core/base/string_manager.h"
+#include "core/nav/formatting.h"
+#include "core/nav/units.h"
+
+namespace tolvane {
+namespace {
+
+constexpr std::uint32_t kAltitudeLabel = 10400;
+constexpr std::uint32_t kSpeedLabel = 10402;
+constexpr char kNoFixTime[] = "- - / - - / - -    - - : - - : - -";
+
+// One row of the view: up to three texts in one font, spread over the
+// width, or the separator line when it has none.
+struct InfoRow {
+    std::vector<std::string> texts;
+    Font font;
+};
+
+const char* FixTypeText(double fixType) {
+    if (fixType == 3.0) return "3D GPS Fix";
+    if (fixType == 2.0) return "2D GPS Fix";
+    return "GPS Fix N/A";
+}
+
+std::vector<InfoRow> InfoRows(const ViewContext& context) {
+    const AppState& app = context.app;
+    const GpsState& gps = app.gps;
+    const int format = app.options.coordinateFormat;
+    std::string latitude;
+    std::string longitude;
+    FormatLatitude(format, HemisphereStyle::kHemisphereFirst, gps.latitude, &latitude);
+    FormatLongitude(format, HemisphereStyle::kHemisphereFirst, gps.longitude, &longitude);
+    const FontSet& fonts = context.fonts;
+    return {
+        {{latitude}, fonts.Slot(kCoordinateFontSlot)},
+        {{longitude}, fonts.Slot(kCoordinateFontSlot)},
+        {{AltitudeSpeedLine(app)}, fonts.Slot(kAltitudeSpeedFontSlot)},
+        {{}, {}},
+        {{FixTimeLine(gps)}, fonts.Slot(kAltitudeSpeedFontSlot)},
+        {{PrintFormat("hdop: %0.2f", gps.hdop), PrintFormat("vdop: %0.2f", gps.vdop),
+          PrintFormat("pdop: %0.2f", gps.pdop)},
+         fonts.Slot(kDilutionFontSlot)},
+        {{FixTypeText(gps.fixType)}, fonts.Slot(kFixTypeFontSlot)},
+    };
+}
+
+int RowHeight(Canvas& canvas, const InfoRow& row) {
+    return row.texts.empty() ? 1 : canvas.MeasureText(row.texts.front(), row.font).height;
+}
+
+void PaintRow(Canvas& canvas, const InfoRow& row, const Rect& box, const Palette& palette) {
+    if (row.texts.empty()) {
+        canvas.DrawLine({box.left, box.top}, {box.right - 1, box.top}, palette.text);
+        return;
+    }
+    // Texts side by side share the width in equal cells, but no wider than
+    // about ten characters each, so that they stay together on a wide window.
+    const int count = static_cast<int>(row.texts.size());
+    const int width = std::min(box.Width(), count * 10 * row.font.height);
+    const int left = box.left + (box.Width() - width) / 2;
+    for (int i = 0; i < count; ++i) {
+        const Rect cell{left + width * i / count, box.top, left + width * (i + 1) / count,
+                        box.bottom};
+        canvas.DrawText(row.texts[i], row.font, cell, kAlignHCenter | kAlignTop, palette.text);
+    }
+}
+
+}  // namespace
+
+std::string AltitudeSpeedLine(const AppState& app) {
+    const int units = app.options.unitSystem;
+    const char* format =
+        units == kMetric ? "%s %0.2f %s   %s %0.2f %s" : "%s %0.2f %s  %s %0.2f %s";
+    CStringManager& strings = CStringManager::GetInstance();
+    return PrintFormat(format, strings.GetText(kAltitudeLabel).c_str(),
+                       ConvertAltitude(app.gps, units), AltitudeUnitText(units),
+                       strings.GetText(kSpeedLabel).c_str(), ConvertSpeed(app.gps, units),
+                       SpeedUnitText(units));
+}
+
+std::string FixTimeLine(const GpsState& gps) {
+    if (!gps.connected || !gps.fixValid) return kNoFixTime;
+    const CivilTime t = FileTimeToCivil(gps.fixTime);
+    return PrintFormat("%04d-%02d-%02d  %02d:%02d:%02d", t.year, t.month, t.day, t.hour, t.minute,
+                       t.second);
+}
+
+void PaintGpsInfoView(Canvas& canvas, const ViewContext& context) {
+    const Palette& palette = PaletteOf(context);
+    const Rect view = context.layout.view;
+    canvas.DrawRectangle(view, palette.background, kNoColor);
+    const std::vector<InfoRow> rows = InfoRows(context);
+    std::vector<int> heights;
+    int total = 0;
+    for (const InfoRow& row : rows) total += heights.emplace_back(RowHeight(canvas, row));
+    // The rows share the free height evenly, above, between and below them.
+    const int gaps = static_cast<int>(rows.size()) + 1;
+    const int free = std::max(0, view.Height() - total);
+    int top = view.top + free / gaps;
+    for (std::size_t i = 0; i < rows.size(); ++i) {
+        // Texts keep a margin from the sides; the separator runs across.
+        const int margin = rows[i].texts.empty() ? 0 : context.layout.barHeight / 2;
+        PaintRow(canvas, rows[i], {view.left + margin, top, view.right - margin, top + heights[i]},
+                 palette);
+        top += heights[i] + free / gaps;
+    }
+}
+
+}  // namespace tolvane

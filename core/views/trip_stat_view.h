@@ -1,0 +1,29 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "core/views/canvas.h"
+#include "core/views/view_context.h"
+
+namespace tolvane {
+
+// One tile of the trip: its caption, figure and unit; dim when the figure
+// is not known yet.
+struct TripTile {
+    std::string label;
+    std::string value;
+    std::string unit;
+    bool known = true;
+};
+
+// The trip's figures in the order of the tiles, the distance first.
+std::vector<TripTile> TripTiles(const AppState& app);
+
+// The trip in tiles: the distance largest across the top, then moving,
+// stopped and connected time, average and maximum speed, ascent and
+// descent, lowest and highest altitude, in two columns on an upright
+// window and three on a wide one.
+void PaintTripStatView(Canvas& canvas, const ViewContext& context);
+
+}  // namespace tolvane

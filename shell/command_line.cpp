@@ -1,0 +1,107 @@
+#include "shell/command_line.h"
+
+#include <QRegularExpression>
+
+namespace tolvane::shell {
+namespace {
+
+// Reads "WxH" with both sides at least 1.
+bool ParseSize(const QString& text, QSize& size) {
+    static const QRegularExpression kPattern(QStringLiteral("^(\\d{1,5})x(\\d{1,5})$"));
+    const QRegularExpressionMatch match = kPattern.match(text);
+    if (!match.hasMatch()) return false;
+    size = QSize(match.captured(1).toInt(), match.captured(2).toInt());
+    return !size.isEmpty();
+}
+
+bool ParseTick(const QString& text, int& tick) {
+    bool ok = false;
+    tick = text.toInt(&ok);
+    return ok && tick >= 1;
+}
+
+// Applies one option that takes a value; false when the value is bad.
+bool SetValue(const QString& name, const QString& value, CommandLine& line) {
+    if (name == QLatin1String("--home")) line.home = value;
+    if (name == QLatin1String("--screenshot")) line.screenshotFolder = value;
+    if (name == QLatin1String("--replay")) line.replay = value;
+    if (name == QLatin1String("--options")) line.optionsFile = value;
+    if (name == QLatin1String("--size")) return ParseSize(value, line.size);
+    if (name == QLatin1String("--at")) return ParseTick(value, line.atTick);
+    return !value.isEmpty();
+}
+
+bool TakesValue(const QString& name) {
+    static const QStringList kNames = {QStringLiteral("--home"), QStringLiteral("--screenshot"),
+                                       QStringLiteral("--size"), QStringLiteral("--replay"),
+                                       QStringLiteral("--at"),   QStringLiteral("--options")};
+    return kNames.contains(name);
+}
+
+// What is wrong with the options taken together: the demo opens a window,
+// and the picture options only shape a screenshot run.
+QString CheckCombination(const QStringList& arguments, const CommandLine& line) {
+    if (line.demo && !line.screenshotFolder.isEmpty()) {
+        return QStringLiteral("--demo and --screenshot cannot go together");
+    }
+    if (line.screenshotFolder.isEmpty()) {
+        for (const char* name : {"--size", "--replay", "--at", "--options"}) {
+            if (arguments.contains(QLatin1String(name))) {
+                return QStringLiteral("%1 goes with --screenshot").arg(QLatin1String(name));
+            }
+        }
+    }
+    return {};
+}
+
+}  // namespace
+
+CommandLine ParseCommandLine(const QStringList& arguments) {
+    CommandLine line;
+    for (int index = 1; index < arguments.size() && line.error.isEmpty(); ++index) {
+        const QString& name = arguments[index];
+        if (name == QLatin1String("--help") || name == QLatin1String("-h")) {
+            line.help = true;
+        } else if (name == QLatin1String("--demo")) {
+            line.demo = true;
+        } else if (!TakesValue(name)) {
+            line.error = QStringLiteral("unexpected argument '%1'").arg(name);
+        } else if (index + 1 >= arguments.size()) {
+            line.error = QStringLiteral("%1 needs a value").arg(name);
+        } else if (!SetValue(name, arguments[++index], line)) {
+            line.error = QStringLiteral("bad value '%1' for %2").arg(arguments[index], name);
+        }
+    }
+    if (line.error.isEmpty()) line.error = CheckCombination(arguments, line);
+    return line;
+}
+
+QString UsageText() {
+    return QStringLiteral(
+        "Usage: tolvane [--home DIR] [--demo]\n"
+        "       tolvane --screenshot DIR [--size WxH] [--replay LOG [--at SECONDS]]\n"
+        "               [--options FILE] [--home DIR]\n"
+        "\n"
+        "Tolvane GPS Utilities: the GPS receiver's position, satellites, course,\n"
+        "speed and trip in one window.\n"
+        "\n"
+        "  --demo              read the demo receiver, a recorded walk played at its\n"
+        "                      own pace, instead of the configured GPS source; the\n"
+        "                      settings keep the configured source\n"
+        "  --home DIR          keep the program's own files (language file,\n"
+        "                      Options.dat, the log, Alarm.wav, GID.QX.so, ports/) in\n"
+        "                      DIR instead of beside the program (also TOLVANE_HOME)\n"
+        "  --screenshot DIR    open no window: play a recording through the GPS\n"
+        "                      pipeline at full speed, then paint every view into DIR\n"
+        "                      as gps-info.png, satellites.png, compass.png, speed.png\n"
+        "                      and trip-stat.png\n"
+        "  --size WxH          the size of the pictures (default 480x640)\n"
+        "  --replay LOG        the NMEA log to play (default: the demo recording)\n"
+        "  --at SECONDS        paint after this many seconds of the log (default 60,\n"
+        "                      or its end when shorter)\n"
+        "  --options FILE      start from this settings record (Options.dat), so that\n"
+        "                      a record with Night View paints the night palette\n"
+        "  --help              show this text\n");
+}
+
+}  // namespace tolvane::shell

@@ -1,0 +1,31 @@
+#include "shell/demo_run.h"
+
+#include <fstream>
+#include <sstream>
+
+#include "tools/replay/recording_device.h"
+
+namespace tolvane::shell {
+
+bool DemoRun::Start(const std::string& recordingPath, RunSerialDevice& device) {
+    std::ifstream in(recordingPath, std::ios::binary);
+    std::ostringstream text;
+    text << in.rdbuf();
+    const std::string recording = text.str();
+    std::vector<std::string> seconds;
+    for (const tool::RecordedSecond& second : tool::SplitIntoSeconds(recording)) {
+        seconds.push_back(recording.substr(second.begin, second.end - second.begin));
+    }
+    if (!receiver_.Start(std::move(seconds))) return false;
+    device.UseDemoDevice(receiver_.DevicePath());
+    running_ = true;
+    return true;
+}
+
+void DemoRun::Apply(Options& options) {
+    if (!running_) return;
+    configuredSource_ = options.gpsSource;
+    options.gpsSource = kGpsSourcePort;
+}
+
+}  // namespace tolvane::shell

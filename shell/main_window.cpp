@@ -1,0 +1,158 @@
+#include "shell/main_window.h"
+
+#include <QCloseEvent>
+#include <QDateTime>
+#include <QKeyEvent>
+#include <QPainter>
+#include <QVBoxLayout>
+
+#include "core/app/commands.h"
+#include "core/app/menu_model.h"
+#include "core/base/debug_trace.h"
+#include "shell/soft_key_bar.h"
+
+namespace tolvane::shell {
+
+ViewArea::ViewArea(const Program& program, ViewRenderer renderer, QWidget* parent)
+    : QWidget(parent), program_(program), renderer_(std::move(renderer)) {
+    // Every pixel is painted from the back buffer: nothing to erase first.
+    setAttribute(Qt::WA_OpaquePaintEvent);
+    setAttribute(Qt::WA_NoSystemBackground);
+    setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Expanding);
+}
+
+void ViewArea::LayOut() {
+    renderer_.LayOut(size(), program_.app.options.fullScreen != 0);
+}
+
+void ViewArea::resizeEvent(QResizeEvent* /*event*/) {
+    // A resize or a rotation lays the views out again, as the rotation
+    // notice does.
+    LayOut();
+}
+
+void ViewArea::paintEvent(QPaintEvent* /*event*/) {
+    const qreal ratio = devicePixelRatioF();
+    if (backBuffer_.size() != size() * ratio || backBuffer_.devicePixelRatio() != ratio) {
+        backBuffer_ = MakeBackBuffer(size(), ratio);
+    }
+    renderer_.Paint(backBuffer_, program_.app, program_.host.NowUtc());
+    QPainter(this).drawImage(0, 0, backBuffer_);
+    if (!paintedOnce_) {
+        paintedOnce_ = true;
+        // The start-up benchmark measures up to this moment.
+        DebugTrace("first frame painted at " + std::to_string(QDateTime::currentMSecsSinceEpoch()) +
+                   " ms\n");
+    }
+}
+
+std::optional<Key> KeyFromQt(int qtKey) {
+    if (qtKey >= Qt::Key_0 && qtKey <= Qt::Key_9) {
+        return static_cast<Key>(static_cast<int>(Key::kDigit0) + (qtKey - Qt::Key_0));
+    }
+    switch (qtKey) {
+        case Qt::Key_Asterisk:
+        case Qt::Key_F8:
+            return Key::kStar;
+        case Qt::Key_NumberSign:
+        case Qt::Key_F9:
+            return Key::kHash;
+        case Qt::Key_Left:
+            return Key::kLeft;
+        case Qt::Key_Up:
+            return Key::kUp;
+        case Qt::Key_Right:
+            return Key::kRight;
+        case Qt::Key_Down:
+            return Key::kDown;
+        case Qt::Key_Enter:
+        case Qt::Key_Return:
+            return Key::kEnter;
+        default:
+            return std::nullopt;
+    }
+}
+
+MainWindow::MainWindow(Program& program, const WindowSetup& setup, const QString& fontFamily,
+                       CommandHandler runCommand)
+    : program_(program), runCommand_(std::move(runCommand)) {
+    setWindowTitle(QString::fromStdString(program.title));
+    setObjectName(QStringLiteral("Tolvane_GPS_Utilities"));
+    views_ = new ViewArea(program, ViewRenderer(program.screen.dpiY, setup.largeLayout, fontFamily),
+                          this);
+    softKeys_ = new SoftKeyBar(
+        QString::fromStdString(setup.leftSoftKey), [&program] { return BuildViewsMenu(program); },
+        QString::fromStdString(setup.rightSoftKey),
+        [&program] { return BuildCommandMenu(program); }, runCommand_, this);
+    auto* layout = new QVBoxLayout(this);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->setSpacing(0);
+    layout->addWidget(views_, 1);
+    layout->addWidget(softKeys_);
+    setFocusPolicy(Qt::StrongFocus);
+    resize(kDefaultSize);
+    FollowFullScreen();
+    softKeys_->FollowNightView(program.app.options.nightView != 0);
+}
+
+bool MainWindow::FollowFullScreen() {
+    const bool fullScreen = program_.app.options.fullScreen != 0;
+    if (softKeys_->isHidden() == fullScreen) return false;
+    softKeys_->setHidden(fullScreen);
+    return true;
+}
+
+void MainWindow::RepaintNow() {
+    softKeys_->FollowNightView(program_.app.options.nightView != 0);
+    if (FollowFullScreen()) {
+        layout()->activate();
+        views_->LayOut();
+    }
+    views_->repaint();
+}
+
+void MainWindow::CloseForGood() {
+    closingForGood_ = true;
+    // Closed from the event loop, not from inside the Exit command that
+    // asked for it.
+    QMetaObject::invokeMethod(this, &QWidget::close, Qt::QueuedConnection);
+}
+
+void MainWindow::BringForward() {
+    setWindowState((windowState() & ~Qt::WindowMinimized) | Qt::WindowActive);
+    show();
+    raise();
+    activateWindow();
+    emit BroughtForward();
+}
+
+void MainWindow::keyPressEvent(QKeyEvent* event) {
+    // The phone's two soft keys, which still open their menus while full
+    // screen hides the bar.
+    if (event->key() == Qt::Key_F1 || event->key() == Qt::Key_Context1)
+        return softKeys_->OpenLeft();
+    if (event->key() == Qt::Key_F2 || event->key() == Qt::Key_Context2)
+        return softKeys_->OpenRight();
+    const std::optional<Key> key = KeyFromQt(event->key());
+    if (!key) return QWidget::keyPressEvent(event);
+    OnKeyDown(program_, *key);
+}
+
+void MainWindow::keyReleaseEvent(QKeyEvent* event) {
+    const std::optional<Key> key = KeyFromQt(event->key());
+    // A held key repeats as release and press pairs; only the real release
+    // lets the next press of an arrow key through at once.
+    if (!key || event->isAutoRepeat()) return QWidget::keyReleaseEvent(event);
+    OnKeyUp(program_, *key);
+}
+
+void MainWindow::closeEvent(QCloseEvent* event) {
+    if (closingForGood_) return event->accept();
+    // Closing the window is the Exit command, question included; the core
+    // closes the window when the answer is yes.
+    event->ignore();
+    BringForward();
+    runCommand_(kCommandExit);
+}
+
+}  // namespace tolvane::shell

@@ -1,0 +1,93 @@
+#pragma once
+
+#include <QImage>
+#include <QWidget>
+#include <functional>
+#include <optional>
+
+#include "core/app/keys.h"
+#include "core/app/program.h"
+#include "core/app/startup.h"
+#include "shell/qt_host.h"
+#include "shell/view_renderer.h"
+
+namespace tolvane::shell {
+
+class SoftKeyBar;
+
+// The area above the soft keys where the current view is painted: through
+// the Qt canvas into a back buffer at the screen's pixel ratio, then copied
+// in one piece, so nothing flickers.
+class ViewArea final : public QWidget {
+    Q_OBJECT
+
+  public:
+    ViewArea(const Program& program, ViewRenderer renderer, QWidget* parent = nullptr);
+
+    // Lays the views out again for the current size and full-screen state.
+    void LayOut();
+    const ViewLayout& Layout() const { return renderer_.Layout(); }
+
+  protected:
+    void paintEvent(QPaintEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
+
+  private:
+    const Program& program_;
+    ViewRenderer renderer_;
+    QImage backBuffer_;
+    bool paintedOnce_ = false;
+};
+
+// The Qt key of a key event as the core's key, when it is one the program
+// answers.
+std::optional<Key> KeyFromQt(int qtKey);
+
+// The program's one window: the view area above the soft-key bar. Key
+// presses and releases, closing and resizing become calls on the core; the
+// core repaints and closes it through the host.
+class MainWindow final : public QWidget, public HostWindow {
+    Q_OBJECT
+
+  public:
+    using CommandHandler = std::function<void(int id)>;
+
+    // Commands go to runCommand, which sends them on to the core.
+    MainWindow(Program& program, const WindowSetup& setup, const QString& fontFamily,
+               CommandHandler runCommand);
+
+    QWidget* Widget() override { return this; }
+    void RepaintNow() override;
+    void CloseForGood() override;
+
+    // Shows the window in front of the others, as a second start asks.
+    void BringForward();
+
+    SoftKeyBar& SoftKeys() { return *softKeys_; }
+    ViewArea& Views() { return *views_; }
+
+    // The window's default size: a portrait handheld.
+    static constexpr QSize kDefaultSize{480, 640};
+
+  signals:
+    // The window came forward: a second start asked, or it is being closed.
+    void BroughtForward();
+
+  protected:
+    void keyPressEvent(QKeyEvent* event) override;
+    void keyReleaseEvent(QKeyEvent* event) override;
+    void closeEvent(QCloseEvent* event) override;
+
+  private:
+    // Shows or hides the soft keys as full screen asks; true when that
+    // changed.
+    bool FollowFullScreen();
+
+    Program& program_;
+    CommandHandler runCommand_;
+    ViewArea* views_;
+    SoftKeyBar* softKeys_;
+    bool closingForGood_ = false;
+};
+
+}  // namespace tolvane::shell

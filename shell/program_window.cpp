@@ -1,0 +1,101 @@
+#include "shell/program_window.h"
+
+#include <QApplication>
+#include <QFileInfo>
+#include <QScreen>
+#include <QStandardPaths>
+#include <iostream>
+
+#include "core/app/commands.h"
+#include "core/app/startup.h"
+#include "core/base/program_paths.h"
+#include "platform/lock_file.h"
+
+namespace tolvane::shell {
+namespace {
+
+constexpr char kManualFileName[] = "README.md";
+constexpr char kDemoRecordingFileName[] = "demo.nmea";
+
+ProgramFiles FilesOfThisInstallation() {
+    ProgramFiles files;
+    files.optionsPath = SettingsFile("Options.dat");
+    files.alarmPath = ProgramFile("Alarm.wav");
+    const std::string manual = ProgramFile(kManualFileName);
+    if (QFileInfo::exists(QString::fromStdString(manual))) files.manualPath = manual;
+    files.documentsFolder =
+        QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation).toStdString();
+    return files;
+}
+
+// Phones and tablets give the whole screen to the program.
+bool IsTouchDevice(const DeviceQueries& queries) {
+    std::string name;
+    return queries.QueryPlatformName(name) == 0 && !name.empty();
+}
+
+}  // namespace
+
+ScreenMetrics ReadScreen() {
+    ScreenMetrics metrics;
+    if (const QScreen* screen = QGuiApplication::primaryScreen()) {
+        metrics.dpiX = qRound(screen->logicalDotsPerInchX());
+        metrics.dpiY = qRound(screen->logicalDotsPerInchY());
+        metrics.width = screen->size().width();
+        metrics.height = screen->size().height();
+    }
+    return metrics;
+}
+
+ProgramWindow::ProgramWindow(const CommandLine& line)
+    : demo_(line.demo),
+      instance_(QString::fromStdString(platform::RuntimeFolder())),
+      program_({host_, deviceQueries_, libraryLoader_, serialDevice_}, FilesOfThisInstallation()) {
+    instance_.SetBringForward([this] {
+        if (window_) window_->BringForward();
+    });
+}
+
+ProgramWindow::~ProgramWindow() {
+    host_.SetWindow(nullptr);
+}
+
+bool ProgramWindow::Start(const ScreenMetrics& screen) {
+    if (demo_ && !demoRun_.Start(ProgramFile(kDemoRecordingFileName), serialDevice_)) {
+        std::cerr << "tolvane: cannot start the demo receiver on "
+                  << ProgramFile(kDemoRecordingFileName) << '\n';
+        exitCode_ = 1;
+        return false;
+    }
+    if (!StartBeforeWindow(program_, instance_)) return false;
+    demoRun_.Apply(program_.app.options);
+    const WindowSetup setup = PrepareWindow(program_, screen);
+    window_ = std::make_unique<MainWindow>(program_, setup, QApplication::font().family(),
+                                           [this](int id) { RunCommand(id); });
+    host_.SetWindow(window_.get());
+    if (IsTouchDevice(deviceQueries_)) {
+        window_->showFullScreen();
+    } else {
+        window_->show();
+    }
+    if (!StartAfterWindow(program_)) return false;
+    if (demoRun_.Running() && !program_.app.gpsRunning) RunCommand(kCommandStartGps);
+    return true;
+}
+
+void ProgramWindow::RunCommand(int id) {
+    // Exit saves the settings: the demo receiver must not end up in them.
+    if (id == kCommandExit) {
+        demoRun_.WithConfiguredSource(program_.app.options, [&] { OnCommand(program_, id); });
+    } else {
+        OnCommand(program_, id);
+    }
+}
+
+int RunProgram(const CommandLine& line) {
+    ProgramWindow program(line);
+    if (!program.Start(ReadScreen())) return program.ExitCode();
+    return QApplication::exec();
+}
+
+}  // namespace tolvane::shell

@@ -1,0 +1,104 @@
+#include "shell/qt_host.h"
+
+#include <QDesktopServices>
+#include <QMessageBox>
+#include <QMetaObject>
+#include <QTimer>
+#include <QUrl>
+
+namespace tolvane::shell {
+namespace {
+
+QMessageBox::Icon ToQtIcon(MessageIcon icon) {
+    switch (icon) {
+        case MessageIcon::kStop:
+            return QMessageBox::Critical;
+        case MessageIcon::kInformation:
+            return QMessageBox::Information;
+        case MessageIcon::kQuestion:
+            return QMessageBox::Question;
+    }
+    return QMessageBox::NoIcon;
+}
+
+}  // namespace
+
+QtHost::QtHost(QObject* parent) : QObject(parent) {}
+
+QtHost::~QtHost() = default;
+
+int QtHost::StartTimer(int intervalMilliseconds, std::function<void()> callback) {
+    auto timer = std::make_unique<QTimer>();
+    timer->setInterval(intervalMilliseconds);
+    QObject::connect(timer.get(), &QTimer::timeout, this, std::move(callback));
+    timer->start();
+    const int id = nextTimerId_++;
+    timers_[id] = std::move(timer);
+    return id;
+}
+
+void QtHost::KillTimer(int timerId) {
+    timers_.erase(timerId);
+}
+
+bool QtHost::PlaySoundFile(const std::string& path, SoundMode mode) {
+    return sound_.Play(QString::fromStdString(path), mode == SoundMode::kLoop);
+}
+
+bool QtHost::StopSound() {
+    sound_.Stop();
+    return true;
+}
+
+bool QtHost::PlayLimitBeep() {
+    sound_.PlayLimitBeep();
+    return true;
+}
+
+void QtHost::ShowMessage(const std::string& text, const std::string& caption, MessageIcon icon) {
+    QMessageBox box(ToQtIcon(icon), QString::fromStdString(caption), QString::fromStdString(text),
+                    QMessageBox::Ok, Parent());
+    box.exec();
+}
+
+bool QtHost::AskYesNo(const std::string& text, const std::string& caption) {
+    QMessageBox box(QMessageBox::Question, QString::fromStdString(caption),
+                    QString::fromStdString(text), QMessageBox::Yes | QMessageBox::No, Parent());
+    return box.exec() == QMessageBox::Yes;
+}
+
+QWidget* QtHost::Parent() const {
+    return window_ != nullptr ? window_->Widget() : nullptr;
+}
+
+void QtHost::Repaint() {
+    if (window_ != nullptr) window_->RepaintNow();
+}
+
+void QtHost::NotifyRmcParsed() {
+    // Runs on the port reader's thread. The once-a-second timer already
+    // reads every parsed fix, so the notice only wakes the user-interface
+    // thread's loop, queued, never painting from the reader.
+    QMetaObject::invokeMethod(
+        this, [] {}, Qt::QueuedConnection);
+}
+
+bool QtHost::OpenDocument(const std::string& path) {
+    return QDesktopServices::openUrl(QUrl::fromLocalFile(QString::fromStdString(path)));
+}
+
+void QtHost::ShowAbout(const AboutInfo& about) {
+    const QString name = QString::fromStdString(about.name);
+    const QString text =
+        QStringLiteral("%1\nVersion %2\n\n%3\n\n%4")
+            .arg(name, QString::fromStdString(about.version), QString::fromStdString(about.licence),
+                 QString::fromStdString(about.credits));
+    QMessageBox box(QMessageBox::Information, name, text, QMessageBox::Ok, Parent());
+    box.exec();
+}
+
+void QtHost::CloseWindow() {
+    if (window_ != nullptr) window_->CloseForGood();
+}
+
+}  // namespace tolvane::shell

@@ -1,0 +1,87 @@
+#pragma once
+
+#include <QObject>
+#include <QString>
+#include <functional>
+#include <map>
+#include <memory>
+
+#include "core/app/host.h"
+#include "platform/process_runner.h"
+#include "platform/speech_engine_finder.h"
+#include "shell/screen_saver.h"
+#include "shell/sound_player.h"
+
+class QTimer;
+class QWidget;
+
+namespace tolvane::shell {
+
+// What the host needs of the main window.
+class HostWindow {
+  public:
+    virtual ~HostWindow() = default;
+    // The parent of the message boxes.
+    virtual QWidget* Widget() = 0;
+    // Paints the current view at once.
+    virtual void RepaintNow() = 0;
+    // Closes the window without asking again: the exit has been confirmed.
+    virtual void CloseForGood() = 0;
+};
+
+// The core's host in the window: message boxes over the main window, timers
+// of the Qt event loop, sound through Qt Multimedia and the desktop's
+// screen saver over D-Bus.
+class QtHost final : public QObject, public Host {
+    Q_OBJECT
+
+  public:
+    explicit QtHost(QObject* parent = nullptr);
+    ~QtHost() override;
+
+    // The window the boxes belong to and that repaints; until it exists the
+    // boxes have no parent and repainting does nothing.
+    void SetWindow(HostWindow* window) { window_ = window; }
+
+    FileTime NowUtc() const override { return clock_.NowUtc(); }
+
+    int StartTimer(int intervalMilliseconds, std::function<void()> callback) override;
+    void KillTimer(int timerId) override;
+
+    bool PlaySoundFile(const std::string& path, SoundMode mode) override;
+    bool StopSound() override;
+    bool PlayLimitBeep() override;
+
+    bool RunAndWait(const std::string& program,
+                    const std::vector<std::string>& arguments) override {
+        return processes_.RunAndWait(program, arguments);
+    }
+    std::string TemporaryFolder() const override { return processes_.TemporaryFolder(); }
+    std::string FindEngineProgram() const override { return speech_.FindEngineProgram(); }
+
+    void ShowMessage(const std::string& text, const std::string& caption,
+                     MessageIcon icon) override;
+    bool AskYesNo(const std::string& text, const std::string& caption) override;
+    void Repaint() override;
+    void ResetIdleTimer() override { screenSaver_.SimulateUserActivity(); }
+    void NotifyRmcParsed() override;
+    void HoldScreenOn() override { screenSaver_.Hold(); }
+    void ReleaseScreenOn() override { screenSaver_.Release(); }
+    bool OpenDocument(const std::string& path) override;
+    void ShowAbout(const AboutInfo& about) override;
+    void CloseWindow() override;
+
+  private:
+    QWidget* Parent() const;
+
+    SystemClock clock_;
+    platform::LinuxProcessRunner processes_;
+    platform::LinuxSpeechEngineFinder speech_;
+    SoundPlayer sound_;
+    ScreenSaver screenSaver_;
+    HostWindow* window_ = nullptr;
+    std::map<int, std::unique_ptr<QTimer>> timers_;
+    int nextTimerId_ = 1;
+};
+
+}  // namespace tolvane::shell

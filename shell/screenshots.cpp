@@ -1,0 +1,110 @@
+#include "shell/screenshots.h"
+
+#include <QDir>
+#include <QTextStream>
+#include <iostream>
+
+#include "core/app/startup.h"
+#include "core/base/program_paths.h"
+#include "core/base/string_manager.h"
+#include "shell/view_renderer.h"
+#include "tools/replay/replay.h"
+
+namespace tolvane::shell {
+namespace {
+
+// The pictures' family, pinned so that a picture is the same on every machine.
+constexpr char kPictureFontFamily[] = "DejaVu Sans";
+
+struct ViewPicture {
+    int view;
+    const char* fileName;
+};
+
+constexpr ViewPicture kPictures[] = {
+    {kViewGpsInfo, "gps-info.png"},   {kViewSatellites, "satellites.png"},
+    {kViewCompass, "compass.png"},    {kViewSpeed, "speed.png"},
+    {kViewTripStat, "trip-stat.png"},
+};
+
+// Paints each view of app into folder; false, having said why on standard
+// error, when a picture cannot be written.
+bool PaintPictures(AppState& app, FileTime nowUtc, const CommandLine& line) {
+    // The picture stands for a whole screen of its size at 96 dots per inch,
+    // where only a square 320 x 320 one reads otherwise (and keeps the small
+    // layout).
+    const ScreenMetrics screen =
+        ApplySquareScreenRule({96, 96, line.size.width(), line.size.height()});
+    ViewRenderer renderer(screen.dpiY, false, QString::fromLatin1(kPictureFontFamily));
+    renderer.LayOut(line.size, app.options.fullScreen != 0);
+    const int shownView = app.currentView;
+    QTextStream out(stdout);
+    bool written = true;
+    for (const ViewPicture& picture : kPictures) {
+        app.currentView = picture.view;
+        QImage image = MakeBackBuffer(line.size, 1);
+        renderer.Paint(image, app, nowUtc);
+        const QString path = QDir(line.screenshotFolder).filePath(QLatin1String(picture.fileName));
+        if (image.save(path, "PNG")) {
+            out << path << '\n';
+        } else {
+            std::cerr << "tolvane: cannot write " << path.toStdString() << '\n';
+            written = false;
+        }
+    }
+    app.currentView = shownView;
+    return written;
+}
+
+// Plays the recording up to tick `at`, or to its end, and paints there.
+// Returns the ticks played, -1 when the recording could not be played.
+int PlayAndPaint(const std::string& recording, const Options& options, int at,
+                 const CommandLine& line, bool& written) {
+    int ticks = 0;
+    const tool::TickObserver paintAt = [&](AppState& app, FileTime utc) {
+        if (++ticks < at) return true;
+        written = PaintPictures(app, utc, line);
+        return false;
+    };
+    tool::ReplayTotals totals;
+    std::string error;
+    if (!tool::ReplayRecordingFile(recording, tool::RunSettings{}, options, std::cerr, paintAt,
+                                   totals, error)) {
+        if (!error.empty()) std::cerr << "tolvane: " << error << '\n';
+        return -1;
+    }
+    return ticks;
+}
+
+}  // namespace
+
+int RunScreenshots(const CommandLine& line) {
+    if (!CStringManager::GetInstance().Load(kLanguageEnglish, kSubLanguageEnglishUs)) {
+        std::cerr << "tolvane: cannot load the language file "
+                  << LanguageFilePath(kLanguageEnglish, kSubLanguageEnglishUs) << '\n';
+    }
+    tool::RunSettings settings;
+    settings.optionsFile = line.optionsFile.toStdString();
+    Options options;
+    std::string error;
+    if (!tool::MakeRunOptions(settings, options, error)) {
+        std::cerr << "tolvane: " << error << '\n';
+        return 1;
+    }
+    if (!QDir().mkpath(line.screenshotFolder)) {
+        std::cerr << "tolvane: cannot make the folder " << line.screenshotFolder.toStdString()
+                  << '\n';
+        return 1;
+    }
+    const std::string recording =
+        line.replay.isEmpty() ? ProgramFile("demo.nmea") : line.replay.toStdString();
+    bool written = false;
+    const int ticks = PlayAndPaint(recording, options, line.atTick, line, written);
+    if (ticks < 0) return 1;
+    // A recording shorter than the asked second is painted at its end.
+    if (ticks < line.atTick && ticks > 0) PlayAndPaint(recording, options, ticks, line, written);
+    if (ticks == 0) std::cerr << "tolvane: " << recording << " holds no second to play\n";
+    return written ? 0 : 1;
+}
+
+}  // namespace tolvane::shell

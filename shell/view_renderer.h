@@ -1,0 +1,41 @@
+#pragma once
+
+#include <QImage>
+#include <QSize>
+#include <QString>
+
+#include "core/app/app_state.h"
+#include "core/views/font_set.h"
+#include "core/views/view_frame.h"
+
+namespace tolvane::shell {
+
+// Paints the current view of the application state through the Qt canvas:
+// the window's back buffer and the screenshots both come from here. It
+// keeps the fonts and the layout for the screen's dots per inch and the
+// client area's size, made again only when the size changes.
+class ViewRenderer {
+  public:
+    ViewRenderer(int dpiY, bool largeLayout, const QString& fontFamily);
+
+    // Lays the views out for a client area of size logical pixels.
+    void LayOut(QSize size, bool fullScreen);
+    const ViewLayout& Layout() const { return layout_; }
+    const FontSet& Fonts() const { return fonts_; }
+
+    // Paints the current view into image, whose device pixel ratio says how
+    // many pixels a logical pixel takes.
+    void Paint(QImage& image, const AppState& app, FileTime nowUtc) const;
+
+  private:
+    int screenBaseHeight_;
+    FontSet fonts_;
+    bool largeLayout_;
+    QString fontFamily_;
+    ViewLayout layout_;
+};
+
+// A back buffer of size logical pixels at a device pixel ratio.
+QImage MakeBackBuffer(QSize size, qreal devicePixelRatio);
+
+}  // namespace tolvane::shell

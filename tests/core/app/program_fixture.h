@@ -1,0 +1,103 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "core/app/program.h"
+#include "tests/core/app/recording_host.h"
+#include "tests/core/test_support.h"
+
+namespace tolvane::testing {
+
+// A host that writes what the program asks of the window into one list, in
+// order, and answers questions as told.
+class EventHost final : public RecordingHost {
+  public:
+    FileTime NowUtc() const override { return now; }
+    void ShowMessage(const std::string& text, const std::string& caption,
+                     MessageIcon icon) override {
+        RecordingHost::ShowMessage(text, caption, icon);
+        events.push_back("message " + text);
+    }
+    bool AskYesNo(const std::string& text, const std::string&) override {
+        events.push_back("ask " + text);
+        if (onQuestion) onQuestion();
+        return answer;
+    }
+    void Repaint() override { events.push_back("repaint"); }
+    int StartTimer(int milliseconds, std::function<void()>) override {
+        events.push_back("timer " + std::to_string(milliseconds));
+        return ++lastTimer == timerToFail ? 0 : lastTimer;
+    }
+    void KillTimer(int id) override { events.push_back("kill " + std::to_string(id)); }
+    bool PlayLimitBeep() override {
+        events.push_back("beep");
+        return true;
+    }
+    void HoldScreenOn() override { events.push_back("hold screen"); }
+    void ReleaseScreenOn() override { events.push_back("release screen"); }
+    bool OpenDocument(const std::string& path) override {
+        events.push_back("open " + path);
+        return opensDocuments;
+    }
+    void ShowAbout(const AboutInfo& about) override {
+        events.push_back("about " + about.name + " " + about.version);
+    }
+    void CloseWindow() override { events.push_back("close window"); }
+
+    std::vector<std::string> events;
+    FileTime now = 0;
+    bool answer = true;
+    int timerToFail = 0;  // counted from 1; 0 lets every timer start
+    bool opensDocuments = false;
+    int lastTimer = 0;
+    std::function<void()> onQuestion;
+};
+
+// A receiver that opens and then stays silent.
+class SilentDevice final : public SerialDevice {
+  public:
+    bool Open(const std::string&) override { return open = true; }
+    bool IsOpen() const override { return open; }
+    bool Configure(const SerialSettings&) override { return true; }
+    bool SetReadTimeouts() override { return true; }
+    int Read(char*, int) override { return 0; }
+    bool IsGone() override { return false; }
+    void Close() override { open = false; }
+    bool open = false;
+};
+
+class NoLibraries final : public DynamicLibraryLoader {
+  public:
+    std::unique_ptr<DynamicLibrary> Load(const std::string&) override { return nullptr; }
+};
+
+class Desktop final : public DeviceQueries {
+  public:
+    int QueryPlatformName(std::string& name) const override {
+        name.clear();
+        return 0;
+    }
+    int OperatingSystemMajorVersion() const override { return 0; }
+};
+
+// A program in a temporary folder: Options.dat, the manual and the
+// documents folder lie there, and the GPS source is the serial port.
+class ProgramFixture {
+  public:
+    ProgramFixture()
+        : program({host, desktop, libraries, device},
+                  {folder.File("Options.dat"), folder.File("Alarm.wav"), folder.File("README.md"),
+                   folder.File("Documents")}) {
+        program.app.options.gpsSource = 1;
+    }
+
+    TemporaryFolder folder;
+    EventHost host;
+    Desktop desktop;
+    NoLibraries libraries;
+    SilentDevice device;
+    Program program;
+};
+
+}  // namespace tolvane::testing

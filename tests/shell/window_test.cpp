@@ -1,0 +1,353 @@
+// The window on Qt's offscreen platform, driven as a user drives it: keys,
+// soft-key menus, closing, a second start and the screen rules. Message
+// boxes are real and are answered by a timer, as a user would.
+#include <QAbstractButton>
+#include <QApplication>
+#include <QDir>
+#include <QFile>
+#include <QMenu>
+#include <QMessageBox>
+#include <QProcess>
+#include <QSignalSpy>
+#include <QTemporaryDir>
+#include <QTest>
+#include <QTimer>
+#include <algorithm>
+#include <cstdlib>
+#include <filesystem>
+#include <functional>
+#include <memory>
+
+#include "core/app/commands.h"
+#include "core/data/options.h"
+#include "core/gps/port_source.h"
+#include "platform/program_location.h"
+#include "shell/program_window.h"
+#include "shell/soft_key_bar.h"
+#include "tests/core/nmea_sentence.h"
+#include "tests/platform/pseudo_terminal.h"
+
+namespace tolvane::shell {
+namespace {
+
+// Answers the next message box with button once it is shown, after letting
+// inspect see it.
+void AnswerNextBox(QMessageBox::StandardButton button,
+                   std::function<void(QMessageBox&)> inspect = nullptr) {
+    auto* poll = new QTimer;
+    poll->setInterval(20);
+    QObject::connect(poll, &QTimer::timeout, [poll, button, inspect] {
+        auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
+        if (box == nullptr) return;
+        poll->stop();
+        poll->deleteLater();
+        if (inspect) inspect(*box);
+        box->button(button)->click();
+    });
+    poll->start();
+}
+
+QAction* FindAction(QMenu& menu, int id) {
+    for (QAction* action : menu.actions()) {
+        if (action->menu() != nullptr) {
+            if (QAction* found = FindAction(*action->menu(), id)) return found;
+        } else if (action->data().toInt() == id) {
+            return action;
+        }
+    }
+    return nullptr;
+}
+
+}  // namespace
+
+class WindowTest : public QObject {
+    Q_OBJECT
+
+  private slots:
+    void init();
+    void cleanup();
+    void KeysAndSoftKeysSwitchViews();
+    void ZeroStartsAndStopsTheGpsOnAPseudoTerminal();
+    void ExitAndClosingAskAfterSavingTheSettings();
+    void TheDemoReceiverRunsWithoutReachingTheSettings();
+    void ASecondStartBringsTheFirstForwardAndEnds();
+    void MenusGreyAndCheckAsTheStateSays();
+    void ASquareScreenUses110DpiAndTheSmallLayout();
+    void ScreenshotsPaintEveryViewOfARecordingDayAndNight();
+    void TheAlarmLoopsWithoutAJump();
+
+  private:
+    // Starts the program on a screen of the given metrics.
+    ProgramWindow& Start(ScreenMetrics screen = {96, 96, 1280, 800}, CommandLine line = {});
+    void WriteOptions(const std::function<void(Options&)>& change);
+    QString OptionsPath() const { return home_->filePath(QStringLiteral("Options.dat")); }
+
+    std::unique_ptr<QTemporaryDir> home_;
+    std::unique_ptr<ProgramWindow> program_;
+};
+
+void WindowTest::init() {
+    // A program folder of its own for each case: the language file and
+    // nothing the last case wrote.
+    home_ = std::make_unique<QTemporaryDir>();
+    QFile::copy(QStringLiteral(TOLVANE_PROGRAM_DIR "/tolvane_ENU.dat"),
+                home_->filePath(QStringLiteral("tolvane_ENU.dat")));
+    platform::InstallProgramPaths(home_->path().toStdString());
+    qputenv("HOME", home_->path().toUtf8());
+}
+
+void WindowTest::cleanup() {
+    program_.reset();
+    home_.reset();
+}
+
+ProgramWindow& WindowTest::Start(ScreenMetrics screen, CommandLine line) {
+    program_ = std::make_unique<ProgramWindow>(line);
+    if (!program_->Start(screen)) qFatal("the program did not start");
+    return *program_;
+}
+
+void WindowTest::WriteOptions(const std::function<void(Options&)>& change) {
+    Options options;
+    ResetOptions(options);
+    change(options);
+    QVERIFY(SaveOptions(OptionsPath().toStdString(), options, 1));
+}
+
+void WindowTest::KeysAndSoftKeysSwitchViews() {
+    ProgramWindow& program = Start();
+    const std::pair<int, int> keys[] = {{Qt::Key_5, kViewSpeed},
+                                        {Qt::Key_4, kViewCompass},
+                                        {Qt::Key_6, kViewTripStat},
+                                        {Qt::Key_7, kViewSatellites},
+                                        {Qt::Key_1, kViewGpsInfo}};
+    for (const auto& [key, view] : keys) {
+        QTest::keyClick(&program.Window(), static_cast<Qt::Key>(key));
+        QCOMPARE(program.Core().app.currentView, view);
+    }
+    // The left soft key's menu, chosen with the mouse as a user would.
+    SoftKeyBar& softKeys = program.Window().SoftKeys();
+    QTimer::singleShot(100, [&softKeys] {
+        QMenu* menu = softKeys.OpenMenu();
+        QVERIFY(menu != nullptr);
+        QAction* compass = FindAction(*menu, kCommandCompass);
+        QTest::mouseClick(menu, Qt::LeftButton, {}, menu->actionGeometry(compass).center());
+    });
+    softKeys.OpenLeft();
+    QCOMPARE(program.Core().app.currentView, kViewCompass);
+}
+
+void WindowTest::ZeroStartsAndStopsTheGpsOnAPseudoTerminal() {
+    testing::PseudoTerminal receiver;
+    QVERIFY(receiver.IsOpen());
+    const std::filesystem::path ports = home_->filePath(QStringLiteral("ports")).toStdString();
+    std::filesystem::create_directories(ports);
+    std::filesystem::create_symlink(receiver.SlaveName(), ports / PortDeviceName(1));
+    WriteOptions([](Options& options) {
+        options.gpsSource = 1;
+        options.portIndex = 1;
+    });
+    ProgramWindow& program = Start();
+    const AppState& app = program.Core().app;
+
+    QTest::keyClick(&program.Window(), Qt::Key_0);
+    QVERIFY(app.gpsRunning);
+    const std::string second =
+        testing::NmeaSentence("GPRMC,101500.000,A,5956.000,N,01043.000,E,10.0,90.0,231126,,") +
+        testing::NmeaSentence("GPGGA,101500.000,5956.000,N,01043.000,E,1,08,0.9,120.0,M,,,,");
+    const auto fixed = [&] {
+        receiver.Send(second);
+        return app.gps.connected && app.gps.fixValid;
+    };
+    QTRY_VERIFY_WITH_TIMEOUT(fixed(), 10000);
+    QTest::keyClick(&program.Window(), Qt::Key_0);
+    QVERIFY(!app.gpsRunning);
+}
+
+void WindowTest::ExitAndClosingAskAfterSavingTheSettings() {
+    ProgramWindow& program = Start();
+    QFile::remove(OptionsPath());
+    QString asked;
+    bool savedBeforeTheAnswer = false;
+    const auto look = [&](QMessageBox& box) {
+        asked = box.text();
+        savedBeforeTheAnswer = QFile::exists(OptionsPath());
+        QFile::remove(OptionsPath());
+    };
+
+    AnswerNextBox(QMessageBox::No, look);
+    program.RunCommand(kCommandExit);
+    QVERIFY(savedBeforeTheAnswer);
+    QVERIFY(!asked.isEmpty());
+    QTest::qWait(50);
+    QVERIFY(program.Window().isVisible());
+
+    const QString exitQuestion = asked;
+    asked.clear();
+    savedBeforeTheAnswer = false;
+    AnswerNextBox(QMessageBox::No, look);
+    program.Window().close();
+    QCOMPARE(asked, exitQuestion);
+    QVERIFY(savedBeforeTheAnswer);
+    QTest::qWait(50);
+    QVERIFY(program.Window().isVisible());
+
+    AnswerNextBox(QMessageBox::Yes);
+    program.Window().close();
+    QTRY_VERIFY(!program.Window().isVisible());
+    QVERIFY(!program.Core().app.gpsRunning);
+}
+
+void WindowTest::TheDemoReceiverRunsWithoutReachingTheSettings() {
+    QFile::copy(QStringLiteral(TOLVANE_PROGRAM_DIR "/demo.nmea"),
+                home_->filePath(QStringLiteral("demo.nmea")));
+    WriteOptions([](Options& options) { options.gpsSource = 0; });
+    CommandLine demo;
+    demo.demo = true;
+    ProgramWindow& program = Start({96, 96, 1280, 800}, demo);
+    const AppState& app = program.Core().app;
+    QVERIFY(app.gpsRunning);
+    // The recording reaches the views through the terminal, at its own pace.
+    QTRY_VERIFY_WITH_TIMEOUT(app.gps.connected, 10000);
+
+    AnswerNextBox(QMessageBox::No);
+    program.RunCommand(kCommandExit);
+    Options saved;
+    QVERIFY(LoadOptions(OptionsPath().toStdString(), saved, 1));
+    QCOMPARE(saved.gpsSource, 0);
+    QVERIFY(app.gpsRunning);
+}
+
+void WindowTest::ASecondStartBringsTheFirstForwardAndEnds() {
+    ProgramWindow& program = Start();
+    QSignalSpy broughtForward(&program.Window(), &MainWindow::BroughtForward);
+    QProcess second;
+    second.start(QStringLiteral(TOLVANE_PROGRAM_DIR "/tolvane"),
+                 {QStringLiteral("--home"), home_->path()});
+    QTRY_COMPARE_WITH_TIMEOUT(second.state(), QProcess::NotRunning, 15000);
+    QCOMPARE(second.exitStatus(), QProcess::NormalExit);
+    QCOMPARE(second.exitCode(), 0);
+    QCOMPARE(broughtForward.count(), 1);
+}
+
+void WindowTest::MenusGreyAndCheckAsTheStateSays() {
+    ProgramWindow& program = Start();
+    Program& core = program.Core();
+    for (const int night : {1, 0}) {
+        core.app.options.nightView = night;
+        core.app.options.speedAlarmIndex = night ? 2 : -1;
+        QMenu views;
+        FillMenu(views, BuildViewsMenu(core));
+        QCOMPARE(FindAction(views, kCommandNightView)->isChecked(), night == 1);
+        QVERIFY(FindAction(views, kCommandGpsInfo)->isChecked());
+        QVERIFY(!FindAction(views, kCommandSpeed)->isChecked());
+
+        QMenu commands;
+        FillMenu(commands, BuildCommandMenu(core));
+        QVERIFY(!FindAction(commands, kCommandGpsSetup)->isEnabled());
+        QVERIFY(FindAction(commands, kCommandExit)->isEnabled());
+        QAction* alarm80 = FindAction(commands, kCommandFirstSpeedAlarm + 2);
+        QAction* alarmOff = FindAction(commands, kCommandSpeedAlarmOff);
+        QCOMPARE(alarm80->isChecked(), night == 1);
+        QCOMPARE(alarmOff->isChecked(), night == 0);
+        // The alarm entries are one radio group: one checked at a time.
+        QVERIFY(alarm80->actionGroup() != nullptr);
+        QCOMPARE(alarm80->actionGroup(), alarmOff->actionGroup());
+    }
+}
+
+void WindowTest::ASquareScreenUses110DpiAndTheSmallLayout() {
+    {
+        ProgramWindow& program = Start({192, 192, 1280, 800});
+        QCOMPARE(program.Core().screen.dpiY, 192);
+        QVERIFY(program.Window().Views().Layout().large);
+    }
+    program_.reset();
+    ProgramWindow& square = Start({192, 192, 320, 320});
+    QCOMPARE(square.Core().screen.dpiX, 110);
+    QCOMPARE(square.Core().screen.dpiY, 110);
+    QVERIFY(!square.Window().Views().Layout().large);
+}
+
+namespace {
+
+// The mean brightness of a picture, 0 black to 1 white.
+double MeanBrightness(const QImage& image) {
+    double sum = 0;
+    for (int y = 0; y < image.height(); ++y) {
+        for (int x = 0; x < image.width(); ++x) sum += qGray(image.pixel(x, y));
+    }
+    return sum / (255.0 * image.width() * image.height());
+}
+
+}  // namespace
+
+void WindowTest::ScreenshotsPaintEveryViewOfARecordingDayAndNight() {
+    WriteOptions([](Options& options) { options.nightView = 1; });
+    const QStringList names = {QStringLiteral("gps-info.png"), QStringLiteral("satellites.png"),
+                               QStringLiteral("compass.png"), QStringLiteral("speed.png"),
+                               QStringLiteral("trip-stat.png")};
+    for (const bool night : {false, true}) {
+        const QString folder =
+            home_->filePath(night ? QStringLiteral("night") : QStringLiteral("day"));
+        QStringList arguments = {QStringLiteral("--screenshot"),
+                                 folder,
+                                 QStringLiteral("--size"),
+                                 QStringLiteral("240x320"),
+                                 QStringLiteral("--replay"),
+                                 QStringLiteral(TOLVANE_TEST_DATA_DIR "/gpsd/GPSmap-76S.log"),
+                                 QStringLiteral("--at"),
+                                 QStringLiteral("5")};
+        if (night) arguments << QStringLiteral("--options") << OptionsPath();
+        QProcess run;
+        run.start(QStringLiteral(TOLVANE_PROGRAM_DIR "/tolvane"), arguments);
+        QVERIFY(run.waitForFinished(30000));
+        QCOMPARE(run.exitCode(), 0);
+        // Every picture is listed, written at the asked size, and painted in
+        // the palette the settings ask for.
+        const QStringList printed = QString::fromLocal8Bit(run.readAllStandardOutput())
+                                        .split(QLatin1Char('\n'), Qt::SkipEmptyParts);
+        QCOMPARE(printed.size(), names.size());
+        for (const QString& name : names) {
+            const QImage picture(QDir(folder).filePath(name));
+            QCOMPARE(picture.size(), QSize(240, 320));
+            const double brightness = MeanBrightness(picture);
+            QVERIFY2(night ? brightness < 0.35 : brightness > 0.6, qPrintable(name));
+        }
+    }
+}
+
+void WindowTest::TheAlarmLoopsWithoutAJump() {
+    QFile file(QStringLiteral(TOLVANE_PROGRAM_DIR "/Alarm.wav"));
+    QVERIFY(file.open(QIODevice::ReadOnly));
+    const QByteArray wave = file.readAll();
+    constexpr int kHeaderBytes = 44;
+    QVERIFY(wave.startsWith("RIFF") && wave.mid(8, 8) == "WAVEfmt ");
+    QCOMPARE(wave.mid(36, 4), QByteArray("data"));
+    const auto* samples = reinterpret_cast<const qint16*>(wave.constData() + kHeaderBytes);
+    const int count = (wave.size() - kHeaderBytes) / 2;
+    QVERIFY(count > 0);
+    // Played in a loop, the last sample runs into the first: that step must
+    // be no larger than the steps inside the sound, or the loop clicks.
+    int largestStep = 0;
+    for (int i = 1; i < count; ++i)
+        largestStep = std::max(largestStep, std::abs(samples[i] - samples[i - 1]));
+    QVERIFY(std::abs(samples[0] - samples[count - 1]) <= largestStep);
+    QVERIFY(std::abs(samples[0]) < largestStep);
+}
+
+}  // namespace tolvane::shell
+
+int main(int argc, char** argv) {
+    // No display and no session: the offscreen platform, and a runtime
+    // folder of the tests' own for the single-instance lock.
+    QTemporaryDir runtime;
+    qputenv("QT_QPA_PLATFORM", "offscreen");
+    qputenv("XDG_RUNTIME_DIR", runtime.path().toUtf8());
+    qunsetenv("TOLVANE_HOME");
+    QApplication application(argc, argv);
+    tolvane::shell::WindowTest test;
+    return QTest::qExec(&test, argc, argv);
+}
+
+#include "window_test.moc"
