@@ -2,6 +2,7 @@
 
 #include "core/app/commands.h"
 #include "core/base/string_manager.h"
+#include "core/nav/instrument_memory.h"
 
 namespace tolvane {
 namespace {
@@ -112,7 +113,7 @@ void OnEnter(Program& program) {
         case kViewTripStat:
             if (program.host.AskYesNo(CStringManager::GetInstance().GetText(kTextClearTrip),
                                       program.title)) {
-                ClearTripCounters(app);
+                ClearTrip(app.gps, app.instruments);
                 program.host.Repaint();
             }
             break;
@@ -154,15 +155,6 @@ void OnKeyDown(Program& program, Key key) {
 
 void OnKeyUp(Program& program, Key key) {
     if (IsArrow(key)) program.app.arrowKeys.released[ArrowIndex(key)] = true;
-}
-
-void ClearTripCounters(AppState& app) {
-    GpsState& gps = app.gps;
-    gps.tripDistanceKm = 0;
-    gps.movingSeconds = 0;
-    gps.connectedSeconds = 0;
-    gps.averageSpeedKmh = 0;
-    gps.maxSpeedKnots = 0;
 }
 
 }  // namespace tolvane

@@ -41,8 +41,4 @@ inline constexpr int kPanFollowPauseTicks = 10;
 void OnKeyDown(Program& program, Key key);
 void OnKeyUp(Program& program, Key key);
 
-// Clears the trip counters: distance, moving and connected time, average
-// and maximum speed.
-void ClearTripCounters(AppState& app);
-
 }  // namespace tolvane
