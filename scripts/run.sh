@@ -1,8 +1,9 @@
 #!/usr/bin/env bash
 # Builds the program (release) and opens its window on the demo receiver, a
 # recorded walk played at the receiver's own pace. Arguments, when given, go
-# to tolvane instead of --demo, so that a user with a receiver runs it as
-# configured: scripts/run.sh --home ~/gps
+# to tolvane instead of --demo: scripts/run.sh --screenshot DIR --size 240x320.
+# The configured receiver is read by the built program itself,
+# build/release/bin/tolvane.
 #
 # On a machine without a display (neither DISPLAY nor WAYLAND_DISPLAY set)
 # it paints every view of the demo recording into a folder instead and
