@@ -1,11 +1,36 @@
 #include "shell/view_renderer.h"
 
+#include <QDate>
+#include <QLocale>
 #include <QPainter>
+#include <QTime>
 
 #include "core/views/view_painter.h"
 #include "shell/qt_canvas.h"
 
 namespace tolvane::shell {
+namespace {
+
+// Dates and times as the desktop's locale writes them, the short date
+// format as in file managers and clocks.
+class SystemLocaleFormats final : public LocaleFormats {
+  public:
+    std::string ShortDate(const CivilTime& time) const override {
+        const QDate date(time.year, time.month, time.day);
+        return locale_.toString(date, QLocale::ShortFormat).toStdString();
+    }
+    std::string TimeOfDay(const CivilTime& time) const override {
+        // The long format keeps the seconds, which tick with every fix.
+        const QTime clock(time.hour, time.minute, time.second);
+        return locale_.toString(clock, locale_.timeFormat(QLocale::LongFormat).remove(" t"))
+            .toStdString();
+    }
+
+  private:
+    QLocale locale_ = QLocale::system();
+};
+
+}  // namespace
 
 ViewRenderer::ViewRenderer(int dpiY, bool largeLayout, const QString& fontFamily)
     : screenBaseHeight_(BaseFontHeight(dpiY)),
@@ -23,7 +48,8 @@ void ViewRenderer::LayOut(QSize size, bool fullScreen) {
 void ViewRenderer::Paint(QImage& image, const AppState& app, FileTime nowUtc) const {
     QPainter painter(&image);
     QtCanvas canvas(painter, fontFamily_);
-    PaintView(canvas, ViewContext{app, layout_, fonts_, nowUtc});
+    static const SystemLocaleFormats kLocale;
+    PaintView(canvas, ViewContext{app, layout_, fonts_, nowUtc, &kLocale});
 }
 
 QImage MakeBackBuffer(QSize size, qreal devicePixelRatio) {

@@ -42,7 +42,7 @@ std::vector<InfoRow> InfoRows(const ViewContext& context) {
         {{longitude}, fonts.Slot(kCoordinateFontSlot)},
         {{AltitudeSpeedLine(app)}, fonts.Slot(kAltitudeSpeedFontSlot)},
         {{}, {}},
-        {{FixTimeLine(gps)}, fonts.Slot(kAltitudeSpeedFontSlot)},
+        {{FixTimeLine(gps, context.locale)}, fonts.Slot(kAltitudeSpeedFontSlot)},
         {{PrintFormat("hdop: %0.2f", gps.hdop), PrintFormat("vdop: %0.2f", gps.vdop),
           PrintFormat("pdop: %0.2f", gps.pdop)},
          fonts.Slot(kDilutionFontSlot)},
@@ -84,11 +84,14 @@ std::string AltitudeSpeedLine(const AppState& app) {
                        SpeedUnitText(units));
 }
 
-std::string FixTimeLine(const GpsState& gps) {
+std::string FixTimeLine(const GpsState& gps, const LocaleFormats* locale) {
     if (!gps.connected || !gps.fixValid) return kNoFixTime;
     const CivilTime t = FileTimeToCivil(gps.fixTime);
-    return PrintFormat("%04d-%02d-%02d  %02d:%02d:%02d", t.year, t.month, t.day, t.hour, t.minute,
-                       t.second);
+    if (locale == nullptr) {
+        return PrintFormat("%04d-%02d-%02d  %02d:%02d:%02d", t.year, t.month, t.day, t.hour,
+                           t.minute, t.second);
+    }
+    return locale->ShortDate(t) + "  " + locale->TimeOfDay(t);
 }
 
 void PaintGpsInfoView(Canvas& canvas, const ViewContext& context) {

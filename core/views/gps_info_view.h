@@ -16,8 +16,9 @@ inline constexpr int kFixTypeFontSlot = 20;
 // Metric system, two in the others.
 std::string AltitudeSpeedLine(const AppState& app);
 
-// The fix's local date and time, or the placeholder without a fix.
-std::string FixTimeLine(const GpsState& gps);
+// The fix's local date and time in the user's formats (ISO 8601 without
+// them), or the placeholder without a fix.
+std::string FixTimeLine(const GpsState& gps, const LocaleFormats* locale);
 
 // The text view of the current fix: coordinates, altitude and speed, the
 // fix time, the dilutions and the fix type, in stacked lines spread evenly
