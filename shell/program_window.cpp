@@ -10,6 +10,7 @@
 #include "core/app/startup.h"
 #include "core/base/program_paths.h"
 #include "platform/lock_file.h"
+#include "shell/dialogs.h"
 
 namespace tolvane::shell {
 namespace {
@@ -57,6 +58,7 @@ ProgramWindow::ProgramWindow(const CommandLine& line)
 }
 
 ProgramWindow::~ProgramWindow() {
+    host_.SetDialogOpener(nullptr);
     host_.SetWindow(nullptr);
 }
 
@@ -73,6 +75,7 @@ bool ProgramWindow::Start(const ScreenMetrics& screen) {
     window_ = std::make_unique<MainWindow>(program_, setup, QApplication::font().family(),
                                            [this](int id) { RunCommand(id); });
     host_.SetWindow(window_.get());
+    host_.SetDialogOpener([this](int id) { OpenCommandDialog(program_, window_.get(), id); });
     if (IsTouchDevice(deviceQueries_)) {
         window_->showFullScreen();
     } else {

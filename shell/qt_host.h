@@ -42,6 +42,10 @@ class QtHost final : public QObject, public Host {
     // The window the boxes belong to and that repaints; until it exists the
     // boxes have no parent and repainting does nothing.
     void SetWindow(HostWindow* window) { window_ = window; }
+    // Who opens the dialogs of the commands; until it is set, none opens.
+    void SetDialogOpener(std::function<void(int commandId)> opener) {
+        dialogOpener_ = std::move(opener);
+    }
 
     FileTime NowUtc() const override { return clock_.NowUtc(); }
 
@@ -69,6 +73,9 @@ class QtHost final : public QObject, public Host {
     void ReleaseScreenOn() override { screenSaver_.Release(); }
     bool OpenDocument(const std::string& path) override;
     void ShowAbout(const AboutInfo& about) override;
+    void OpenDialog(int commandId) override {
+        if (dialogOpener_) dialogOpener_(commandId);
+    }
     void CloseWindow() override;
 
   private:
@@ -80,6 +87,7 @@ class QtHost final : public QObject, public Host {
     SoundPlayer sound_;
     ScreenSaver screenSaver_;
     HostWindow* window_ = nullptr;
+    std::function<void(int)> dialogOpener_;
     std::map<int, std::unique_ptr<QTimer>> timers_;
     int nextTimerId_ = 1;
 };

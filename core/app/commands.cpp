@@ -44,6 +44,14 @@ constexpr std::array kCommandsWithoutOwner = {
     kCommandImport,
 };
 
+// The commands that a dialog of the window carries out.
+bool OpensDialog(int id) {
+    switch (id) {
+        default:
+            return false;
+    }
+}
+
 bool InRange(int id, int first, int last) {
     return id >= first && id <= last;
 }
@@ -222,6 +230,10 @@ bool IsCommandAvailable(Program& program, int id) {
 
 CommandResult OnCommand(Program& program, int id) {
     if (!IsCommandAvailable(program, id)) return CommandResult::kUnavailable;
+    if (OpensDialog(id)) {
+        program.host.OpenDialog(id);
+        return CommandResult::kDone;
+    }
     for (const Route& route : kRoutes) {
         if (route.id != id) continue;
         route.run(program);

@@ -44,6 +44,10 @@ class Host : public Clock,
     // Opens a document with the desktop's handler; false when it cannot.
     virtual bool OpenDocument(const std::string& path) = 0;
     virtual void ShowAbout(const AboutInfo& about) = 0;
+    // Opens the dialog that carries out a command (settings, the point
+    // editors, file choosers) and returns when the user has closed it. The
+    // dialog works on the program through the core's own functions.
+    virtual void OpenDialog(int commandId) = 0;
     // Closes the main window after a confirmed exit; the program then ends
     // without asking again.
     virtual void CloseWindow() = 0;

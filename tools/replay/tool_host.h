@@ -53,6 +53,7 @@ class ToolHost final : public Host {
     void ReleaseScreenOn() override {}
     bool OpenDocument(const std::string&) override { return false; }
     void ShowAbout(const AboutInfo&) override {}
+    void OpenDialog(int) override {}
     void CloseWindow() override {}
 
   private:

@@ -43,6 +43,9 @@ class EventHost final : public RecordingHost {
     void ShowAbout(const AboutInfo& about) override {
         events.push_back("about " + about.name + " " + about.version);
     }
+    void OpenDialog(int commandId) override {
+        events.push_back("dialog " + std::to_string(commandId));
+    }
     void CloseWindow() override { events.push_back("close window"); }
 
     std::vector<std::string> events;

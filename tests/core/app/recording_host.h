@@ -31,6 +31,7 @@ class RecordingHost : public Host {
     void ReleaseScreenOn() override {}
     bool OpenDocument(const std::string&) override { return false; }
     void ShowAbout(const AboutInfo&) override {}
+    void OpenDialog(int) override {}
     void CloseWindow() override {}
     FileTime NowUtc() const override { return 0; }
     int StartTimer(int, std::function<void()>) override { return 0; }
