@@ -10,7 +10,7 @@
 #include "core/app/startup.h"
 #include "core/base/program_paths.h"
 #include "platform/lock_file.h"
-#include "shell/dialogs.h"
+#include "shell/dialogs/command_dialogs.h"
 
 namespace tolvane::shell {
 namespace {

@@ -1,4 +1,4 @@
-#include "shell/dialogs.h"
+#include "shell/dialogs/command_dialogs.h"
 
 #include "core/app/commands.h"
 
