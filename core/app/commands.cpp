@@ -30,7 +30,6 @@ constexpr std::array kCommandsWithoutOwner = {
     kCommandLoadMap,
     kCommandGpsSetup,
     kCommandViewLogFile,
-    kCommandOptions,
     kCommandCustomSpeedAlarm,
     kCommandCustomInterval,
     kCommandAddWaypoint,
@@ -47,6 +46,8 @@ constexpr std::array kCommandsWithoutOwner = {
 // The commands that a dialog of the window carries out.
 bool OpensDialog(int id) {
     switch (id) {
+        case kCommandOptions:
+            return true;
         default:
             return false;
     }

@@ -47,6 +47,7 @@ class EventHost final : public RecordingHost {
         events.push_back("dialog " + std::to_string(commandId));
     }
     void CloseWindow() override { events.push_back("close window"); }
+    std::string FindEngineProgram() const override { return engineProgram; }
 
     std::vector<std::string> events;
     FileTime now = 0;
@@ -55,6 +56,7 @@ class EventHost final : public RecordingHost {
     bool opensDocuments = false;
     int lastTimer = 0;
     std::function<void()> onQuestion;
+    std::string engineProgram;  // empty: no speech engine
 };
 
 // A receiver that opens and then stays silent.
