@@ -26,7 +26,7 @@ inline constexpr std::uint32_t kTextMinimumSpeed = 14111;
 inline constexpr std::uint32_t kTextDataProcessor = 14112;
 inline constexpr std::uint32_t kTextLogNmea = 14113;
 inline constexpr std::uint32_t kTextNmeaLogger = 14114;
-inline constexpr std::uint32_t kTextFirstDataProcessor = 14115;  // three entries
+inline constexpr std::uint32_t kTextFirstDataProcessor = 14115;   // three entries
 inline constexpr std::uint32_t kTextFirstTrackLogFormat = 14118;  // three entries
 inline constexpr std::uint32_t kTextFirstVoiceEngine = 14121;     // one entry
 inline constexpr std::uint32_t kTextPageGeneral = 14122;
@@ -43,8 +43,13 @@ inline constexpr std::size_t kMinimumSpeedFieldLength = 20;
 inline constexpr std::size_t kProximityRangeFieldLength = 9;
 
 // The combos whose entries are fixed lists.
-enum class OptionsCombo { kUnitSystem, kCoordinateFormat, kTrackLogFormat, kVoiceEngine,
-                          kDataProcessor };
+enum class OptionsCombo {
+    kUnitSystem,
+    kCoordinateFormat,
+    kTrackLogFormat,
+    kVoiceEngine,
+    kDataProcessor
+};
 
 // Every control of the dialog as the user leaves it; the dialog opens with
 // the current settings and changes nothing until OK. Combos hold the chosen

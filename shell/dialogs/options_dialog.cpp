@@ -104,16 +104,16 @@ QWidget* OptionsDialog::UnitsPage() {
     QScrollArea* page = NewScrollingPage(layout);
     auto* group = new QGroupBox(Text(kTextUnitAndCoordinate));
     auto* groupLayout = new QVBoxLayout(group);
-    QComboBox* units = NewCombo("unitSystem", OptionsComboEntries(OptionsCombo::kUnitSystem),
-                                form_.unitSystem);
+    QComboBox* units =
+        NewCombo("unitSystem", OptionsComboEntries(OptionsCombo::kUnitSystem), form_.unitSystem);
     connect(units, &QComboBox::currentIndexChanged, this, [this](int index) {
         form_.unitSystem = index;
         ShowUnitLabels();
     });
     groupLayout->addWidget(units);
-    QComboBox* coordinates = NewCombo(
-        "coordinateFormat", OptionsComboEntries(OptionsCombo::kCoordinateFormat),
-        form_.coordinateFormat);
+    QComboBox* coordinates =
+        NewCombo("coordinateFormat", OptionsComboEntries(OptionsCombo::kCoordinateFormat),
+                 form_.coordinateFormat);
     connect(coordinates, &QComboBox::currentIndexChanged, this,
             [this](int index) { form_.coordinateFormat = index; });
     groupLayout->addWidget(coordinates);
@@ -224,6 +224,7 @@ void OptionsDialog::AddStorageCombo(QVBoxLayout* page) {
 void OptionsDialog::AddVoiceTest(QVBoxLayout* page) {
     auto* sentence = new QLineEdit(FromUtf8(form_.testSentence));
     sentence->setObjectName(QStringLiteral("testSentence"));
+    sentence->setCursorPosition(0);
     testButton_ = new QPushButton(Text(kTextVoiceTest));
     testButton_->setObjectName(QStringLiteral("test"));
     testButton_->setAutoDefault(false);

@@ -30,8 +30,7 @@ class OptionsDialog : public QDialog {
     QWidget* GuidancePage();
     QWidget* GpsPage();
 
-    QCheckBox* AddCheckBox(QVBoxLayout* page, const char* name, std::uint32_t textId,
-                           bool& field);
+    QCheckBox* AddCheckBox(QVBoxLayout* page, const char* name, std::uint32_t textId, bool& field);
     QComboBox* AddCombo(QVBoxLayout* page, const char* name, std::uint32_t labelId,
                         OptionsCombo combo, int& field);
     QComboBox* NewCombo(const char* name, const std::vector<std::string>& entries, int current);

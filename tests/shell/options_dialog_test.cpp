@@ -1,10 +1,11 @@
 // The Options dialog in the running window on Qt's offscreen platform,
 // filled with keys as a user fills it and closed with Enter or Escape;
 // what it left is read back from Options.dat.
+#include "shell/dialogs/options_dialog.h"
+
 #include <QApplication>
 #include <QCheckBox>
 #include <QComboBox>
-#include <QFile>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
@@ -16,9 +17,8 @@
 
 #include "core/app/commands.h"
 #include "core/data/options.h"
-#include "platform/program_location.h"
-#include "shell/dialogs/options_dialog.h"
 #include "shell/program_window.h"
+#include "tests/shell/program_home.h"
 
 namespace tolvane::shell {
 namespace {
@@ -70,11 +70,7 @@ class OptionsDialogTest : public QObject {
 };
 
 void OptionsDialogTest::init() {
-    home_ = std::make_unique<QTemporaryDir>();
-    QFile::copy(QStringLiteral(TOLVANE_PROGRAM_DIR "/tolvane_ENU.dat"),
-                home_->filePath(QStringLiteral("tolvane_ENU.dat")));
-    platform::InstallProgramPaths(home_->path().toStdString());
-    qputenv("HOME", home_->path().toUtf8());
+    home_ = NewProgramHome();
     program_ = std::make_unique<ProgramWindow>(CommandLine{});
     if (!program_->Start({96, 96, 240, 320})) qFatal("the program did not start");
 }
@@ -140,13 +136,7 @@ void OptionsDialogTest::EveryControlFitsASmallScreen() {
 }  // namespace tolvane::shell
 
 int main(int argc, char** argv) {
-    QTemporaryDir runtime;
-    qputenv("QT_QPA_PLATFORM", "offscreen");
-    qputenv("XDG_RUNTIME_DIR", runtime.path().toUtf8());
-    qunsetenv("TOLVANE_HOME");
-    QApplication application(argc, argv);
-    tolvane::shell::OptionsDialogTest test;
-    return QTest::qExec(&test, argc, argv);
+    return tolvane::shell::RunOffscreenTests<tolvane::shell::OptionsDialogTest>(argc, argv);
 }
 
 #include "options_dialog_test.moc"

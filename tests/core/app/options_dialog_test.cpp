@@ -99,9 +99,9 @@ TEST(OptionsDialogTest, TheOpenDialogFollowsItsControls) {
     form.testSentence.clear();
     EXPECT_FALSE(CanTestVoice(fixture.program, form));
 
-    EXPECT_EQ(OptionsComboEntries(OptionsCombo::kUnitSystem),
-              (std::vector<std::string>{"Metric (km/h, m)", "Imperial (MPH, ft)",
-                                        "Nautical (kts, ft)"}));
+    EXPECT_EQ(
+        OptionsComboEntries(OptionsCombo::kUnitSystem),
+        (std::vector<std::string>{"Metric (km/h, m)", "Imperial (MPH, ft)", "Nautical (kts, ft)"}));
     EXPECT_EQ(OptionsComboEntries(OptionsCombo::kTrackLogFormat).size(), 3u);
     EXPECT_EQ(OptionsComboEntries(OptionsCombo::kCoordinateFormat)[1], "WGS84 dd°mm.mmmm'");
 
@@ -123,7 +123,8 @@ TEST(OptionsDialogTest, ANewStorageLocationMovesTheDataTreeAndTheSameOneChangesN
     OptionsForm form = OpenOptionsForm(program.app);
     form.storageLocation = card;
     ApplyOptionsForm(program, form);
-    for (const char* folder : {"Reference Points", "Track Log", "NMEA0183", "POI", "Destinations"}) {
+    for (const char* folder :
+         {"Reference Points", "Track Log", "NMEA0183", "POI", "Destinations"}) {
         EXPECT_TRUE(fs::is_directory(card + "/My GPS/" + folder)) << folder;
     }
     EXPECT_EQ(program.app.points.waypoints.Count(), 1);
