@@ -69,15 +69,17 @@ void ReloadWaypoints(AppState& app) {
 // Moves the data tree to the chosen root: its folders are made where
 // missing and the waypoint file of the new tree is loaded. A root that
 // cannot be made falls back to the documents folder, as at start-up.
-// Returns whether the location changed.
+// Returns whether the data tree moved, which a fallback to the tree in use
+// does not.
 bool ChangeStorageLocation(Program& program, const std::string& chosen) {
     AppState& app = program.app;
     if (SameStorageLocation(chosen, app.runtime.storageLocation)) return false;
+    const std::string previousRoot = app.folders.root;
     app.runtime.storageLocation = chosen;
     PrepareDataFolders(app, program.files.documentsFolder);
     app.runtime.waypointFile = app.folders.root + "/My GPS/Waypoint.csv";
     ReloadWaypoints(app);
-    return true;
+    return app.folders.root != previousRoot;
 }
 
 // A running logger starts a new file when its format or its folder changed,
