@@ -15,6 +15,7 @@
 #include "core/app/commands.h"
 #include "core/base/string_manager.h"
 #include "platform/storage_locations.h"
+#include "shell/dialogs/dialog_placement.h"
 #include "shell/dialogs/number_edit.h"
 
 namespace tolvane::shell {
@@ -80,8 +81,7 @@ OptionsDialog::OptionsDialog(Program& program, QWidget* parent)
     layout->addWidget(buttons);
     ShowUnitLabels();
     UpdateTestButton();
-    // The dialog covers the window, as on a handheld, and never more.
-    if (parent != nullptr) resize(parent->window()->size());
+    CoverWindowOnScreen(*this, parent);
 }
 
 void OptionsDialog::accept() {
