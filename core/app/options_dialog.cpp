@@ -22,10 +22,14 @@ constexpr int kTrackLogFormatCount = 3;
 constexpr int kDataProcessorCount = 3;
 constexpr int kVoiceEngineCount = 1;
 
-std::string NumberText(double value) {
-    std::array<char, 32> text{};
-    const auto result = std::to_chars(text.data(), text.data() + text.size(), value);
-    return std::string(text.data(), result.ptr);
+// The figure as the edit shows it: plain decimals, as a user types them
+// and as OK reads them back. One the edit cannot hold shows as 0, which is
+// then what OK stores.
+std::string FieldText(double value) {
+    std::array<char, kMinimumSpeedFieldLength> text{};
+    const auto [end, error] =
+        std::to_chars(text.data(), text.data() + text.size(), value, std::chars_format::fixed);
+    return error == std::errc() ? std::string(text.data(), end) : std::string("0");
 }
 
 std::vector<std::string> LanguageEntries(std::uint32_t firstId, int count) {
@@ -135,7 +139,7 @@ OptionsForm OpenOptionsForm(const AppState& app) {
     form.alwaysUseDefaultRange = options.alwaysUseDefaultRange != 0;
     form.voiceEngine = options.voiceEngine;
     form.testSentence = LanguageText(kTextVoiceTestSentence);
-    form.minimumSpeed = NumberText(options.minimumSpeed);
+    form.minimumSpeed = FieldText(options.minimumSpeed);
     form.dataProcessor = options.dataProcessor;
     form.logNmea = options.logNmea != 0;
     return form;

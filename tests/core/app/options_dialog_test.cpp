@@ -73,6 +73,8 @@ TEST(OptionsDialogTest, OkStoresEveryControlAndSavesAtOnce) {
     EXPECT_EQ(saved.defaultProximityRange, 0);
     EXPECT_TRUE(Contains(fixture.host.events, "hold screen"));
     EXPECT_EQ(OpenOptionsForm(program.app).minimumSpeed, "12.5");
+    program.app.options.minimumSpeed = 1e-7;  // shown as typed, not as "1e-07"
+    EXPECT_EQ(MinimumSpeedFromField(OpenOptionsForm(program.app).minimumSpeed), 1e-7);
 
     // Numbers beyond what a user means stay harmless.
     EXPECT_EQ(MinimumSpeedFromField("nan"), 0.0);
