@@ -1,0 +1,68 @@
+#include "shell/dialogs/dialog_parts.h"
+
+#include <QDialog>
+#include <QGridLayout>
+#include <QMessageBox>
+#include <QPainter>
+#include <QPixmap>
+#include <QPushButton>
+
+#include "core/app/program.h"
+#include "core/base/string_manager.h"
+#include "core/data/point_collection.h"
+
+namespace tolvane::shell {
+namespace {
+
+constexpr int kMarkSize = 12;
+// Wider than this the dialog stops growing with its parent window.
+constexpr int kMaxDialogWidth = 520;
+
+}  // namespace
+
+QString Text(std::uint32_t id) {
+    return QString::fromStdString(LanguageText(id));
+}
+
+QString Text(std::uint32_t id, const std::string& argument) {
+    return Text(id).replace(QStringLiteral("%s"), QString::fromStdString(argument));
+}
+
+void ShowWarning(QWidget* parent, Program& program, const QString& text) {
+    QMessageBox::warning(parent, QString::fromStdString(program.title), text);
+}
+
+bool AskYesNo(QWidget* parent, Program& program, const QString& text) {
+    return QMessageBox::question(parent, QString::fromStdString(program.title), text) ==
+           QMessageBox::Yes;
+}
+
+QIcon CategoryMark(const std::string& category) {
+    QPixmap mark(kMarkSize, kMarkSize);
+    mark.fill(Qt::transparent);
+    QPainter painter(&mark);
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(Qt::black);
+    painter.setBrush(QColor::fromRgb(CategoryMarkColour(category)));
+    painter.drawEllipse(1, 1, kMarkSize - 2, kMarkSize - 2);
+    return QIcon(mark);
+}
+
+void SizeToParent(QDialog& dialog, QWidget* parent) {
+    if (parent == nullptr) return;
+    const QSize room = parent->size();
+    dialog.resize(std::min(room.width(), kMaxDialogWidth), room.height());
+}
+
+QGridLayout* ButtonGrid(std::initializer_list<QPushButton*> buttons, int columns) {
+    auto* grid = new QGridLayout;
+    int index = 0;
+    for (QPushButton* button : buttons) {
+        button->setAutoDefault(false);
+        grid->addWidget(button, index / columns, index % columns);
+        ++index;
+    }
+    return grid;
+}
+
+}  // namespace tolvane::shell

@@ -1,0 +1,39 @@
+#pragma once
+
+#include <QIcon>
+#include <QString>
+#include <cstdint>
+#include <initializer_list>
+#include <string>
+
+class QDialog;
+class QGridLayout;
+class QPushButton;
+class QWidget;
+
+namespace tolvane {
+struct Program;
+}
+
+namespace tolvane::shell {
+
+// A text of the language file.
+QString Text(std::uint32_t id);
+// A text of the language file with its %s filled in.
+QString Text(std::uint32_t id, const std::string& argument);
+
+// A message box over the dialog with the program's caption.
+void ShowWarning(QWidget* parent, Program& program, const QString& text);
+bool AskYesNo(QWidget* parent, Program& program, const QString& text);
+
+// The small square of a category's colour that marks a point.
+QIcon CategoryMark(const std::string& category);
+
+// The point dialogs fill a phone's screen and take a comfortable part of a
+// desktop's; their contents scroll where the screen is too small.
+void SizeToParent(QDialog& dialog, QWidget* parent);
+
+// Buttons in rows of columns, so that a narrow screen still shows them all.
+QGridLayout* ButtonGrid(std::initializer_list<QPushButton*> buttons, int columns);
+
+}  // namespace tolvane::shell
