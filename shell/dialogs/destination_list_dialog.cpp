@@ -2,7 +2,6 @@
 
 #include <QDialog>
 #include <QDialogButtonBox>
-#include <QFileDialog>
 #include <QFileInfo>
 #include <QGridLayout>
 #include <QInputDialog>
@@ -69,8 +68,8 @@ void SaveToItsFile(Program& program, QWidget* parent) {
 }
 
 QString AskListPath(QWidget* parent, const std::string& suggestion) {
-    return QFileDialog::getSaveFileName(parent, Text(kTextTitle),
-                                        QString::fromStdString(suggestion), Text(kTextPointFiles));
+    return ChooseFile(parent, FileChoice::kSave, Text(kTextTitle), suggestion,
+                      Text(kTextPointFiles));
 }
 
 // The waypoints and POI to add, several at once.
@@ -202,10 +201,9 @@ class DestinationEditor : public QDialog {
 
     void Export() {
         const std::string name = QFileInfo(FileLabel(file_)).completeBaseName().toStdString();
-        const QString path = QFileDialog::getSaveFileName(
-            this, Text(kTextExport),
-            QString::fromStdString(program_.app.folders.destinationDir + "/" + name + ".gpx"),
-            Text(kTextGpxFiles));
+        const QString path = ChooseFile(this, FileChoice::kSave, Text(kTextExport),
+                                        program_.app.folders.destinationDir + "/" + name + ".gpx",
+                                        Text(kTextGpxFiles));
         if (path.isEmpty()) return;
         if (!SaveGpxFile(path.toStdString(), RouteGpx(name, draft_.points))) {
             ShowWarning(this, program_,
@@ -271,9 +269,8 @@ void NewDestinations(Program& program, QWidget* parent) {
 }
 
 void OpenDestinations(Program& program, QWidget* parent) {
-    const QString path = QFileDialog::getOpenFileName(
-        parent, Text(kTextTitle), QString::fromStdString(program.app.folders.destinationDir),
-        Text(kTextPointFiles));
+    const QString path = ChooseFile(parent, FileChoice::kOpen, Text(kTextTitle),
+                                    program.app.folders.destinationDir, Text(kTextPointFiles));
     if (path.isEmpty()) return;
     if (!OpenDestinationFile(program.app.navigation, path.toStdString()).opened) {
         ShowWarning(parent, program, Text(kTextNotADestinationList, path.toStdString()));

@@ -1,6 +1,7 @@
 #include "shell/dialogs/dialog_parts.h"
 
 #include <QDialog>
+#include <QFileDialog>
 #include <QGridLayout>
 #include <QMessageBox>
 #include <QPainter>
@@ -52,6 +53,24 @@ void SizeToParent(QDialog& dialog, QWidget* parent) {
     if (parent == nullptr) return;
     const QSize room = parent->size();
     dialog.resize(std::min(room.width(), kMaxDialogWidth), room.height());
+}
+
+QString ChooseFile(QWidget* parent, FileChoice choice, const QString& title,
+                   const std::string& suggestion, const QString& filter) {
+    QFileDialog chooser(parent, title, QString::fromStdString(suggestion), filter);
+    chooser.setOption(QFileDialog::DontUseNativeDialog);
+    if (choice == FileChoice::kFolder) {
+        chooser.setFileMode(QFileDialog::Directory);
+        chooser.setOption(QFileDialog::ShowDirsOnly);
+    } else if (choice != FileChoice::kOpen) {
+        chooser.setAcceptMode(QFileDialog::AcceptSave);
+        chooser.setOption(QFileDialog::DontConfirmOverwrite, choice == FileChoice::kSaveOrPick);
+    } else {
+        chooser.setFileMode(QFileDialog::ExistingFile);
+    }
+    SizeToParent(chooser, parent);
+    if (chooser.exec() != QDialog::Accepted || chooser.selectedFiles().isEmpty()) return {};
+    return chooser.selectedFiles().constFirst();
 }
 
 QGridLayout* ButtonGrid(std::initializer_list<QPushButton*> buttons, int columns) {

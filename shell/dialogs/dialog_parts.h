@@ -33,6 +33,16 @@ QIcon CategoryMark(const std::string& category);
 // desktop's; their contents scroll where the screen is too small.
 void SizeToParent(QDialog& dialog, QWidget* parent);
 
+// What a file chooser asks for.
+enum class FileChoice { kOpen, kSave, kSaveOrPick, kFolder };
+
+// A file or folder the user chooses, starting at suggestion; empty when the
+// user cancels. The chooser is sized like the point dialogs, so that it fits
+// a phone's screen. kSaveOrPick takes an existing file without asking to
+// overwrite it (a file the program goes on using).
+QString ChooseFile(QWidget* parent, FileChoice choice, const QString& title,
+                   const std::string& suggestion, const QString& filter);
+
 // Buttons in rows of columns, so that a narrow screen still shows them all.
 QGridLayout* ButtonGrid(std::initializer_list<QPushButton*> buttons, int columns);
 

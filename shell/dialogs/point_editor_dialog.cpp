@@ -5,6 +5,7 @@
 #include <QDialog>
 #include <QDialogButtonBox>
 #include <QFormLayout>
+#include <QHBoxLayout>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
@@ -31,6 +32,10 @@ constexpr std::uint32_t kTextVoice = 14217;
 constexpr std::uint32_t kTextComment = 14218;
 constexpr std::uint32_t kTextNoFix = 14219;
 
+// Narrower than this the labels stand above the fields.
+constexpr int kNarrowWidth = 360;
+constexpr int kCategoryMinimumCharacters = 8;
+
 QLineEdit* Field(const std::string& text, int maxLength) {
     auto* field = new QLineEdit(QString::fromStdString(text));
     field->setMaxLength(maxLength);
@@ -39,6 +44,8 @@ QLineEdit* Field(const std::string& text, int maxLength) {
 
 QComboBox* CategoryBox(const std::string& category) {
     auto* box = new QComboBox;
+    box->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
+    box->setMinimumContentsLength(kCategoryMinimumCharacters);
     box->setEditable(true);  // the user's own categories are kept as typed
     box->addItem(QString());
     for (int index = 1; index <= kPoiCategoryCount; ++index) {
@@ -71,8 +78,11 @@ class PointEditor : public QDialog {
         voice_ = Field(entry.voiceGuide, kGeoPointVoiceLength - 1);
         comment_ = Field(entry.comment, kGeoPointCommentLength - 1);
 
+        // Labels go above their fields where the screen is narrow.
         auto* form = new QFormLayout;
-        form->setRowWrapPolicy(QFormLayout::WrapLongRows);
+        form->setRowWrapPolicy(parent != nullptr && parent->width() < kNarrowWidth
+                                   ? QFormLayout::WrapAllRows
+                                   : QFormLayout::WrapLongRows);
         form->addRow(Text(kTextName), name_);
         if (!positionKnown) AddTypePositionSwitch(*form);
         form->addRow(Text(kTextLatitude), latitude_);
@@ -88,6 +98,7 @@ class PointEditor : public QDialog {
         auto* scroll = new QScrollArea;
         scroll->setWidgetResizable(true);
         scroll->setFrameShape(QFrame::NoFrame);
+        scroll->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
         scroll->setWidget(fields);
         buttons_ = new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel);
         connect(buttons_, &QDialogButtonBox::accepted, this, &PointEditor::Accept);
@@ -102,10 +113,18 @@ class PointEditor : public QDialog {
     const GeoPoint& Point() const { return point_; }
 
   private:
+    // A check box cannot wrap its text, so a narrow screen gets the text as
+    // a label beside it.
     void AddTypePositionSwitch(QFormLayout& form) {
-        auto* typePosition = new QCheckBox(Text(kTextNoFix));
+        auto* typePosition = new QCheckBox;
+        auto* note = new QLabel(Text(kTextNoFix));
+        note->setWordWrap(true);
+        note->setBuddy(typePosition);
         connect(typePosition, &QCheckBox::toggled, this, &PointEditor::SetPositionEditable);
-        form.addRow(typePosition);
+        auto* row = new QHBoxLayout;
+        row->addWidget(typePosition);
+        row->addWidget(note, 1);
+        form.addRow(row);
     }
 
     void SetPositionEditable(bool editable) {

@@ -3,7 +3,6 @@
 #include <QComboBox>
 #include <QDialog>
 #include <QDialogButtonBox>
-#include <QFileDialog>
 #include <QFileInfo>
 #include <QGridLayout>
 #include <QHeaderView>
@@ -42,6 +41,8 @@ constexpr std::uint32_t kTextPointFiles = 14247;
 constexpr std::uint32_t kTextGpxFiles = 14248;
 
 constexpr int kButtonColumns = 3;
+// Enough to tell the entries of the filter boxes apart on a phone.
+constexpr int kChoiceMinimumCharacters = 6;
 
 // Saves a change through the collection and makes it the program's lists;
 // a file that cannot be written is reported.
@@ -64,6 +65,8 @@ void AddPoint(Program& program, QWidget* parent, PointCollection& points, PointK
 
 QComboBox* Choice(std::initializer_list<QString> entries) {
     auto* box = new QComboBox;
+    box->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
+    box->setMinimumContentsLength(kChoiceMinimumCharacters);
     for (const QString& entry : entries) box->addItem(entry);
     return box;
 }
@@ -197,10 +200,9 @@ class PointManager : public QDialog {
     }
 
     void Export() {
-        const QString path = QFileDialog::getSaveFileName(
-            this, Text(kTextExport),
-            QString::fromStdString(program_.app.folders.root + "/My GPS/Points.gpx"),
-            Text(kTextGpxFiles));
+        const QString path =
+            ChooseFile(this, FileChoice::kSave, Text(kTextExport),
+                       program_.app.folders.root + "/My GPS/Points.gpx", Text(kTextGpxFiles));
         if (path.isEmpty()) return;
         std::vector<GeoPoint> shown;
         for (const PointRow row : rows_) shown.push_back(points_.At(row));
@@ -211,18 +213,16 @@ class PointManager : public QDialog {
     }
 
     void ChooseWaypointFile() {
-        const QString path = QFileDialog::getSaveFileName(
-            this, Text(kTextWaypointFile),
-            QString::fromStdString(program_.app.runtime.waypointFile), Text(kTextPointFiles),
-            nullptr, QFileDialog::DontConfirmOverwrite);
+        const QString path = ChooseFile(this, FileChoice::kSaveOrPick, Text(kTextWaypointFile),
+                                        program_.app.runtime.waypointFile, Text(kTextPointFiles));
         if (path.isEmpty()) return;
         ChangePointLocations(program_.app, path.toStdString(), program_.app.runtime.poiFolder);
         Reload();
     }
 
     void ChoosePoiFolder() {
-        const QString folder = QFileDialog::getExistingDirectory(
-            this, Text(kTextPoiFolder), QString::fromStdString(program_.app.runtime.poiFolder));
+        const QString folder = ChooseFile(this, FileChoice::kFolder, Text(kTextPoiFolder),
+                                          program_.app.runtime.poiFolder, QString());
         if (folder.isEmpty()) return;
         ChangePointLocations(program_.app, program_.app.runtime.waypointFile, folder.toStdString());
         Reload();
