@@ -160,6 +160,8 @@ void DefaultPointLocations(AppState& app) {
 void LoadPointLists(AppState& app) {
     PointLists& points = app.points;
     const std::lock_guard<std::mutex> guard(points.lock);
+    points.waypoints.Clear();
+    points.pois.Clear();
     LoadPointFile(app.runtime.waypointFile, points.waypoints);
     if (!app.options.loadPoiAtStartup) return;
     for (const std::string& file : CsvFilesOf(app.runtime.poiFolder)) {

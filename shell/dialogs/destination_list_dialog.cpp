@@ -40,8 +40,6 @@ constexpr std::uint32_t kTextChoosePoints = 14249;
 constexpr std::uint32_t kTextUnsaved = 14250;
 constexpr std::uint32_t kTextDestinationMenu = 40240;
 
-constexpr int kButtonColumns = 3;
-
 QString FileLabel(const std::string& file) {
     return file.empty() ? Text(kTextUnsaved) : QFileInfo(QString::fromStdString(file)).fileName();
 }
@@ -135,7 +133,7 @@ class DestinationEditor : public QDialog {
              button(kTextRemove, &DestinationEditor::Remove),
              button(kTextSaveAs, &DestinationEditor::SaveAs),
              button(kTextExport, &DestinationEditor::Export)},
-            kButtonColumns);
+            parentWidget());
     }
 
     void Refill(int select) {

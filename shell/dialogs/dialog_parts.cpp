@@ -18,6 +18,19 @@ namespace {
 constexpr int kMarkSize = 12;
 // Wider than this the dialog stops growing with its parent window.
 constexpr int kMaxDialogWidth = 520;
+constexpr int kNarrowWidth = 360;
+constexpr int kButtonColumns = 3;
+constexpr int kNarrowButtonColumns = 2;
+
+// Qt's own file chooser is wider than a phone held upright; without its
+// side bar and its history and view buttons it fits. The parts are found by
+// the names Qt gives them; a part not found stays.
+void HideChooserExtras(QFileDialog& chooser) {
+    for (const char* name : {"sidebar", "backButton", "forwardButton", "listModeButton",
+                             "fileTypeCombo", "fileTypeLabel", "lookInLabel", "detailModeButton"}) {
+        if (auto* part = chooser.findChild<QWidget*>(QString::fromLatin1(name))) part->hide();
+    }
+}
 
 }  // namespace
 
@@ -68,12 +81,18 @@ QString ChooseFile(QWidget* parent, FileChoice choice, const QString& title,
     } else {
         chooser.setFileMode(QFileDialog::ExistingFile);
     }
+    if (IsNarrow(parent)) HideChooserExtras(chooser);
     SizeToParent(chooser, parent);
     if (chooser.exec() != QDialog::Accepted || chooser.selectedFiles().isEmpty()) return {};
     return chooser.selectedFiles().constFirst();
 }
 
-QGridLayout* ButtonGrid(std::initializer_list<QPushButton*> buttons, int columns) {
+bool IsNarrow(const QWidget* parent) {
+    return parent != nullptr && parent->width() < kNarrowWidth;
+}
+
+QGridLayout* ButtonGrid(std::initializer_list<QPushButton*> buttons, const QWidget* parent) {
+    const int columns = IsNarrow(parent) ? kNarrowButtonColumns : kButtonColumns;
     auto* grid = new QGridLayout;
     int index = 0;
     for (QPushButton* button : buttons) {

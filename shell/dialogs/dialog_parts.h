@@ -43,7 +43,11 @@ enum class FileChoice { kOpen, kSave, kSaveOrPick, kFolder };
 QString ChooseFile(QWidget* parent, FileChoice choice, const QString& title,
                    const std::string& suggestion, const QString& filter);
 
-// Buttons in rows of columns, so that a narrow screen still shows them all.
-QGridLayout* ButtonGrid(std::initializer_list<QPushButton*> buttons, int columns);
+// Buttons in rows, three to a row or two where the parent is narrow, so
+// that a phone's screen still shows them all.
+QGridLayout* ButtonGrid(std::initializer_list<QPushButton*> buttons, const QWidget* parent);
+
+// Whether the parent is as narrow as a phone held upright.
+bool IsNarrow(const QWidget* parent);
 
 }  // namespace tolvane::shell

@@ -32,8 +32,6 @@ constexpr std::uint32_t kTextVoice = 14217;
 constexpr std::uint32_t kTextComment = 14218;
 constexpr std::uint32_t kTextNoFix = 14219;
 
-// Narrower than this the labels stand above the fields.
-constexpr int kNarrowWidth = 360;
 constexpr int kCategoryMinimumCharacters = 8;
 
 QLineEdit* Field(const std::string& text, int maxLength) {
@@ -80,9 +78,8 @@ class PointEditor : public QDialog {
 
         // Labels go above their fields where the screen is narrow.
         auto* form = new QFormLayout;
-        form->setRowWrapPolicy(parent != nullptr && parent->width() < kNarrowWidth
-                                   ? QFormLayout::WrapAllRows
-                                   : QFormLayout::WrapLongRows);
+        form->setRowWrapPolicy(IsNarrow(parent) ? QFormLayout::WrapAllRows
+                                                : QFormLayout::WrapLongRows);
         form->addRow(Text(kTextName), name_);
         if (!positionKnown) AddTypePositionSwitch(*form);
         form->addRow(Text(kTextLatitude), latitude_);

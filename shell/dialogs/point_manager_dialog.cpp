@@ -40,7 +40,6 @@ constexpr std::uint32_t kTextAdd = 14235;
 constexpr std::uint32_t kTextPointFiles = 14247;
 constexpr std::uint32_t kTextGpxFiles = 14248;
 
-constexpr int kButtonColumns = 3;
 // Enough to tell the entries of the filter boxes apart on a phone.
 constexpr int kChoiceMinimumCharacters = 6;
 
@@ -129,7 +128,7 @@ class PointManager : public QDialog {
              button(kTextExport, &PointManager::Export),
              button(kTextWaypointFile, &PointManager::ChooseWaypointFile),
              button(kTextPoiFolder, &PointManager::ChoosePoiFolder)},
-            kButtonColumns);
+            parentWidget());
     }
 
     PointQuery Query() {
