@@ -121,9 +121,7 @@ class DestinationEditor : public QDialog {
   private:
     QGridLayout* Buttons() {
         const auto button = [this](std::uint32_t text, void (DestinationEditor::*run)()) {
-            auto* b = new QPushButton(Text(text));
-            connect(b, &QPushButton::clicked, this, run);
-            return b;
+            return CommandButton(this, text, run);
         };
         return ButtonGrid(
             {button(kTextUp, &DestinationEditor::Up), button(kTextDown, &DestinationEditor::Down),

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QIcon>
+#include <QPushButton>
 #include <QString>
 #include <cstdint>
 #include <initializer_list>
@@ -8,7 +9,6 @@
 
 class QDialog;
 class QGridLayout;
-class QPushButton;
 class QWidget;
 
 namespace tolvane {
@@ -46,6 +46,14 @@ QString ChooseFile(QWidget* parent, FileChoice choice, const QString& title,
 // Buttons in rows, three to a row or two where the parent is narrow, so
 // that a phone's screen still shows them all.
 QGridLayout* ButtonGrid(std::initializer_list<QPushButton*> buttons, const QWidget* parent);
+
+// A button with a text of the language file that runs a member of dialog.
+template <typename Dialog>
+QPushButton* CommandButton(Dialog* dialog, std::uint32_t text, void (Dialog::*run)()) {
+    auto* button = new QPushButton(Text(text));
+    QObject::connect(button, &QPushButton::clicked, dialog, run);
+    return button;
+}
 
 // Whether the parent is as narrow as a phone held upright.
 bool IsNarrow(const QWidget* parent);

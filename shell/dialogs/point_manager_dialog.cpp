@@ -118,9 +118,7 @@ class PointManager : public QDialog {
   private:
     QGridLayout* Buttons() {
         const auto button = [this](std::uint32_t text, void (PointManager::*run)()) {
-            auto* b = new QPushButton(Text(text));
-            connect(b, &QPushButton::clicked, this, run);
-            return b;
+            return CommandButton(this, text, run);
         };
         return ButtonGrid(
             {button(kTextAdd, &PointManager::Add), button(kTextEdit, &PointManager::Edit),
