@@ -76,7 +76,9 @@ std::vector<GeoPoint> ChoosePoints(Program& program, QWidget* parent) {
     points.Load(program.app.runtime.waypointFile, program.app.runtime.poiFolder);
     const std::vector<PointRow> rows = points.Select(QueryAtFix(program.app));
     QDialog chooser(parent);
-    chooser.setWindowTitle(Text(kTextChoosePoints));
+    chooser.setWindowTitle(Text(kTextFromPoints));
+    auto* prompt = new QLabel(Text(kTextChoosePoints));
+    prompt->setWordWrap(true);
     auto* list = new QListWidget;
     list->setSelectionMode(QAbstractItemView::MultiSelection);
     for (const PointRow row : rows) {
@@ -87,6 +89,7 @@ std::vector<GeoPoint> ChoosePoints(Program& program, QWidget* parent) {
     QObject::connect(buttons, &QDialogButtonBox::accepted, &chooser, &QDialog::accept);
     QObject::connect(buttons, &QDialogButtonBox::rejected, &chooser, &QDialog::reject);
     auto* layout = new QVBoxLayout(&chooser);
+    layout->addWidget(prompt);
     layout->addWidget(list);
     layout->addWidget(buttons);
     SizeToParent(chooser, parent);
