@@ -32,14 +32,6 @@ constexpr std::array kCommandsWithoutOwner = {
     kCommandViewLogFile,
     kCommandCustomSpeedAlarm,
     kCommandCustomInterval,
-    kCommandAddWaypoint,
-    kCommandAddPoi,
-    kCommandPointManager,
-    kCommandGoToDestination,
-    kCommandAddDestination,
-    kCommandEditDestinations,
-    kCommandNewDestinationList,
-    kCommandOpenDestinationList,
     kCommandImport,
 };
 
@@ -47,6 +39,14 @@ constexpr std::array kCommandsWithoutOwner = {
 bool OpensDialog(int id) {
     switch (id) {
         case kCommandOptions:
+        case kCommandAddWaypoint:
+        case kCommandAddPoi:
+        case kCommandPointManager:
+        case kCommandGoToDestination:
+        case kCommandAddDestination:
+        case kCommandEditDestinations:
+        case kCommandNewDestinationList:
+        case kCommandOpenDestinationList:
             return true;
         default:
             return false;
@@ -74,6 +74,12 @@ bool VoiceGuideSwitchable(Program& program) {
 }
 
 bool DestinationListOpen(Program& program) {
+    Navigation& navigation = program.app.navigation;
+    const std::lock_guard<std::mutex> guard(navigation.lock);
+    return navigation.open;
+}
+
+bool HasDestinations(Program& program) {
     Navigation& navigation = program.app.navigation;
     const std::lock_guard<std::mutex> guard(navigation.lock);
     return navigation.destinations.Count() > 0;
@@ -219,8 +225,11 @@ bool IsCommandAvailable(Program& program, int id) {
         case kCommandNextDestination:
         case kCommandPreviousDestination:
         case kCommandResetDestinations:
-            return program.app.options.navigation != 0 && DestinationListOpen(program);
+            return program.app.options.navigation != 0 && HasDestinations(program);
+        case kCommandGoToDestination:
+            return HasDestinations(program);
         case kCommandCloseDestinationList:
+        case kCommandEditDestinations:
             return DestinationListOpen(program);
         case kCommandVoiceGuide:
             return VoiceGuideSwitchable(program);

@@ -10,6 +10,7 @@
 #include "core/app/menu_model.h"
 #include "core/base/string_manager.h"
 #include "core/data/geo_point_file.h"
+#include "core/data/point_collection.h"
 
 namespace tolvane {
 namespace {
@@ -76,26 +77,6 @@ bool StartTimers(Program& program) {
         host.ShowMessage(kTrackTimerFailedText, program.title, MessageIcon::kStop);
     }
     return true;
-}
-
-bool IsCsvFile(const fs::directory_entry& entry) {
-    std::string extension = entry.path().extension().string();
-    std::transform(extension.begin(), extension.end(), extension.begin(),
-                   [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
-    std::error_code error;
-    return extension == ".csv" && entry.is_regular_file(error);
-}
-
-// The "*.csv" files of a folder in name order, so that the POI list comes
-// out the same on every start.
-std::vector<std::string> CsvFiles(const std::string& folder) {
-    std::vector<std::string> files;
-    std::error_code error;
-    for (const fs::directory_entry& entry : fs::directory_iterator(folder, error)) {
-        if (IsCsvFile(entry)) files.push_back(entry.path().string());
-    }
-    std::sort(files.begin(), files.end());
-    return files;
 }
 
 }  // namespace
@@ -179,9 +160,11 @@ void DefaultPointLocations(AppState& app) {
 void LoadPointLists(AppState& app) {
     PointLists& points = app.points;
     const std::lock_guard<std::mutex> guard(points.lock);
+    points.waypoints.Clear();
+    points.pois.Clear();
     LoadPointFile(app.runtime.waypointFile, points.waypoints);
     if (!app.options.loadPoiAtStartup) return;
-    for (const std::string& file : CsvFiles(app.runtime.poiFolder)) {
+    for (const std::string& file : CsvFilesOf(app.runtime.poiFolder)) {
         LoadPointFile(file, points.pois);
     }
 }

@@ -73,7 +73,9 @@ void PrepareDataFolders(AppState& app, const std::string& documentsFolder);
 void DefaultPointLocations(AppState& app);
 
 // Loads the waypoint file and, when asked for at start-up, every "*.csv" of
-// the POI folder.
+// the POI folder, in place of the lists held before; the Options dialog calls
+// it again when the waypoint file, the POI folder or "Load POI at startup"
+// change, so that the maps show the change at once.
 void LoadPointLists(AppState& app);
 
 }  // namespace tolvane

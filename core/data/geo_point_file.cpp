@@ -155,6 +155,11 @@ std::string CategoryName(int index) {
     return kPoiCategories[index - 1].displayName;
 }
 
+std::string CategoryCanonicalName(int index) {
+    if (index < 1 || index > kPoiCategoryCount) return {};
+    return kPoiCategories[index - 1].acceptedName;
+}
+
 bool SavePointFile(const std::string& path, DynamicList<GeoPoint>& points) {
     std::string text;
     points.ForEach([&](const GeoPoint& point) { text += PointLine(point); });

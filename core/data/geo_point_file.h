@@ -31,6 +31,10 @@ int CategoryFromText(std::string& text);
 // The display name of category index 1..30; empty for any other index.
 std::string CategoryName(int index);
 
+// The name a lookup by text writes back for category index 1..30, which is
+// what a file stores; empty for any other index.
+std::string CategoryCanonicalName(int index);
+
 // Writes every point of points to path as one CSV line each (CR LF,
 // Windows-1252), replacing the file. Nine columns: longitude, latitude, name
 // (with "@limit" when there is a speed limit), category, proximity range

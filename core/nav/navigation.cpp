@@ -48,6 +48,7 @@ void OpenDestinationList(Navigation& navigation, DynamicList<GeoPoint>& loaded) 
     const Guard guard(navigation.lock);
     navigation.destinations.Clear();
     while (loaded.Count() > 0) navigation.destinations.Append(loaded.PopFront());
+    navigation.open = true;
     navigation.current = FirstUnreached(navigation.destinations);
     navigation.previous = kNoDestination;
 }
@@ -55,6 +56,8 @@ void OpenDestinationList(Navigation& navigation, DynamicList<GeoPoint>& loaded) 
 void CloseDestinationList(Navigation& navigation) {
     const Guard guard(navigation.lock);
     navigation.destinations.Clear();
+    navigation.open = false;
+    navigation.file.clear();
     navigation.current = kNoDestination;
     navigation.previous = kNoDestination;
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <mutex>
+#include <string>
 
 #include "core/base/dynamic_list.h"
 #include "core/data/geo_point.h"
@@ -33,16 +34,20 @@ inline constexpr double kKmPerRangeFoot = 0.00030480370641307;
 // too.
 struct Navigation {
     std::mutex lock;
+    bool open = false;  // a list is open, perhaps still empty
+    std::string file;   // where the open list is saved; empty until it has been
     DynamicList<GeoPoint> destinations;
     int current = kNoDestination;
     int previous = kNoDestination;  // the destination reached last
 };
 
-// Replaces the list with the records of loaded (which is left empty) and
-// makes the first destination not yet reached the current one.
+// Replaces the list with the records of loaded (which is left empty), opens
+// it and makes the first destination not yet reached the current one. The
+// list's file is left to the caller.
 void OpenDestinationList(Navigation& navigation, DynamicList<GeoPoint>& loaded);
 
-// Empties the list; there is no current or previous destination afterwards.
+// Empties and closes the list; there is no current or previous destination
+// afterwards.
 void CloseDestinationList(Navigation& navigation);
 
 // The position of the current destination in the list, or kNoDestination.

@@ -2,17 +2,40 @@
 
 #include "core/app/commands.h"
 #include "shell/dialogs/options_dialog.h"
+#include "shell/dialogs/destination_list_dialog.h"
+#include "shell/dialogs/point_manager_dialog.h"
 
 namespace tolvane::shell {
 
-bool OpenCommandDialog([[maybe_unused]] Program& program, [[maybe_unused]] QWidget* parent,
-                       int commandId) {
+bool OpenCommandDialog(Program& program, QWidget* parent, int commandId) {
     switch (commandId) {
         case kCommandOptions: {
             OptionsDialog dialog(program, parent);
             dialog.exec();
             return true;
         }
+        case kCommandAddWaypoint:
+        case kCommandAddPoi:
+            AddPointAtFix(program, parent, commandId == kCommandAddPoi);
+            return true;
+        case kCommandPointManager:
+            ManagePoints(program, parent);
+            return true;
+        case kCommandGoToDestination:
+            ChooseDestination(program, parent);
+            return true;
+        case kCommandAddDestination:
+            AddDestination(program, parent);
+            return true;
+        case kCommandEditDestinations:
+            EditDestinations(program, parent);
+            return true;
+        case kCommandNewDestinationList:
+            NewDestinations(program, parent);
+            return true;
+        case kCommandOpenDestinationList:
+            OpenDestinations(program, parent);
+            return true;
         default:
             return false;
     }
