@@ -67,6 +67,14 @@ void FreeLists(AppState& app) {
     app.track.viewedTrack.Clear();
 }
 
+void SwitchRadioOffIfOurs(Program& program) {
+    if (!program.radioSwitchedOn) return;
+    if (program.host.BluetoothRadioMode() == kRadioConnectable) {
+        program.host.SetBluetoothRadioMode(kRadioOff);
+    }
+    program.radioSwitchedOn = false;
+}
+
 }  // namespace
 
 bool RunExit(Program& program) {
@@ -80,6 +88,7 @@ bool RunExit(Program& program) {
     StopRunningGps(program);
     StopAlarm(program);
     FreeLists(program.app);
+    SwitchRadioOffIfOurs(program);
     if (program.screenHeld) {
         program.host.ReleaseScreenOn();
         program.screenHeld = false;
