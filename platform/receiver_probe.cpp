@@ -76,6 +76,7 @@ void ReceiverProbe::Run(std::string devicePath, std::uint32_t baudRate) {
             if (status.problem.empty()) status.problem = device.FailureReason();
             return Update(status);
         }
+        device.DiscardInput();
         const std::int64_t giveUp = Now() + listenMilliseconds_;
         while (!stopping_) {
             const int count = device.Read(buffer, sizeof buffer);

@@ -164,6 +164,10 @@ bool TermiosSerialDevice::SetReadWait(int tenths) {
     return tcsetattr(fd_, TCSANOW, &line) == 0 || Fail();
 }
 
+void TermiosSerialDevice::DiscardInput() {
+    tcflush(fd_, TCIFLUSH);
+}
+
 int TermiosSerialDevice::Read(char* buffer, int size) {
     const ssize_t count = ::read(fd_, buffer, static_cast<std::size_t>(size));
     if (count >= 0) return static_cast<int>(count);

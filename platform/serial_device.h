@@ -40,6 +40,9 @@ class TermiosSerialDevice final : public SerialDevice {
     // A read waits up to tenths of a second for the first byte; GPS Setup's
     // probe waits less, so that it stops quickly.
     bool SetReadWait(int tenths);
+    // Drops what has arrived and not been read, such as bytes received at
+    // another baud rate.
+    void DiscardInput();
     int Read(char* buffer, int size) override;
     bool IsGone() override;
     void Close() override;

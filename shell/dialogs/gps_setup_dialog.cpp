@@ -75,6 +75,8 @@ GpsSetupDialog::GpsSetupDialog(Program& program, QWidget* parent)
     layout->setContentsMargins(4, 4, 4, 4);
     layout->addWidget(pages_);
     layout->addWidget(buttons);
+    buttons_ = buttons;
+    ok_ = buttons->button(QDialogButtonBox::Ok);
 
     liveTimer_ = new QTimer(this);
     connect(liveTimer_, &QTimer::timeout, this, &GpsSetupDialog::ShowProbe);
@@ -117,6 +119,7 @@ QWidget* GpsSetupDialog::MakeGpsdPage() {
     layout->addWidget(WrappedLabel(Text(kTextSetupGpsdHelp)));
     gpsdState_ = WrappedLabel();
     layout->addWidget(gpsdState_);
+    layout->addStretch();
     return page;
 }
 
@@ -174,6 +177,7 @@ QWidget* GpsSetupDialog::MakeBluetoothPage() {
     layout->addWidget(receiver_);
     layout->addWidget(search);
     layout->addWidget(autoBluetooth_);
+    layout->addStretch();
     connect(search, &QPushButton::clicked, this, &GpsSetupDialog::StartSearch);
     ShowReceiver();
     return page;
@@ -213,10 +217,7 @@ QWidget* GpsSetupDialog::MakeSearchPage() {
     connect(search_, &BluetoothSearch::Finished, this, &GpsSetupDialog::EndSearch);
     connect(useFound_, &QPushButton::clicked, this, &GpsSetupDialog::TakeFoundReceiver);
     connect(foundList_, &QListWidget::itemActivated, this, &GpsSetupDialog::TakeFoundReceiver);
-    connect(cancel, &QPushButton::clicked, this, [this] {
-        search_->Cancel();
-        pages_->setCurrentIndex(kSettingsPage);
-    });
+    connect(cancel, &QPushButton::clicked, this, &GpsSetupDialog::reject);
     return page;
 }
 
@@ -318,7 +319,7 @@ void GpsSetupDialog::StartSearch() {
     useFound_->setEnabled(false);
     searchState_->setText(Text(kTextSearching));
     searchProgress_->setRange(0, 0);
-    pages_->setCurrentIndex(kSearchPage);
+    ShowPage(kSearchPage);
     search_->Start();
 }
 
@@ -344,7 +345,21 @@ void GpsSetupDialog::TakeFoundReceiver() {
     choice_.bluetoothAddress = found_[static_cast<std::size_t>(row)].address;
     choice_.bluetoothChannel = found_[static_cast<std::size_t>(row)].channel;
     ShowReceiver();
-    pages_->setCurrentIndex(kSettingsPage);
+    ShowPage(kSettingsPage);
+}
+
+void GpsSetupDialog::ShowPage(int page) {
+    pages_->setCurrentIndex(page);
+    buttons_->setVisible(page == kSettingsPage);
+    // Enter takes the found receiver on the search page and is OK elsewhere.
+    useFound_->setDefault(page == kSearchPage);
+    ok_->setDefault(page == kSettingsPage);
+}
+
+void GpsSetupDialog::reject() {
+    if (pages_->currentIndex() != kSearchPage) return QDialog::reject();
+    search_->Cancel();
+    ShowPage(kSettingsPage);
 }
 
 void GpsSetupDialog::accept() {

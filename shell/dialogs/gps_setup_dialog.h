@@ -34,6 +34,9 @@ class GpsSetupDialog final : public QDialog {
     // Writes the port link and stores the choices; stays open with a
     // message when the link cannot be written.
     void accept() override;
+    // On the search page Escape ends the search and goes back; elsewhere
+    // it closes the dialog without a change.
+    void reject() override;
 
   private:
     QWidget* MakeSettingsPage();
@@ -50,6 +53,7 @@ class GpsSetupDialog final : public QDialog {
     void StartSearch();
     void EndSearch(const QString& problem);
     void TakeFoundReceiver();
+    void ShowPage(int page);
     std::string ChosenDevice() const;
 
     Program& program_;
@@ -58,6 +62,8 @@ class GpsSetupDialog final : public QDialog {
     platform::ReceiverProbe probe_;
 
     QStackedWidget* pages_ = nullptr;
+    QWidget* buttons_ = nullptr;
+    QPushButton* ok_ = nullptr;
     QStackedWidget* sourcePages_ = nullptr;
     QComboBox* source_ = nullptr;
     QComboBox* port_ = nullptr;
