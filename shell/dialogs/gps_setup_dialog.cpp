@@ -93,6 +93,7 @@ QWidget* GpsSetupDialog::MakeSettingsPage() {
     auto* layout = new QVBoxLayout(page);
     layout->setContentsMargins(0, 0, 0, 0);
     source_ = new QComboBox;
+    source_->setObjectName("source");
     for (const std::uint32_t id :
          {kTextSetupSourceGpsd, kTextSetupSourcePort, kTextSetupSourceBluetooth}) {
         source_->addItem(Text(id));
@@ -135,6 +136,7 @@ QWidget* GpsSetupDialog::MakePortPage() {
     port_->setCurrentIndex(choice_.portIndex >= 0 && choice_.portIndex < kPortCount ? choice_.portIndex
                                                                                    : 0);
     device_ = new QComboBox;
+    device_->setObjectName("device");
     device_->setEditable(true);
     device_->setInsertPolicy(QComboBox::NoInsert);
     device_->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
@@ -151,6 +153,7 @@ QWidget* GpsSetupDialog::MakePortPage() {
     autoHelp->setStyleSheet("font-size: small");
     form->addRow(autoHelp);
     liveLine_ = WrappedLabel();
+    liveLine_->setObjectName("liveLine");
     form->addRow(liveLine_);
     advice_ = WrappedLabel();
     form->addRow(advice_);
