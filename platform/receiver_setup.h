@@ -24,8 +24,7 @@ std::string ReadPortLink(const std::string& portName);
 
 // Makes the port name's link in the port folder lead to devicePath,
 // replacing an earlier link. False with the system's reason when it cannot.
-bool WritePortLink(const std::string& portName, const std::string& devicePath,
-                   std::string& reason);
+bool WritePortLink(const std::string& portName, const std::string& devicePath, std::string& reason);
 
 // Why a device cannot be read, in GPS Setup's words: gone, a group to
 // join, or the system's reason. Empty when it can be opened.

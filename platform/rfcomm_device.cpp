@@ -30,7 +30,8 @@ struct RfcommAddress {
 RfcommAddress MakeAddress(std::uint64_t address, int channel) {
     RfcommAddress socketAddress{};
     socketAddress.family = kAddressFamilyBluetooth;
-    for (int i = 0; i < 6; ++i) socketAddress.address[i] = static_cast<std::uint8_t>(address >> (8 * i));
+    for (int i = 0; i < 6; ++i)
+        socketAddress.address[i] = static_cast<std::uint8_t>(address >> (8 * i));
     socketAddress.channel = static_cast<std::uint8_t>(channel);
     return socketAddress;
 }

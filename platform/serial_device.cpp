@@ -159,7 +159,7 @@ bool TermiosSerialDevice::Configure(const SerialSettings& settings) {
 bool TermiosSerialDevice::SetReadWait(int tenths) {
     termios line{};
     if (tcgetattr(fd_, &line) != 0) return Fail();
-    line.c_cc[VMIN] = 0;  // return with whatever has arrived ...
+    line.c_cc[VMIN] = 0;                           // return with whatever has arrived ...
     line.c_cc[VTIME] = static_cast<cc_t>(tenths);  // ... or when the wait is over
     return tcsetattr(fd_, TCSANOW, &line) == 0 || Fail();
 }

@@ -26,12 +26,11 @@ std::string LiveLineText(const NmeaListenSummary& summary, std::uint32_t baudRat
                          std::int64_t nowMilliseconds) {
     const std::string baud = std::to_string(baudRate);
     if (summary.sentences == 0) return SetupText(kTextLiveNothingYet, {baud});
-    const std::int64_t seconds =
-        nowMilliseconds > summary.lastMilliseconds
-            ? (nowMilliseconds - summary.lastMilliseconds) / 1000
-            : 0;
-    return SetupText(kTextLiveHeard, {std::to_string(summary.sentences), baud,
-                                      summary.lastSentence, std::to_string(seconds)});
+    const std::int64_t seconds = nowMilliseconds > summary.lastMilliseconds
+                                     ? (nowMilliseconds - summary.lastMilliseconds) / 1000
+                                     : 0;
+    return SetupText(kTextLiveHeard, {std::to_string(summary.sentences), baud, summary.lastSentence,
+                                      std::to_string(seconds)});
 }
 
 std::string OtherGnssAdvice(const NmeaListenSummary& summary, bool multiGnss) {
@@ -63,7 +62,8 @@ GpsSetupChoice CurrentGpsSetup(const AppState& app) {
 void ApplyGpsSetup(Program& program, const GpsSetupChoice& choice, int foundBaudIndex) {
     Options& options = program.app.options;
     options.gpsSource = choice.source;
-    if (choice.portIndex >= 0 && choice.portIndex < kPortCount) options.portIndex = choice.portIndex;
+    if (choice.portIndex >= 0 && choice.portIndex < kPortCount)
+        options.portIndex = choice.portIndex;
     const int baudIndex = choice.baudIndex >= 0 ? choice.baudIndex : foundBaudIndex;
     if (baudIndex >= 0 && baudIndex < kBaudCount) options.baudIndex = baudIndex;
     WriteWideField(options.bluetoothName, choice.bluetoothName);

@@ -19,8 +19,8 @@ class BluetoothSearchWorker final : public QObject {
     void Start() {
         Stop();
         if (QBluetoothLocalDevice::allDevices().isEmpty()) {
-            emit Finished(QString::fromStdString(SetupText(kTextSearchNoAdapter,
-                                                           {kErrorBluetoothPort})));
+            emit Finished(
+                QString::fromStdString(SetupText(kTextSearchNoAdapter, {kErrorBluetoothPort})));
             return;
         }
         agent_ = new QBluetoothServiceDiscoveryAgent(this);
@@ -54,8 +54,9 @@ class BluetoothSearchWorker final : public QObject {
 
   private:
     static QString ProblemText(QBluetoothServiceDiscoveryAgent::Error error, const QString& words) {
-        const bool noAdapter = error == QBluetoothServiceDiscoveryAgent::InvalidBluetoothAdapterError ||
-                               error == QBluetoothServiceDiscoveryAgent::PoweredOffError;
+        const bool noAdapter =
+            error == QBluetoothServiceDiscoveryAgent::InvalidBluetoothAdapterError ||
+            error == QBluetoothServiceDiscoveryAgent::PoweredOffError;
         const std::string code = std::string(kErrorBluetoothPort) + ", " + std::to_string(error);
         if (noAdapter) return QString::fromStdString(SetupText(kTextSearchNoAdapter, {code}));
         return QString::fromStdString(SetupText(kTextSearchFailed, {words.toStdString(), code}));
@@ -80,11 +81,13 @@ BluetoothSearch::~BluetoothSearch() {
 }
 
 void BluetoothSearch::Start() {
-    QMetaObject::invokeMethod(worker_, [this] { worker_->Start(); }, Qt::QueuedConnection);
+    QMetaObject::invokeMethod(
+        worker_, [this] { worker_->Start(); }, Qt::QueuedConnection);
 }
 
 void BluetoothSearch::Cancel() {
-    QMetaObject::invokeMethod(worker_, [this] { worker_->Stop(); }, Qt::QueuedConnection);
+    QMetaObject::invokeMethod(
+        worker_, [this] { worker_->Stop(); }, Qt::QueuedConnection);
 }
 
 }  // namespace tolvane::shell

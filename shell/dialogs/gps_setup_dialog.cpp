@@ -13,6 +13,7 @@
 #include <QPointer>
 #include <QProgressBar>
 #include <QPushButton>
+#include <QScreen>
 #include <QScrollArea>
 #include <QStackedWidget>
 #include <QTimer>
@@ -34,6 +35,8 @@ constexpr int kLiveLineMilliseconds = 500;
 constexpr int kAutoBaud = -1;
 constexpr int kSettingsPage = 0;
 constexpr int kSearchPage = 1;
+constexpr int kPreferredWidth = 360;
+constexpr int kPreferredHeight = 440;
 
 QString Text(std::uint32_t id) {
     return QString::fromStdString(LanguageText(id));
@@ -44,10 +47,26 @@ QString MenuTitle(std::uint32_t id) {
     return Text(id).section('\t', 0, 0);
 }
 
+// A combo box that may be narrower than its longest item, as a small screen
+// needs.
+QComboBox* NarrowComboBox() {
+    auto* box = new QComboBox;
+    box->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
+    box->setMinimumContentsLength(6);
+    return box;
+}
+
 QLabel* WrappedLabel(const QString& text = {}) {
     auto* label = new QLabel(text);
     label->setWordWrap(true);
     return label;
+}
+
+// The layout of a page, edge to edge: the dialog's own margins suffice.
+QVBoxLayout* PageLayout(QWidget* page) {
+    auto* layout = new QVBoxLayout(page);
+    layout->setContentsMargins(0, 0, 0, 0);
+    return layout;
 }
 
 QString ReceiverText(const std::string& name, std::uint64_t address) {
@@ -65,6 +84,8 @@ GpsSetupDialog::GpsSetupDialog(Program& program, QWidget* parent)
     auto* scroll = new QScrollArea;
     scroll->setWidgetResizable(true);
     scroll->setFrameShape(QFrame::NoFrame);
+    // The labels wrap to the width instead: no sideways scrolling on a phone.
+    scroll->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     scroll->setWidget(MakeSettingsPage());
     pages_->addWidget(scroll);
     pages_->addWidget(MakeSearchPage());
@@ -78,10 +99,23 @@ GpsSetupDialog::GpsSetupDialog(Program& program, QWidget* parent)
     buttons_ = buttons;
     ok_ = buttons->button(QDialogButtonBox::Ok);
 
+    FitToScreen();
+
     liveTimer_ = new QTimer(this);
     connect(liveTimer_, &QTimer::timeout, this, &GpsSetupDialog::ShowProbe);
     liveTimer_->start(kLiveLineMilliseconds);
     ShowSource();
+}
+
+// The dialog takes a comfortable size where there is room and the whole
+// screen of a small handheld (240 x 320) where there is not, centred on the
+// screen rather than on a main window that may be larger than it.
+void GpsSetupDialog::FitToScreen() {
+    const QScreen* screen = parentWidget() != nullptr ? parentWidget()->screen() : this->screen();
+    const QRect available = screen->availableGeometry();
+    resize(std::min(available.width(), kPreferredWidth),
+           std::min(available.height(), kPreferredHeight));
+    move(available.center() - rect().center());
 }
 
 GpsSetupDialog::~GpsSetupDialog() {
@@ -90,15 +124,15 @@ GpsSetupDialog::~GpsSetupDialog() {
 
 QWidget* GpsSetupDialog::MakeSettingsPage() {
     auto* page = new QWidget;
-    auto* layout = new QVBoxLayout(page);
-    layout->setContentsMargins(0, 0, 0, 0);
-    source_ = new QComboBox;
+    QVBoxLayout* layout = PageLayout(page);
+    source_ = NarrowComboBox();
     source_->setObjectName("source");
     for (const std::uint32_t id :
          {kTextSetupSourceGpsd, kTextSetupSourcePort, kTextSetupSourceBluetooth}) {
         source_->addItem(Text(id));
     }
-    const bool portSource = choice_.source == kGpsSourcePort || choice_.source == kGpsSourceBluetooth;
+    const bool portSource =
+        choice_.source == kGpsSourcePort || choice_.source == kGpsSourceBluetooth;
     source_->setCurrentIndex(portSource ? choice_.source : 0);
     auto* form = new QFormLayout;
     form->addRow(Text(kTextSetupSource), source_);
@@ -115,8 +149,7 @@ QWidget* GpsSetupDialog::MakeSettingsPage() {
 
 QWidget* GpsSetupDialog::MakeGpsdPage() {
     auto* page = new QWidget;
-    auto* layout = new QVBoxLayout(page);
-    layout->setContentsMargins(0, 0, 0, 0);
+    QVBoxLayout* layout = PageLayout(page);
     layout->addWidget(WrappedLabel(Text(kTextSetupGpsdHelp)));
     gpsdState_ = WrappedLabel();
     layout->addWidget(gpsdState_);
@@ -129,19 +162,17 @@ QWidget* GpsSetupDialog::MakePortPage() {
     auto* form = new QFormLayout(page);
     form->setContentsMargins(0, 0, 0, 0);
     form->setRowWrapPolicy(QFormLayout::WrapLongRows);
-    port_ = new QComboBox;
+    port_ = NarrowComboBox();
     for (int index = 0; index < kPortCount; ++index) {
         port_->addItem(QString::fromStdString(PortDeviceName(index)));
     }
-    port_->setCurrentIndex(choice_.portIndex >= 0 && choice_.portIndex < kPortCount ? choice_.portIndex
-                                                                                   : 0);
-    device_ = new QComboBox;
+    port_->setCurrentIndex(
+        choice_.portIndex >= 0 && choice_.portIndex < kPortCount ? choice_.portIndex : 0);
+    device_ = NarrowComboBox();
     device_->setObjectName("device");
     device_->setEditable(true);
     device_->setInsertPolicy(QComboBox::NoInsert);
-    device_->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
-    device_->setMinimumContentsLength(8);
-    baud_ = new QComboBox;
+    baud_ = NarrowComboBox();
     baud_->addItem(Text(kTextSetupAuto), kAutoBaud);
     for (int index = 0; index < kBaudCount; ++index) {
         baud_->addItem(QString::number(BaudRateForIndex(index)), index);
@@ -171,8 +202,7 @@ QWidget* GpsSetupDialog::MakePortPage() {
 
 QWidget* GpsSetupDialog::MakeBluetoothPage() {
     auto* page = new QWidget;
-    auto* layout = new QVBoxLayout(page);
-    layout->setContentsMargins(0, 0, 0, 0);
+    QVBoxLayout* layout = PageLayout(page);
     receiver_ = WrappedLabel();
     auto* search = new QPushButton(Text(kTextSetupSearch));
     autoBluetooth_ = new QCheckBox(Text(kTextSetupAutoBluetooth));
@@ -188,8 +218,7 @@ QWidget* GpsSetupDialog::MakeBluetoothPage() {
 
 QWidget* GpsSetupDialog::MakeSearchPage() {
     auto* page = new QWidget;
-    auto* layout = new QVBoxLayout(page);
-    layout->setContentsMargins(0, 0, 0, 0);
+    QVBoxLayout* layout = PageLayout(page);
     auto* title = new QLabel(Text(kTextSearchTitle));
     title->setStyleSheet("font-weight: bold");
     searchState_ = WrappedLabel();
@@ -201,9 +230,9 @@ QWidget* GpsSetupDialog::MakeSearchPage() {
     auto* row = new QHBoxLayout;
     row->addWidget(useFound_);
     row->addWidget(cancel);
-    for (QWidget* widget : {static_cast<QWidget*>(title), static_cast<QWidget*>(searchState_),
-                            static_cast<QWidget*>(searchProgress_),
-                            static_cast<QWidget*>(foundList_)}) {
+    for (QWidget* widget :
+         {static_cast<QWidget*>(title), static_cast<QWidget*>(searchState_),
+          static_cast<QWidget*>(searchProgress_), static_cast<QWidget*>(foundList_)}) {
         layout->addWidget(widget);
     }
     layout->addLayout(row);
@@ -301,8 +330,8 @@ void GpsSetupDialog::ShowGpsdState() {
     QPointer<QLabel> label = gpsdState_;
     std::thread([label] {
         const std::string address = platform::GpsdAddressText();
-        const std::string text = SetupText(
-            platform::GpsdAnswers() ? kTextGpsdRunning : kTextGpsdNotRunning, {address});
+        const std::string text =
+            SetupText(platform::GpsdAnswers() ? kTextGpsdRunning : kTextGpsdNotRunning, {address});
         QMetaObject::invokeMethod(
             qApp,
             [label, text] {
@@ -335,8 +364,8 @@ void GpsSetupDialog::EndSearch(const QString& problem) {
     } else if (found_.empty()) {
         searchState_->setText(Text(kTextSearchNoneFound));
     } else {
-        searchState_->setText(QString::fromStdString(
-            SetupText(kTextSearchFound, {std::to_string(found_.size())})));
+        searchState_->setText(
+            QString::fromStdString(SetupText(kTextSearchFound, {std::to_string(found_.size())})));
     }
 }
 
@@ -382,9 +411,9 @@ void GpsSetupDialog::accept() {
         const std::string portName = PortDeviceName(choice_.portIndex);
         std::string reason;
         if (!device.empty() && !platform::WritePortLink(portName, device, reason)) {
-            QMessageBox::warning(this, QString::fromStdString(program_.title),
-                                 QString::fromStdString(
-                                     SetupText(kTextLinkNotWritten, {portName, device, reason})));
+            QMessageBox::warning(
+                this, QString::fromStdString(program_.title),
+                QString::fromStdString(SetupText(kTextLinkNotWritten, {portName, device, reason})));
             return;
         }
     }

@@ -39,6 +39,7 @@ class GpsSetupDialog final : public QDialog {
     void reject() override;
 
   private:
+    void FitToScreen();
     QWidget* MakeSettingsPage();
     QWidget* MakeGpsdPage();
     QWidget* MakePortPage();

@@ -1,3 +1,5 @@
+#include "core/app/gps_setup.h"
+
 #include <grp.h>
 #include <gtest/gtest.h>
 #include <sys/stat.h>
@@ -9,7 +11,6 @@
 #include <thread>
 
 #include "core/app/gps_commands.h"
-#include "core/app/gps_setup.h"
 #include "platform/port_device.h"
 #include "platform/receiver_probe.h"
 #include "platform/receiver_setup.h"
@@ -31,6 +32,26 @@ const std::string kRmc =
 class ZeroClock final : public Clock {
   public:
     FileTime NowUtc() const override { return 0; }
+};
+
+// The port source on the program's real port device, with the tool's quiet
+// host, whose timers the tests fire by hand.
+struct SourceOnPortDevice {
+    SourceOnPortDevice() : host(clock, quiet, quiet, quiet, messages) {
+        ResetOptions(options);
+        port.links.device = &device;
+        port.links.options = &options;
+        LinkPortSourceToHost(port, host);
+    }
+    ~SourceOnPortDevice() { StopPortSource(port); }
+
+    platform::PortDevice device;
+    tool::QuietServices quiet;
+    std::ostringstream messages;
+    ZeroClock clock;
+    tool::ToolHost host;
+    Options options{};
+    PortSource port;
 };
 
 // A receiver on a pseudo-terminal that talks at one baud rate: while the
@@ -103,19 +124,13 @@ TEST(GpsSetupOnPty, TheWrittenLinkIsWhatStartGpsReads) {
     ASSERT_TRUE(platform::WritePortLink("COM7", receiver.SlaveName(), reason)) << reason;
     EXPECT_EQ(platform::ReadPortLink("COM7"), receiver.SlaveName());
 
-    platform::PortDevice device;
-    tool::QuietServices quiet;
-    std::ostringstream messages;
-    ZeroClock clock;
-    tool::ToolHost host(clock, quiet, quiet, quiet, messages);
-    Options options{};
-    ResetOptions(options);
+    SourceOnPortDevice source;
+    Options& options = source.options;
+    PortSource& port = source.port;
+    tool::ToolHost& host = source.host;
+    std::ostringstream& messages = source.messages;
     options.gpsSource = kGpsSourcePort;
     options.portIndex = 7;
-    PortSource port;
-    port.links.device = &device;
-    port.links.options = &options;
-    LinkPortSourceToHost(port, host);
     ASSERT_TRUE(StartPortGps(port, options, OptionsRuntime{}, host)) << messages.str();
     ASSERT_TRUE(receiver.Send(kRmc));
     ASSERT_TRUE(WaitUntil(
@@ -125,31 +140,25 @@ TEST(GpsSetupOnPty, TheWrittenLinkIsWhatStartGpsReads) {
             return port.parseStats.rmc == 1;
         },
         10s));
-    StopPortSource(port);
 }
 
 // This machine has no Bluetooth adapter: the real RFCOMM link fails at once
 // with the Bluetooth code and the system's reason, and Start GPS says so.
 TEST(GpsSetupOnPty, WithoutAnAdapterTheBluetoothLinkFailsWithItsCode) {
-    platform::PortDevice device;
-    tool::QuietServices quiet;
-    std::ostringstream messages;
-    ZeroClock clock;
-    tool::ToolHost host(clock, quiet, quiet, quiet, messages);
-    Options options{};
-    ResetOptions(options);
+    SourceOnPortDevice source;
+    Options& options = source.options;
+    PortSource& port = source.port;
+    tool::ToolHost& host = source.host;
+    std::ostringstream& messages = source.messages;
     options.gpsSource = kGpsSourceBluetooth;
     OptionsRuntime runtime;
     runtime.receiverChosen = true;
     runtime.bluetoothAddress = 0x00'1C'88'30'A1'B2;
-    PortSource port;
-    port.links.device = &device;
-    LinkPortSourceToHost(port, host);
     EXPECT_FALSE(StartPortGps(port, options, runtime, host));
     EXPECT_EQ(port.lastErrorCode, kErrorBluetoothPort);
     EXPECT_FALSE(port.lastErrorReason.empty());
     EXPECT_NE(messages.str().find("0x08200a10 ("), std::string::npos) << messages.str();
-    EXPECT_FALSE(device.IsOpen());
+    EXPECT_FALSE(source.device.IsOpen());
 }
 
 // The list shows the receivers' own names for the devices they stand for,
@@ -159,7 +168,8 @@ TEST(GpsSetupOnPty, DevicesAreListedByTheirNamesAndAPermissionProblemNamesTheGro
     testing::TemporaryFolder dev;
     namespace fs = std::filesystem;
     fs::create_directories(dev.File("serial/by-id"));
-    for (const char* node : {"ttyACM0", "ttyUSB1", "ttyS0"}) testing::WriteFileBytes(dev.File(node), "");
+    for (const char* node : {"ttyACM0", "ttyUSB1", "ttyS0"})
+        testing::WriteFileBytes(dev.File(node), "");
     fs::create_symlink("../../ttyACM0", dev.File("serial/by-id/usb-u-blox_GNSS_receiver-if00"));
     const std::vector<platform::SerialPortEntry> ports = platform::ListSerialPorts(dev.Path());
     ASSERT_EQ(ports.size(), 2u);
@@ -170,7 +180,8 @@ TEST(GpsSetupOnPty, DevicesAreListedByTheirNamesAndAPermissionProblemNamesTheGro
     struct stat node;
     ASSERT_EQ(stat(dev.File("ttyUSB1").c_str(), &node), 0);
     const std::string group = getgrgid(node.st_gid)->gr_name;
-    EXPECT_NE(platform::DeviceProblemText(dev.File("ttyUSB1"), EACCES).find("Join the group \"" + group + "\""),
+    EXPECT_NE(platform::DeviceProblemText(dev.File("ttyUSB1"), EACCES)
+                  .find("Join the group \"" + group + "\""),
               std::string::npos);
     EXPECT_TRUE(platform::DeviceProblem(dev.File("ttyUSB1")).empty());
 }

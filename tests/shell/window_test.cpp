@@ -2,12 +2,12 @@
 // soft-key menus, closing, a second start and the screen rules. Message
 // boxes are real and are answered by a timer, as a user would.
 #include <QAbstractButton>
-#include <QComboBox>
-#include <QLabel>
-#include <QLineEdit>
 #include <QApplication>
+#include <QComboBox>
 #include <QDir>
 #include <QFile>
+#include <QLabel>
+#include <QLineEdit>
 #include <QMenu>
 #include <QMessageBox>
 #include <QProcess>
@@ -161,7 +161,8 @@ void WindowTest::GpsSetupFindsAReceiverThatStartGpsThenReads() {
         device->setEditText(QString::fromStdString(receiver.SlaveName()));
         emit device->lineEdit()->editingFinished();
         auto* line = dialog->findChild<QLabel*>(QStringLiteral("liveLine"));
-        for (int wait = 0; wait < 100 && !line->text().contains(QStringLiteral("4800 baud, last $GP")); ++wait) {
+        for (int wait = 0;
+             wait < 100 && !line->text().contains(QStringLiteral("4800 baud, last $GP")); ++wait) {
             receiver.Send(second);
             QTest::qWait(100);
         }

@@ -19,11 +19,14 @@ using testing::NmeaSentence;
 // pieces, after noise or behind a broken start; the live line reports them.
 TEST(GpsSetupTest, TheLiveLineCountsOnlyCheckedSentences) {
     NmeaListener listener;
-    const std::string rmc = NmeaSentence("GPRMC,123519,A,4807.038,N,01131.000,E,022.4,084.4,230394,003.1,W");
-    std::string badChecksum = NmeaSentence("GPGGA,123519,4807.038,N,01131.000,E,1,08,0.9,545.4,M,46.9,M,,");
+    const std::string rmc =
+        NmeaSentence("GPRMC,123519,A,4807.038,N,01131.000,E,022.4,084.4,230394,003.1,W");
+    std::string badChecksum =
+        NmeaSentence("GPGGA,123519,4807.038,N,01131.000,E,1,08,0.9,545.4,M,46.9,M,,");
     badChecksum[badChecksum.size() - 3] ^= 1;
     const std::string noise = "\x93\xf1 garbage at a wrong rate $GPR\xfe\r\n";
-    const std::string stream = noise + rmc + badChecksum + "$GPGS" + rmc + NmeaSentence("GPGSA,A,3,04,05");
+    const std::string stream =
+        noise + rmc + badChecksum + "$GPGS" + rmc + NmeaSentence("GPGSA,A,3,04,05");
     listener.Feed(stream.data(), 40, 1000);
     listener.Feed(stream.data() + 40, static_cast<int>(stream.size()) - 40, 3000);
     EXPECT_EQ(listener.Summary().sentences, 3);
@@ -41,7 +44,8 @@ TEST(GpsSetupTest, AReceiverThatTalksOnlyOtherConstellationsIsRecognised) {
     NmeaListener listener;
     const std::string stream =
         NmeaSentence("GNRMC,083559.00,A,4717.11437,N,00833.91522,E,0.004,77.52,091202,,,A") +
-        NmeaSentence("GLGSV,1,1,02,65,45,120,30,66,12,300,22") + NmeaSentence("GPTXT,01,01,02,ANTOK");
+        NmeaSentence("GLGSV,1,1,02,65,45,120,30,66,12,300,22") +
+        NmeaSentence("GPTXT,01,01,02,ANTOK");
     listener.Feed(stream.data(), static_cast<int>(stream.size()), 0);
     ASSERT_TRUE(TalksOnlyOtherGnss(listener.Summary()));
     const std::string advice = OtherGnssAdvice(listener.Summary(), false);
@@ -50,7 +54,8 @@ TEST(GpsSetupTest, AReceiverThatTalksOnlyOtherConstellationsIsRecognised) {
     EXPECT_NE(advice.find("multi-GNSS"), std::string::npos) << advice;
     EXPECT_NE(OtherGnssAdvice(listener.Summary(), true), advice);
 
-    const std::string gga = NmeaSentence("GPGGA,083559.00,4717.11437,N,00833.91522,E,1,08,1.0,499.6,M,48.0,M,,");
+    const std::string gga =
+        NmeaSentence("GPGGA,083559.00,4717.11437,N,00833.91522,E,1,08,1.0,499.6,M,48.0,M,,");
     listener.Feed(gga.data(), static_cast<int>(gga.size()), 0);
     EXPECT_FALSE(TalksOnlyOtherGnss(listener.Summary()));
 }
