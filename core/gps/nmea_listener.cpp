@@ -14,7 +14,7 @@ namespace {
 constexpr std::size_t kLongestLine = 120;
 
 constexpr std::array<std::string_view, 5> kOtherGnssTalkers = {"GN", "GL", "GA", "GB", "GQ"};
-constexpr std::array<std::string_view, 4> kPositionSentences = {"RMC", "GGA", "GSA", "GSV"};
+constexpr std::array<std::string_view, 2> kFixSentences = {"RMC", "GGA"};
 
 template <std::size_t Size>
 bool IsOneOf(std::string_view text, const std::array<std::string_view, Size>& choices) {
@@ -70,7 +70,7 @@ void NmeaListener::TakeLine(std::int64_t nowMilliseconds) {
     summary_.lastSentence = line_.substr(0, comma);
     summary_.lastMilliseconds = nowMilliseconds;
     if (summary_.lastSentence.size() == 6 &&
-        IsOneOf(std::string_view(summary_.lastSentence).substr(3), kPositionSentences)) {
+        IsOneOf(std::string_view(summary_.lastSentence).substr(3), kFixSentences)) {
         const std::string talker = summary_.lastSentence.substr(1, 2);
         if (talker == "GP") {
             ++summary_.gpsTalkerSentences;

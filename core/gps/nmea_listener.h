@@ -13,9 +13,9 @@ struct NmeaListenSummary {
     int badChecksums = 0;
     std::string lastSentence;  // "$GPRMC"
     std::int64_t lastMilliseconds = 0;
-    // The position sentences (RMC, GGA, GSA, GSV) by talker: the port source
-    // reads GP only, and a receiver that sends GN, GL, GA, GB or GQ instead
-    // gives no fix there.
+    // The fix sentences (RMC, GGA) by talker: the port source reads GP only,
+    // and a receiver that sends its fix as GN, GL, GA, GB or GQ gives no fix
+    // there, even when its satellites of the GPS system come as GPGSV.
     int gpsTalkerSentences = 0;
     int otherGnssTalkerSentences = 0;
     std::string otherTalker;  // "GN", the last one heard
@@ -40,8 +40,7 @@ class NmeaListener {
 // checksum that matches its text.
 bool HasGoodNmeaChecksum(const std::string& sentence);
 
-// A receiver that talks only GN, GL, GA, GB or GQ for the sentences the
-// port source reads, and never GP.
+// A receiver that sends its fix only as GN, GL, GA, GB or GQ, never as GP.
 bool TalksOnlyOtherGnss(const NmeaListenSummary& summary);
 
 }  // namespace tolvane

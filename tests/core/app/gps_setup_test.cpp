@@ -37,19 +37,19 @@ TEST(GpsSetupTest, TheLiveLineCountsOnlyCheckedSentences) {
     EXPECT_EQ(LiveLineText(NmeaListenSummary{}, 9600, 0), "Listening at 9600 baud, nothing yet.");
 }
 
-// A receiver that sends GN and GL instead of GP gets no fix from the port
-// source; GPS Setup says so with both ways out, and stops once one is taken.
-// One GP position sentence means the receiver is read as it is.
+// A receiver that sends its fix as GN instead of GP gets no fix from the
+// port source, although its GPS satellites come as GPGSV; GPS Setup says so
+// with both ways out. One GP fix sentence means it is read as it is.
 TEST(GpsSetupTest, AReceiverThatTalksOnlyOtherConstellationsIsRecognised) {
     NmeaListener listener;
     const std::string stream =
         NmeaSentence("GNRMC,083559.00,A,4717.11437,N,00833.91522,E,0.004,77.52,091202,,,A") +
-        NmeaSentence("GLGSV,1,1,02,65,45,120,30,66,12,300,22") +
-        NmeaSentence("GPTXT,01,01,02,ANTOK");
+        NmeaSentence("GPGSV,1,1,01,05,45,120,30") + NmeaSentence("GLGSV,1,1,01,65,12,300,22") +
+        NmeaSentence("GNGGA,083559.00,4717.11437,N,00833.91522,E,1,08,1.0,499.6,M,48.0,M,,");
     listener.Feed(stream.data(), static_cast<int>(stream.size()), 0);
     ASSERT_TRUE(TalksOnlyOtherGnss(listener.Summary()));
     const std::string advice = OtherGnssAdvice(listener.Summary(), false);
-    EXPECT_NE(advice.find("talks GL"), std::string::npos) << advice;
+    EXPECT_NE(advice.find("talks GN"), std::string::npos) << advice;
     EXPECT_NE(advice.find("gpsd"), std::string::npos) << advice;
     EXPECT_NE(advice.find("multi-GNSS"), std::string::npos) << advice;
     EXPECT_NE(OtherGnssAdvice(listener.Summary(), true), advice);
