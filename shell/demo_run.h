@@ -27,6 +27,7 @@ class RunSerialDevice final : public SerialDevice {
     int Read(char* buffer, int size) override { return device_.Read(buffer, size); }
     bool IsGone() override { return device_.IsGone(); }
     void Close() override { device_.Close(); }
+    std::string FailureReason() const override { return device_.FailureReason(); }
 
   private:
     platform::PortDevice device_;
