@@ -29,7 +29,6 @@ constexpr std::array kCommandsWithoutOwner = {
     kCommandShowRange,
     kCommandLoadMap,
     kCommandViewLogFile,
-    kCommandOptions,
     kCommandCustomSpeedAlarm,
     kCommandCustomInterval,
     kCommandAddWaypoint,
@@ -47,6 +46,7 @@ constexpr std::array kCommandsWithoutOwner = {
 bool OpensDialog(int id) {
     switch (id) {
         case kCommandGpsSetup:
+        case kCommandOptions:
             return true;
         default:
             return false;

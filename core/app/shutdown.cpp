@@ -7,19 +7,6 @@
 namespace tolvane {
 namespace {
 
-constexpr int kSaveAttempts = 5;
-
-// The live copies of the settings' texts go back into the record first, so
-// that what is saved is what the program used.
-void SaveSettings(Program& program) {
-    Options& options = program.app.options;
-    const OptionsRuntime& runtime = program.app.runtime;
-    WriteWideField(options.storageLocation, runtime.storageLocation);
-    WriteWideField(options.poiFolder, runtime.poiFolder);
-    WriteWideField(options.waypointFile, runtime.waypointFile);
-    SaveOptions(program.files.optionsPath, options, kSaveAttempts);
-}
-
 void StopTimers(Program& program) {
     for (int* timer : {&program.trackTimerId, &program.mainTimerId}) {
         if (*timer != 0) program.host.KillTimer(*timer);
@@ -77,8 +64,17 @@ void SwitchRadioOffIfOurs(Program& program) {
 
 }  // namespace
 
+void SaveProgramSettings(Program& program) {
+    Options& options = program.app.options;
+    const OptionsRuntime& runtime = program.app.runtime;
+    WriteWideField(options.storageLocation, runtime.storageLocation);
+    WriteWideField(options.poiFolder, runtime.poiFolder);
+    WriteWideField(options.waypointFile, runtime.waypointFile);
+    SaveOptions(program.files.optionsPath, options, kSaveAttempts);
+}
+
 bool RunExit(Program& program) {
-    SaveSettings(program);
+    SaveProgramSettings(program);
     if (!program.host.AskYesNo(CStringManager::GetInstance().GetText(kTextConfirmExit),
                                program.title)) {
         return false;

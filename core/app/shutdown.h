@@ -7,6 +7,13 @@ namespace tolvane {
 // Language string of the question before the program ends.
 inline constexpr std::uint32_t kTextConfirmExit = 10706;
 
+// Saving the settings is tried this many times.
+inline constexpr int kSaveAttempts = 5;
+
+// Saves Options.dat with the live copies of the settings' texts put back
+// into the record first, so that what is saved is what the program used.
+void SaveProgramSettings(Program& program);
+
 // The Exit command, also run when the window is asked to close: saves the
 // settings first, then asks; a No keeps the program running with the
 // settings already saved. On yes it stops the timers, the track logger, the

@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "core/base/number_fields.h"
+
 namespace tolvane {
 namespace {
 
@@ -105,16 +107,7 @@ std::int32_t ClampTrackInterval(std::int64_t seconds) {
 }
 
 std::int32_t TrackIntervalFromField(std::string_view text) {
-    const std::size_t first = text.find_first_not_of(' ');
-    if (first == std::string_view::npos) return ClampTrackInterval(0);
-    text = text.substr(first, text.find_last_not_of(' ') - first + 1);
-    std::int64_t value = 0;
-    for (const char c : text) {
-        if (c < '0' || c > '9') return ClampTrackInterval(0);
-        // Anything past the maximum clamps the same, so counting stops there.
-        value = std::min<std::int64_t>(value * 10 + (c - '0'), kMaximumTrackInterval + 1);
-    }
-    return ClampTrackInterval(value);
+    return ClampTrackInterval(ReadUnsignedField(text, kMaximumTrackInterval + 1));
 }
 
 }  // namespace tolvane

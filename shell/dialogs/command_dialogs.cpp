@@ -2,6 +2,7 @@
 
 #include "core/app/commands.h"
 #include "shell/dialogs/gps_setup_dialog.h"
+#include "shell/dialogs/options_dialog.h"
 
 namespace tolvane::shell {
 
@@ -10,6 +11,11 @@ bool OpenCommandDialog([[maybe_unused]] Program& program, [[maybe_unused]] QWidg
     switch (commandId) {
         case kCommandGpsSetup: {
             GpsSetupDialog dialog(program, parent);
+            dialog.exec();
+            return true;
+        }
+        case kCommandOptions: {
+            OptionsDialog dialog(program, parent);
             dialog.exec();
             return true;
         }

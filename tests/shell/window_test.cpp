@@ -29,6 +29,7 @@
 #include "shell/soft_key_bar.h"
 #include "tests/core/nmea_sentence.h"
 #include "tests/platform/pseudo_terminal.h"
+#include "tests/shell/program_home.h"
 
 namespace tolvane::shell {
 namespace {
@@ -91,13 +92,7 @@ class WindowTest : public QObject {
 };
 
 void WindowTest::init() {
-    // A program folder of its own for each case: the language file and
-    // nothing the last case wrote.
-    home_ = std::make_unique<QTemporaryDir>();
-    QFile::copy(QStringLiteral(TOLVANE_PROGRAM_DIR "/tolvane_ENU.dat"),
-                home_->filePath(QStringLiteral("tolvane_ENU.dat")));
-    platform::InstallProgramPaths(home_->path().toStdString());
-    qputenv("HOME", home_->path().toUtf8());
+    home_ = NewProgramHome();
 }
 
 void WindowTest::cleanup() {
@@ -385,15 +380,7 @@ void WindowTest::TheAlarmLoopsWithoutAJump() {
 }  // namespace tolvane::shell
 
 int main(int argc, char** argv) {
-    // No display and no session: the offscreen platform, and a runtime
-    // folder of the tests' own for the single-instance lock.
-    QTemporaryDir runtime;
-    qputenv("QT_QPA_PLATFORM", "offscreen");
-    qputenv("XDG_RUNTIME_DIR", runtime.path().toUtf8());
-    qunsetenv("TOLVANE_HOME");
-    QApplication application(argc, argv);
-    tolvane::shell::WindowTest test;
-    return QTest::qExec(&test, argc, argv);
+    return tolvane::shell::RunOffscreenTests<tolvane::shell::WindowTest>(argc, argv);
 }
 
 #include "window_test.moc"

@@ -53,6 +53,7 @@ class EventHost final : public RecordingHost {
         radioMode = mode;
         return true;
     }
+    std::string FindEngineProgram() const override { return engineProgram; }
 
     std::vector<std::string> events;
     FileTime now = 0;
@@ -62,6 +63,7 @@ class EventHost final : public RecordingHost {
     int lastTimer = 0;
     std::function<void()> onQuestion;
     int radioMode = kRadioNone;
+    std::string engineProgram;  // empty: no speech engine
 };
 
 // A receiver that opens, unless told to refuse, and then stays silent.

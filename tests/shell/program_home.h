@@ -1,0 +1,39 @@
+#pragma once
+
+#include <QApplication>
+#include <QFile>
+#include <QTemporaryDir>
+#include <QTest>
+#include <memory>
+
+#include "platform/program_location.h"
+
+namespace tolvane::shell {
+
+// A program folder of its own for each case: the language file and nothing
+// the last case wrote. HOME points there too, so the documents folder is
+// fresh as well.
+inline std::unique_ptr<QTemporaryDir> NewProgramHome() {
+    auto home = std::make_unique<QTemporaryDir>();
+    QFile::copy(QStringLiteral(TOLVANE_PROGRAM_DIR "/tolvane_ENU.dat"),
+                home->filePath(QStringLiteral("tolvane_ENU.dat")));
+    platform::InstallProgramPaths(home->path().toStdString());
+    qputenv("HOME", home->path().toUtf8());
+    return home;
+}
+
+// Runs the cases of Test with no display and no session: the offscreen
+// platform, and a runtime folder of the tests' own for the single-instance
+// lock.
+template <typename Test>
+int RunOffscreenTests(int argc, char** argv) {
+    QTemporaryDir runtime;
+    qputenv("QT_QPA_PLATFORM", "offscreen");
+    qputenv("XDG_RUNTIME_DIR", runtime.path().toUtf8());
+    qunsetenv("TOLVANE_HOME");
+    QApplication application(argc, argv);
+    Test test;
+    return QTest::qExec(&test, argc, argv);
+}
+
+}  // namespace tolvane::shell
