@@ -156,12 +156,16 @@ bool TermiosSerialDevice::Configure(const SerialSettings& settings) {
     return true;
 }
 
-bool TermiosSerialDevice::SetReadTimeouts() {
+bool TermiosSerialDevice::SetReadWait(int tenths) {
     termios line{};
     if (tcgetattr(fd_, &line) != 0) return Fail();
-    line.c_cc[VMIN] = 0;    // return with whatever has arrived ...
-    line.c_cc[VTIME] = 10;  // ... or after one second without a byte
+    line.c_cc[VMIN] = 0;                           // return with whatever has arrived ...
+    line.c_cc[VTIME] = static_cast<cc_t>(tenths);  // ... or when the wait is over
     return tcsetattr(fd_, TCSANOW, &line) == 0 || Fail();
+}
+
+void TermiosSerialDevice::DiscardInput() {
+    tcflush(fd_, TCIFLUSH);
 }
 
 int TermiosSerialDevice::Read(char* buffer, int size) {

@@ -25,6 +25,7 @@ class TermiosSerialDevice final : public SerialDevice {
 
     static constexpr int kSettingsRetries = 15;
     static constexpr int kSettingsRetryMilliseconds = 1000;
+    static constexpr int kReadWaitTenths = 10;
 
     TermiosSerialDevice();
     explicit TermiosSerialDevice(Sleeper sleep);
@@ -35,7 +36,13 @@ class TermiosSerialDevice final : public SerialDevice {
     bool Open(const std::string& name) override;
     bool IsOpen() const override { return fd_ >= 0; }
     bool Configure(const SerialSettings& settings) override;
-    bool SetReadTimeouts() override;
+    bool SetReadTimeouts() override { return SetReadWait(kReadWaitTenths); }
+    // A read waits up to tenths of a second for the first byte; GPS Setup's
+    // probe waits less, so that it stops quickly.
+    bool SetReadWait(int tenths);
+    // Drops what has arrived and not been read, such as bytes received at
+    // another baud rate.
+    void DiscardInput();
     int Read(char* buffer, int size) override;
     bool IsGone() override;
     void Close() override;

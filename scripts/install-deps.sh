@@ -9,7 +9,7 @@ packages=(
   libgtest-dev libbenchmark-dev
   nlohmann-json3-dev
   gpsd espeak-ng gpsbabel libxml2-utils
-  qt6-base-dev qt6-multimedia-dev libgl-dev fonts-dejavu-core
+  qt6-base-dev qt6-multimedia-dev qt6-connectivity-dev libgl-dev fonts-dejavu-core
   xvfb xdotool desktop-file-utils appstream
 )
 

@@ -7,11 +7,11 @@
 #include "core/data/options.h"
 #include "core/gps/serial_device.h"
 #include "platform/demo_receiver.h"
-#include "platform/serial_device.h"
+#include "platform/port_device.h"
 
 namespace tolvane::shell {
 
-// The serial device of a run: a real termios device, which in a demo run
+// The serial device of a run: the platform's port device, which in a demo run
 // opens the demo receiver's terminal whatever port the settings name.
 class RunSerialDevice final : public SerialDevice {
   public:
@@ -27,9 +27,10 @@ class RunSerialDevice final : public SerialDevice {
     int Read(char* buffer, int size) override { return device_.Read(buffer, size); }
     bool IsGone() override { return device_.IsGone(); }
     void Close() override { device_.Close(); }
+    std::string FailureReason() const override { return device_.FailureReason(); }
 
   private:
-    platform::TermiosSerialDevice device_;
+    platform::PortDevice device_;
     std::string demoDevice_;
 };
 

@@ -9,6 +9,7 @@
 #include "core/app/host.h"
 #include "platform/process_runner.h"
 #include "platform/speech_engine_finder.h"
+#include "shell/bluetooth_radio.h"
 #include "shell/screen_saver.h"
 #include "shell/sound_player.h"
 
@@ -76,6 +77,8 @@ class QtHost final : public QObject, public Host {
     void OpenDialog(int commandId) override {
         if (dialogOpener_) dialogOpener_(commandId);
     }
+    int BluetoothRadioMode() override { return ReadRadioMode(); }
+    bool SetBluetoothRadioMode(int mode) override { return SwitchRadio(mode); }
     void CloseWindow() override;
 
   private:

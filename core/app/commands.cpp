@@ -28,7 +28,6 @@ constexpr std::array kCommandsWithoutOwner = {
     kCommandShowLabel,
     kCommandShowRange,
     kCommandLoadMap,
-    kCommandGpsSetup,
     kCommandViewLogFile,
     kCommandCustomSpeedAlarm,
     kCommandCustomInterval,
@@ -38,6 +37,7 @@ constexpr std::array kCommandsWithoutOwner = {
 // The commands that a dialog of the window carries out.
 bool OpensDialog(int id) {
     switch (id) {
+        case kCommandGpsSetup:
         case kCommandOptions:
         case kCommandAddWaypoint:
         case kCommandAddPoi:
@@ -99,11 +99,21 @@ bool IsPortSource(int source) {
     return source == kGpsSourcePort || source == kGpsSourceBluetooth;
 }
 
+// "Auto turn on/off Bluetooth": a radio that is off is switched on for the
+// receiver, and remembered, so that exit switches off only what the program
+// switched on.
+void SwitchRadioOnForGps(Program& program) {
+    if (program.app.options.autoBluetooth == 0) return;
+    if (program.host.BluetoothRadioMode() != kRadioOff) return;
+    if (program.host.SetBluetoothRadioMode(kRadioConnectable)) program.radioSwitchedOn = true;
+}
+
 void StartGps(Program& program) {
     if (program.app.gpsRunning) return;
     AppState& app = program.app;
     const int source = app.options.gpsSource;
     bool started = false;
+    if (source == kGpsSourceBluetooth) SwitchRadioOnForGps(program);
     if (IsPortSource(source)) {
         program.port.links.nmeaFolder = app.folders.nmeaDir;
         started = StartPortGps(program.port, app.options, app.runtime, program.host);

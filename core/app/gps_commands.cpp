@@ -15,7 +15,7 @@ bool ChoosePort(PortSource& port, const Options& options, const OptionsRuntime& 
         ShowLanguageMessage(host, kTextNoReceiverChosen, MessageIcon::kInformation);
         return false;
     }
-    if (!RegisterBluetoothPort(port, runtime.bluetoothAddress)) {
+    if (!RegisterBluetoothPort(port, runtime.bluetoothAddress, runtime.bluetoothChannel)) {
         ShowLanguageMessage(host, kTextBluetoothFailed, MessageIcon::kStop, PortErrorText(port));
         return false;
     }

@@ -10,6 +10,11 @@ namespace tolvane {
 
 enum class MessageIcon { kStop, kInformation, kQuestion };
 
+// The Bluetooth radio's modes, as the radio's get and set calls know them.
+inline constexpr int kRadioNone = -1;
+inline constexpr int kRadioOff = 0;
+inline constexpr int kRadioConnectable = 1;
+
 // What the About box shows.
 struct AboutInfo {
     std::string name;     // the product name of the language file
@@ -48,6 +53,13 @@ class Host : public Clock,
     // editors, file choosers) and returns when the user has closed it. The
     // dialog works on the program through the core's own functions.
     virtual void OpenDialog(int commandId) = 0;
+    // The Bluetooth radio's mode: kRadioNone without an adapter (or without
+    // BlueZ), else kRadioOff or kRadioConnectable. A host without Bluetooth
+    // keeps these defaults.
+    virtual int BluetoothRadioMode() { return kRadioNone; }
+    // Switches the radio and waits a few seconds at most for it to follow;
+    // true when it did.
+    virtual bool SetBluetoothRadioMode(int /*mode*/) { return false; }
     // Closes the main window after a confirmed exit; the program then ends
     // without asking again.
     virtual void CloseWindow() = 0;

@@ -64,6 +64,9 @@ struct Program {
     // The source the running GPS was started with, so that a change of the
     // setting while it runs still stops the right one.
     int runningSource = 0;
+    // "Auto turn on/off Bluetooth" switched the radio on for Start GPS, so
+    // exit switches it off again.
+    bool radioSwitchedOn = false;
 };
 
 // The product name of the language file, as the window title and caption.

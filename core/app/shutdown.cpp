@@ -54,6 +54,14 @@ void FreeLists(AppState& app) {
     app.track.viewedTrack.Clear();
 }
 
+void SwitchRadioOffIfOurs(Program& program) {
+    if (!program.radioSwitchedOn) return;
+    if (program.host.BluetoothRadioMode() == kRadioConnectable) {
+        program.host.SetBluetoothRadioMode(kRadioOff);
+    }
+    program.radioSwitchedOn = false;
+}
+
 }  // namespace
 
 void SaveProgramSettings(Program& program) {
@@ -76,6 +84,7 @@ bool RunExit(Program& program) {
     StopRunningGps(program);
     StopAlarm(program);
     FreeLists(program.app);
+    SwitchRadioOffIfOurs(program);
     if (program.screenHeld) {
         program.host.ReleaseScreenOn();
         program.screenHeld = false;

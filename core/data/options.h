@@ -120,6 +120,7 @@ struct OptionsRuntime {
     std::string bluetoothName;
     std::uint64_t bluetoothAddress = 0;
     bool receiverChosen = false;  // a name and a non-zero address are stored
+    int bluetoothChannel = 0;     // the RFCOMM channel the search found; 0 when unknown
     std::string storageLocation;
     std::string poiFolder;
     std::string waypointFile;

@@ -5,6 +5,8 @@
 #include <cstring>
 #include <system_error>
 
+#include "core/gps/bluetooth_port.h"
+
 namespace tolvane {
 namespace {
 
@@ -26,8 +28,8 @@ void AddParseStats(NmeaParseStats& total, const NmeaParseStats& more) {
     if (more.otherTalkerRmc > 0) std::memcpy(total.otherTalker, more.otherTalker, 2);
 }
 
-// A registered Bluetooth port lives only until the source stops or fails to
-// open; nothing is registered on this platform, so forgetting it is all.
+// A Bluetooth link lives only until the source stops or fails to open; the
+// device is closed in both cases, so forgetting the link is all.
 void DeregisterBluetoothPort(PortSource& port) {
     port.btDevice = 0;
 }
@@ -186,17 +188,29 @@ std::uint32_t BaudRateForIndex(int baudIndex) {
     return kBaudRates[baudIndex];
 }
 
-bool RegisterBluetoothPort(PortSource& port, std::uint64_t /*bluetoothAddress*/) {
+bool RegisterBluetoothPort(PortSource& port, std::uint64_t bluetoothAddress, int channel) {
     DeregisterBluetoothPort(port);
-    port.lastErrorCode = kErrorBluetoothPort;
-    return false;
+    SerialDevice* device = port.links.device;
+    if (device == nullptr || bluetoothAddress == 0) return FailStart(port, kErrorBluetoothPort);
+    device->Close();
+    const std::string name = BluetoothPortName(bluetoothAddress, channel);
+    if (!device->Open(name)) return FailStart(port, kErrorBluetoothPort);
+    port.btDevice = 1;
+    port.btPortIndex = channel > 0 ? channel : kDefaultRfcommChannel;
+    port.portName = name;
+    return true;
 }
 
 bool OpenPort(PortSource& port) {
     SerialDevice* device = port.links.device;
     if (device == nullptr) return FailStart(port, kErrorPortOpen);
-    device->Close();
-    if (!device->Open(port.portName)) return FailStart(port, kErrorPortOpen);
+    // A Bluetooth link was opened when it was registered; opening it again
+    // would make the receiver connect twice.
+    const bool linked = port.btDevice != 0 && device->IsOpen();
+    if (!linked) {
+        device->Close();
+        if (!device->Open(port.portName)) return FailStart(port, kErrorPortOpen);
+    }
     const SerialSettings settings{port.baudRate, port.byteSize, port.parity, port.stopBits};
     if (!device->Configure(settings)) return FailStart(port, kErrorPortSettings);
     if (!device->SetReadTimeouts()) return FailStart(port, kErrorPortTimeouts);

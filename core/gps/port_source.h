@@ -124,9 +124,12 @@ struct PortSource {
     std::string nmeaLogPath_;
 };
 
-// Not implemented on this platform: binding an RFCOMM link needs BlueZ's
-// device ioctls. Leaves kErrorBluetoothPort and returns false.
-bool RegisterBluetoothPort(PortSource& port, std::uint64_t bluetoothAddress);
+// Links the Bluetooth receiver at bluetoothAddress: drops a previous link,
+// then opens the RFCOMM link to the receiver's Serial Port service on
+// channel (0 for the usual one) through the port's device, and names it in
+// portName. The link stays open for OpenPort. False with kErrorBluetoothPort
+// and the device's reason when no link can be made.
+bool RegisterBluetoothPort(PortSource& port, std::uint64_t bluetoothAddress, int channel = 0);
 
 // Opens portName and applies baudRate, the character format, XON/XOFF flow
 // control and the read time-outs. False with lastErrorCode set on failure.

@@ -1,6 +1,7 @@
 #include "shell/dialogs/command_dialogs.h"
 
 #include "core/app/commands.h"
+#include "shell/dialogs/gps_setup_dialog.h"
 #include "shell/dialogs/options_dialog.h"
 #include "shell/dialogs/destination_list_dialog.h"
 #include "shell/dialogs/point_manager_dialog.h"
@@ -9,6 +10,11 @@ namespace tolvane::shell {
 
 bool OpenCommandDialog(Program& program, QWidget* parent, int commandId) {
     switch (commandId) {
+        case kCommandGpsSetup: {
+            GpsSetupDialog dialog(program, parent);
+            dialog.exec();
+            return true;
+        }
         case kCommandOptions: {
             OptionsDialog dialog(program, parent);
             dialog.exec();

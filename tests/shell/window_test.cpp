@@ -3,8 +3,11 @@
 // boxes are real and are answered by a timer, as a user would.
 #include <QAbstractButton>
 #include <QApplication>
+#include <QComboBox>
 #include <QDir>
 #include <QFile>
+#include <QLabel>
+#include <QLineEdit>
 #include <QMenu>
 #include <QMessageBox>
 #include <QProcess>
@@ -69,6 +72,7 @@ class WindowTest : public QObject {
     void cleanup();
     void KeysAndSoftKeysSwitchViews();
     void ZeroStartsAndStopsTheGpsOnAPseudoTerminal();
+    void GpsSetupFindsAReceiverThatStartGpsThenReads();
     void ExitAndClosingAskAfterSavingTheSettings();
     void TheDemoReceiverRunsWithoutReachingTheSettings();
     void ASecondStartBringsTheFirstForwardAndEnds();
@@ -130,6 +134,48 @@ void WindowTest::KeysAndSoftKeysSwitchViews() {
     });
     softKeys.OpenLeft();
     QCOMPARE(program.Core().app.currentView, kViewCompass);
+}
+
+// From a fresh start: GPS Setup is given a receiver's device, its live line
+// shows the sentences that "Auto" finds at 4800 baud, and OK writes the
+// port's link and the choice, so that Start GPS reaches a fix.
+void WindowTest::GpsSetupFindsAReceiverThatStartGpsThenReads() {
+    testing::PseudoTerminal receiver;
+    QVERIFY(receiver.IsOpen());
+    ProgramWindow& program = Start();
+    const AppState& app = program.Core().app;
+    const std::string second =
+        testing::NmeaSentence("GPRMC,101500.000,A,5956.000,N,01043.000,E,10.0,90.0,231126,,") +
+        testing::NmeaSentence("GPGGA,101500.000,5956.000,N,01043.000,E,1,08,0.9,120.0,M,,,,");
+    QString liveLine;
+    QTimer::singleShot(0, [&] {
+        QWidget* dialog = QApplication::activeModalWidget();
+        QVERIFY(dialog != nullptr);
+        dialog->findChild<QComboBox*>(QStringLiteral("source"))->setCurrentIndex(1);
+        auto* device = dialog->findChild<QComboBox*>(QStringLiteral("device"));
+        device->setEditText(QString::fromStdString(receiver.SlaveName()));
+        emit device->lineEdit()->editingFinished();
+        auto* line = dialog->findChild<QLabel*>(QStringLiteral("liveLine"));
+        for (int wait = 0;
+             wait < 100 && !line->text().contains(QStringLiteral("4800 baud, last $GP")); ++wait) {
+            receiver.Send(second);
+            QTest::qWait(100);
+        }
+        liveLine = line->text();
+        QMetaObject::invokeMethod(dialog, "accept");
+    });
+    program.RunCommand(kCommandGpsSetup);
+    QVERIFY2(liveLine.contains(QStringLiteral("4800 baud, last $GP")), qPrintable(liveLine));
+    QCOMPARE(QFile::symLinkTarget(home_->filePath(QStringLiteral("ports/COM0"))),
+             QString::fromStdString(receiver.SlaveName()));
+    Options saved;
+    QVERIFY(LoadOptions(OptionsPath().toStdString(), saved, 1));
+    QCOMPARE(saved.gpsSource, 1);
+    QCOMPARE(saved.baudIndex, 0);
+
+    QTest::keyClick(&program.Window(), Qt::Key_0);
+    QVERIFY(app.gpsRunning);
+    QTRY_VERIFY_WITH_TIMEOUT((receiver.Send(second), app.gps.fixValid), 10000);
 }
 
 void WindowTest::ZeroStartsAndStopsTheGpsOnAPseudoTerminal() {
@@ -239,7 +285,7 @@ void WindowTest::MenusGreyAndCheckAsTheStateSays() {
 
         QMenu commands;
         FillMenu(commands, BuildCommandMenu(core));
-        QVERIFY(!FindAction(commands, kCommandGpsSetup)->isEnabled());
+        QVERIFY(FindAction(commands, kCommandGpsSetup)->isEnabled());
         QVERIFY(FindAction(commands, kCommandExit)->isEnabled());
         QAction* alarm80 = FindAction(commands, kCommandFirstSpeedAlarm + 2);
         QAction* alarmOff = FindAction(commands, kCommandSpeedAlarmOff);

@@ -29,8 +29,8 @@ TEST(KeysTest, DigitsSwitchViewsAndZeroStartsAndStopsTheGps) {
     EXPECT_FALSE(program.app.gpsRunning);
     EXPECT_FALSE(fixture.device.open);
     EXPECT_TRUE(fixture.host.messages.empty());
-    OnKeyDown(program, Key::kStar);  // GPS Setup is not there yet: a beep, not silence
-    EXPECT_EQ(fixture.host.events.back(), "beep");
+    OnKeyDown(program, Key::kStar);
+    EXPECT_EQ(fixture.host.events.back(), "dialog 40033");  // GPS Setup
 }
 
 TEST(KeysTest, LeftAndRightStepTheSpeedAlarmAndStopAtTheEnds) {

@@ -76,7 +76,7 @@ TEST(MenuModelTest, ChecksGreysAndTextsFollowTheState) {
     std::vector<MenuItem> items = AllItems(program);
     EXPECT_EQ(Find(items, kCommandStartGps).text, "Connect GPS\t[0]");  // from the language file
     EXPECT_EQ(Find(items, kCommandExit).text, "Exit");                  // built in
-    EXPECT_FALSE(Find(items, kCommandGpsSetup).enabled);
+    EXPECT_TRUE(Find(items, kCommandGpsSetup).enabled);
     EXPECT_TRUE(Find(items, kCommandNightView).checked);
     EXPECT_FALSE(Find(items, kCommandFullScreen).checked);
     EXPECT_TRUE(Find(items, kCommandSpeed).checked);

@@ -47,6 +47,12 @@ class EventHost final : public RecordingHost {
         events.push_back("dialog " + std::to_string(commandId));
     }
     void CloseWindow() override { events.push_back("close window"); }
+    int BluetoothRadioMode() override { return radioMode; }
+    bool SetBluetoothRadioMode(int mode) override {
+        events.push_back("radio " + std::to_string(mode));
+        radioMode = mode;
+        return true;
+    }
     std::string FindEngineProgram() const override { return engineProgram; }
 
     std::vector<std::string> events;
@@ -56,13 +62,18 @@ class EventHost final : public RecordingHost {
     bool opensDocuments = false;
     int lastTimer = 0;
     std::function<void()> onQuestion;
+    int radioMode = kRadioNone;
     std::string engineProgram;  // empty: no speech engine
 };
 
-// A receiver that opens and then stays silent.
+// A receiver that opens, unless told to refuse, and then stays silent.
 class SilentDevice final : public SerialDevice {
   public:
-    bool Open(const std::string&) override { return open = true; }
+    bool Open(const std::string& name) override {
+        opened.push_back(name);
+        return open = !refuses;
+    }
+    std::string FailureReason() const override { return refuses ? "Host is down" : ""; }
     bool IsOpen() const override { return open; }
     bool Configure(const SerialSettings&) override { return true; }
     bool SetReadTimeouts() override { return true; }
@@ -70,6 +81,8 @@ class SilentDevice final : public SerialDevice {
     bool IsGone() override { return false; }
     void Close() override { open = false; }
     bool open = false;
+    bool refuses = false;
+    std::vector<std::string> opened;
 };
 
 class NoLibraries final : public DynamicLibraryLoader {

@@ -1,0 +1,96 @@
+#include "core/app/gps_setup.h"
+
+#include "core/app/gps_commands.h"
+#include "core/base/string_manager.h"
+
+namespace tolvane {
+namespace {
+
+constexpr int kSaveAttempts = 5;
+
+}  // namespace
+
+std::string SetupText(std::uint32_t id, const std::vector<std::string>& arguments) {
+    std::string text = LanguageText(id);
+    std::size_t from = 0;
+    for (const std::string& argument : arguments) {
+        const std::size_t place = text.find("%s", from);
+        if (place == std::string::npos) break;
+        text.replace(place, 2, argument);
+        from = place + argument.size();
+    }
+    return text;
+}
+
+std::string LiveLineText(const NmeaListenSummary& summary, std::uint32_t baudRate,
+                         std::int64_t nowMilliseconds) {
+    const std::string baud = std::to_string(baudRate);
+    if (summary.sentences == 0) return SetupText(kTextLiveNothingYet, {baud});
+    const std::int64_t seconds = nowMilliseconds > summary.lastMilliseconds
+                                     ? (nowMilliseconds - summary.lastMilliseconds) / 1000
+                                     : 0;
+    return SetupText(kTextLiveHeard, {std::to_string(summary.sentences), baud, summary.lastSentence,
+                                      std::to_string(seconds)});
+}
+
+std::string OtherGnssAdvice(const NmeaListenSummary& summary, bool multiGnss) {
+    if (!TalksOnlyOtherGnss(summary)) return {};
+    return SetupText(multiGnss ? kTextLiveOtherGnssRead : kTextLiveOtherGnss,
+                     {summary.otherTalker});
+}
+
+int BaudIndexForRate(std::uint32_t baudRate) {
+    for (int index = 0; index < kBaudCount; ++index) {
+        if (BaudRateForIndex(index) == baudRate) return index;
+    }
+    return -1;
+}
+
+GpsSetupChoice CurrentGpsSetup(const AppState& app) {
+    GpsSetupChoice choice;
+    choice.source = app.options.gpsSource;
+    choice.portIndex = app.options.portIndex;
+    choice.baudIndex = app.options.baudIndex;
+    choice.bluetoothName = app.runtime.bluetoothName;
+    choice.bluetoothAddress = app.runtime.bluetoothAddress;
+    choice.bluetoothChannel = app.runtime.bluetoothChannel;
+    choice.autoBluetooth = app.options.autoBluetooth != 0;
+    choice.multiGnss = app.multiGnss;
+    return choice;
+}
+
+void ApplyGpsSetup(Program& program, const GpsSetupChoice& choice, int foundBaudIndex) {
+    Options& options = program.app.options;
+    options.gpsSource = choice.source;
+    if (choice.portIndex >= 0 && choice.portIndex < kPortCount)
+        options.portIndex = choice.portIndex;
+    const int baudIndex = choice.baudIndex >= 0 ? choice.baudIndex : foundBaudIndex;
+    if (baudIndex >= 0 && baudIndex < kBaudCount) options.baudIndex = baudIndex;
+    WriteWideField(options.bluetoothName, choice.bluetoothName);
+    options.bluetoothAddress[0] = static_cast<std::uint32_t>(choice.bluetoothAddress);
+    options.bluetoothAddress[1] = static_cast<std::uint32_t>(choice.bluetoothAddress >> 32);
+    options.autoBluetooth = choice.autoBluetooth ? 1 : 0;
+    // The runtime copies are made the way start-up makes them, so a
+    // receiver counts as chosen by the same rule.
+    OptionsRuntime& runtime = program.app.runtime;
+    const OptionsRuntime kept = runtime;
+    CopyOptionsToRuntime(options, runtime);
+    runtime.storageLocation = kept.storageLocation;
+    runtime.poiFolder = kept.poiFolder;
+    runtime.waypointFile = kept.waypointFile;
+    runtime.bluetoothChannel = choice.bluetoothChannel;
+    program.app.multiGnss = choice.multiGnss;
+    SaveOptions(program.files.optionsPath, options, kSaveAttempts);
+}
+
+void AddFoundReceiver(std::vector<BluetoothReceiver>& receivers, const BluetoothReceiver& found) {
+    for (BluetoothReceiver& known : receivers) {
+        if (known.address != found.address) continue;
+        if (known.name.empty()) known.name = found.name;
+        if (known.channel == 0) known.channel = found.channel;
+        return;
+    }
+    receivers.push_back(found);
+}
+
+}  // namespace tolvane

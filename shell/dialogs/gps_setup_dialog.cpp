@@ -1,0 +1,426 @@
+#include "shell/dialogs/gps_setup_dialog.h"
+
+#include <QApplication>
+#include <QCheckBox>
+#include <QComboBox>
+#include <QDialogButtonBox>
+#include <QFormLayout>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QLineEdit>
+#include <QListWidget>
+#include <QMessageBox>
+#include <QPointer>
+#include <QProgressBar>
+#include <QPushButton>
+#include <QScreen>
+#include <QScrollArea>
+#include <QStackedWidget>
+#include <QTimer>
+#include <QVBoxLayout>
+#include <algorithm>
+#include <thread>
+
+#include "core/app/commands.h"
+#include "core/app/gps_commands.h"
+#include "core/base/string_manager.h"
+#include "core/gps/port_source.h"
+#include "platform/receiver_setup.h"
+#include "shell/dialogs/bluetooth_search.h"
+
+namespace tolvane::shell {
+namespace {
+
+constexpr int kLiveLineMilliseconds = 500;
+constexpr int kAutoBaud = -1;
+constexpr int kSettingsPage = 0;
+constexpr int kSearchPage = 1;
+constexpr int kPreferredWidth = 360;
+constexpr int kPreferredHeight = 440;
+
+QString Text(std::uint32_t id) {
+    return QString::fromStdString(LanguageText(id));
+}
+
+// A menu text without its key hint: "GPS Setup\t[*]" is "GPS Setup".
+QString MenuTitle(std::uint32_t id) {
+    return Text(id).section('\t', 0, 0);
+}
+
+// A combo box that may be narrower than its longest item, as a small screen
+// needs.
+QComboBox* NarrowComboBox() {
+    auto* box = new QComboBox;
+    box->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
+    box->setMinimumContentsLength(6);
+    return box;
+}
+
+QLabel* WrappedLabel(const QString& text = {}) {
+    auto* label = new QLabel(text);
+    label->setWordWrap(true);
+    return label;
+}
+
+// The layout of a page, edge to edge: the dialog's own margins suffice.
+QVBoxLayout* PageLayout(QWidget* page) {
+    auto* layout = new QVBoxLayout(page);
+    layout->setContentsMargins(0, 0, 0, 0);
+    return layout;
+}
+
+QString ReceiverText(const std::string& name, std::uint64_t address) {
+    if (address == 0) return Text(kTextSetupNoReceiver);
+    const QString shown = name.empty() ? QString() : QString::fromStdString(name) + " ";
+    return shown + "(" + QString::fromStdString(BluetoothAddressText(address)) + ")";
+}
+
+}  // namespace
+
+GpsSetupDialog::GpsSetupDialog(Program& program, QWidget* parent)
+    : QDialog(parent), program_(program), choice_(CurrentGpsSetup(program.app)) {
+    setWindowTitle(MenuTitle(kCommandGpsSetup));
+    pages_ = new QStackedWidget;
+    auto* scroll = new QScrollArea;
+    scroll->setWidgetResizable(true);
+    scroll->setFrameShape(QFrame::NoFrame);
+    // The labels wrap to the width instead: no sideways scrolling on a phone.
+    scroll->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    scroll->setWidget(MakeSettingsPage());
+    pages_->addWidget(scroll);
+    pages_->addWidget(MakeSearchPage());
+    auto* buttons = new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel);
+    connect(buttons, &QDialogButtonBox::accepted, this, &QDialog::accept);
+    connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
+    auto* layout = new QVBoxLayout(this);
+    layout->setContentsMargins(4, 4, 4, 4);
+    layout->addWidget(pages_);
+    layout->addWidget(buttons);
+    buttons_ = buttons;
+    ok_ = buttons->button(QDialogButtonBox::Ok);
+
+    FitToScreen();
+
+    liveTimer_ = new QTimer(this);
+    connect(liveTimer_, &QTimer::timeout, this, &GpsSetupDialog::ShowProbe);
+    liveTimer_->start(kLiveLineMilliseconds);
+    ShowSource();
+}
+
+// The dialog takes a comfortable size where there is room and the whole
+// screen of a small handheld (240 x 320) where there is not, centred on the
+// screen rather than on a main window that may be larger than it.
+void GpsSetupDialog::FitToScreen() {
+    const QScreen* screen = parentWidget() != nullptr ? parentWidget()->screen() : this->screen();
+    const QRect available = screen->availableGeometry();
+    resize(std::min(available.width(), kPreferredWidth),
+           std::min(available.height(), kPreferredHeight));
+    move(available.center() - rect().center());
+}
+
+GpsSetupDialog::~GpsSetupDialog() {
+    probe_.Stop();
+}
+
+QWidget* GpsSetupDialog::MakeSettingsPage() {
+    auto* page = new QWidget;
+    QVBoxLayout* layout = PageLayout(page);
+    source_ = NarrowComboBox();
+    source_->setObjectName("source");
+    for (const std::uint32_t id :
+         {kTextSetupSourceGpsd, kTextSetupSourcePort, kTextSetupSourceBluetooth}) {
+        source_->addItem(Text(id));
+    }
+    const bool portSource =
+        choice_.source == kGpsSourcePort || choice_.source == kGpsSourceBluetooth;
+    source_->setCurrentIndex(portSource ? choice_.source : 0);
+    auto* form = new QFormLayout;
+    form->addRow(Text(kTextSetupSource), source_);
+    layout->addLayout(form);
+    sourcePages_ = new QStackedWidget;
+    sourcePages_->addWidget(MakeGpsdPage());
+    sourcePages_->addWidget(MakePortPage());
+    sourcePages_->addWidget(MakeBluetoothPage());
+    layout->addWidget(sourcePages_);
+    layout->addStretch();
+    connect(source_, &QComboBox::currentIndexChanged, this, &GpsSetupDialog::ShowSource);
+    return page;
+}
+
+QWidget* GpsSetupDialog::MakeGpsdPage() {
+    auto* page = new QWidget;
+    QVBoxLayout* layout = PageLayout(page);
+    layout->addWidget(WrappedLabel(Text(kTextSetupGpsdHelp)));
+    gpsdState_ = WrappedLabel();
+    layout->addWidget(gpsdState_);
+    layout->addStretch();
+    return page;
+}
+
+QWidget* GpsSetupDialog::MakePortPage() {
+    auto* page = new QWidget;
+    auto* form = new QFormLayout(page);
+    form->setContentsMargins(0, 0, 0, 0);
+    form->setRowWrapPolicy(QFormLayout::WrapLongRows);
+    port_ = NarrowComboBox();
+    for (int index = 0; index < kPortCount; ++index) {
+        port_->addItem(QString::fromStdString(PortDeviceName(index)));
+    }
+    port_->setCurrentIndex(
+        choice_.portIndex >= 0 && choice_.portIndex < kPortCount ? choice_.portIndex : 0);
+    device_ = NarrowComboBox();
+    device_->setObjectName("device");
+    device_->setEditable(true);
+    device_->setInsertPolicy(QComboBox::NoInsert);
+    baud_ = NarrowComboBox();
+    baud_->addItem(Text(kTextSetupAuto), kAutoBaud);
+    for (int index = 0; index < kBaudCount; ++index) {
+        baud_->addItem(QString::number(BaudRateForIndex(index)), index);
+    }
+    form->addRow(Text(kTextSetupPort), port_);
+    form->addRow(Text(kTextSetupDevice), device_);
+    form->addRow(Text(kTextSetupBaud), baud_);
+    auto* autoHelp = WrappedLabel(Text(kTextSetupAutoHelp));
+    autoHelp->setStyleSheet("font-size: small");
+    form->addRow(autoHelp);
+    liveLine_ = WrappedLabel();
+    liveLine_->setObjectName("liveLine");
+    form->addRow(liveLine_);
+    advice_ = WrappedLabel();
+    form->addRow(advice_);
+    multiGnss_ = new QCheckBox(Text(kTextSetupMultiGnss));
+    multiGnss_->setChecked(choice_.multiGnss);
+    form->addRow(multiGnss_);
+    FillDevices();
+    connect(port_, &QComboBox::currentIndexChanged, this, &GpsSetupDialog::FillDevices);
+    connect(device_, &QComboBox::activated, this, &GpsSetupDialog::RestartProbe);
+    connect(device_->lineEdit(), &QLineEdit::editingFinished, this, &GpsSetupDialog::RestartProbe);
+    connect(baud_, &QComboBox::currentIndexChanged, this, &GpsSetupDialog::RestartProbe);
+    connect(multiGnss_, &QCheckBox::toggled, this, &GpsSetupDialog::ShowProbe);
+    return page;
+}
+
+QWidget* GpsSetupDialog::MakeBluetoothPage() {
+    auto* page = new QWidget;
+    QVBoxLayout* layout = PageLayout(page);
+    receiver_ = WrappedLabel();
+    auto* search = new QPushButton(Text(kTextSetupSearch));
+    autoBluetooth_ = new QCheckBox(Text(kTextSetupAutoBluetooth));
+    autoBluetooth_->setChecked(choice_.autoBluetooth);
+    layout->addWidget(receiver_);
+    layout->addWidget(search);
+    layout->addWidget(autoBluetooth_);
+    layout->addStretch();
+    connect(search, &QPushButton::clicked, this, &GpsSetupDialog::StartSearch);
+    ShowReceiver();
+    return page;
+}
+
+QWidget* GpsSetupDialog::MakeSearchPage() {
+    auto* page = new QWidget;
+    QVBoxLayout* layout = PageLayout(page);
+    auto* title = new QLabel(Text(kTextSearchTitle));
+    title->setStyleSheet("font-weight: bold");
+    searchState_ = WrappedLabel();
+    searchProgress_ = new QProgressBar;
+    searchProgress_->setTextVisible(false);
+    foundList_ = new QListWidget;
+    useFound_ = new QPushButton(Text(kTextSearchUse));
+    auto* cancel = new QPushButton(Text(kTextSearchCancel));
+    auto* row = new QHBoxLayout;
+    row->addWidget(useFound_);
+    row->addWidget(cancel);
+    for (QWidget* widget :
+         {static_cast<QWidget*>(title), static_cast<QWidget*>(searchState_),
+          static_cast<QWidget*>(searchProgress_), static_cast<QWidget*>(foundList_)}) {
+        layout->addWidget(widget);
+    }
+    layout->addLayout(row);
+    search_ = new BluetoothSearch(this);
+    connect(search_, &BluetoothSearch::Found, this,
+            [this](const QString& name, quint64 address, int channel) {
+                AddFoundReceiver(found_, {name.toStdString(), address, channel});
+                foundList_->clear();
+                for (const BluetoothReceiver& receiver : found_) {
+                    foundList_->addItem(ReceiverText(receiver.name, receiver.address));
+                }
+                if (foundList_->currentRow() < 0) foundList_->setCurrentRow(0);
+            });
+    connect(search_, &BluetoothSearch::Finished, this, &GpsSetupDialog::EndSearch);
+    connect(useFound_, &QPushButton::clicked, this, &GpsSetupDialog::TakeFoundReceiver);
+    connect(foundList_, &QListWidget::itemActivated, this, &GpsSetupDialog::TakeFoundReceiver);
+    connect(cancel, &QPushButton::clicked, this, &GpsSetupDialog::reject);
+    return page;
+}
+
+void GpsSetupDialog::FillDevices() {
+    const std::string linked = platform::ReadPortLink(PortDeviceName(port_->currentIndex()));
+    const QSignalBlocker blocker(device_);
+    device_->clear();
+    for (const platform::SerialPortEntry& entry : platform::ListSerialPorts()) {
+        device_->addItem(QString::fromStdString(entry.label), QString::fromStdString(entry.path));
+    }
+    const int known = device_->findData(QString::fromStdString(linked));
+    if (!linked.empty() && known < 0) {
+        device_->insertItem(0, QString::fromStdString(linked), QString::fromStdString(linked));
+    }
+    device_->setCurrentIndex(std::max(0, device_->findData(QString::fromStdString(linked))));
+    // A port without a link is new to the user: "Auto" finds its rate.
+    const QSignalBlocker baudBlocker(baud_);
+    baud_->setCurrentIndex(linked.empty() ? 0 : baud_->findData(choice_.baudIndex));
+    if (baud_->currentIndex() < 0) baud_->setCurrentIndex(0);
+    RestartProbe();
+}
+
+std::string GpsSetupDialog::ChosenDevice() const {
+    const int index = device_->currentIndex();
+    if (index >= 0 && device_->itemText(index) == device_->currentText()) {
+        return device_->itemData(index).toString().toStdString();
+    }
+    return device_->currentText().trimmed().toStdString();
+}
+
+void GpsSetupDialog::ShowSource() {
+    const int source = source_->currentIndex();
+    sourcePages_->setCurrentIndex(source);
+    if (source == kGpsSourcePort) {
+        RestartProbe();
+    } else {
+        probe_.Stop();
+    }
+    if (source == 0) ShowGpsdState();
+}
+
+void GpsSetupDialog::RestartProbe() {
+    if (source_ == nullptr || source_->currentIndex() != kGpsSourcePort) return;
+    const std::string device = ChosenDevice();
+    if (device.empty()) {
+        probe_.Stop();
+        liveLine_->clear();
+        return;
+    }
+    const int baudIndex = baud_->currentData().toInt();
+    probe_.Start(device, baudIndex == kAutoBaud ? 0 : BaudRateForIndex(baudIndex));
+    ShowProbe();
+}
+
+void GpsSetupDialog::ShowProbe() {
+    if (source_->currentIndex() != kGpsSourcePort || ChosenDevice().empty()) return;
+    const platform::ProbeStatus status = probe_.Status();
+    const std::string baud = std::to_string(status.baudRate);
+    std::string line;
+    if (!status.problem.empty()) {
+        line = status.problem;
+    } else if (status.exhausted) {
+        line = SetupText(kTextLiveNoNmea);
+    } else if (status.searching && status.summary.sentences == 0) {
+        line = SetupText(kTextLiveTrying, {baud});
+    } else {
+        line = LiveLineText(status.summary, status.baudRate, platform::ReceiverProbe::Now());
+    }
+    liveLine_->setText(QString::fromStdString(line));
+    const std::string advice = OtherGnssAdvice(status.summary, multiGnss_->isChecked());
+    advice_->setText(QString::fromStdString(advice));
+    advice_->setVisible(!advice.empty());
+}
+
+// Whether gpsd answers is asked on a thread of its own: a gpsd on another
+// machine may take a second to refuse.
+void GpsSetupDialog::ShowGpsdState() {
+    QPointer<QLabel> label = gpsdState_;
+    std::thread([label] {
+        const std::string address = platform::GpsdAddressText();
+        const std::string text =
+            SetupText(platform::GpsdAnswers() ? kTextGpsdRunning : kTextGpsdNotRunning, {address});
+        QMetaObject::invokeMethod(
+            qApp,
+            [label, text] {
+                if (label) label->setText(QString::fromStdString(text));
+            },
+            Qt::QueuedConnection);
+    }).detach();
+}
+
+void GpsSetupDialog::ShowReceiver() {
+    receiver_->setText(ReceiverText(choice_.bluetoothName, choice_.bluetoothAddress));
+}
+
+void GpsSetupDialog::StartSearch() {
+    found_.clear();
+    foundList_->clear();
+    useFound_->setEnabled(false);
+    searchState_->setText(Text(kTextSearching));
+    searchProgress_->setRange(0, 0);
+    ShowPage(kSearchPage);
+    search_->Start();
+}
+
+void GpsSetupDialog::EndSearch(const QString& problem) {
+    searchProgress_->setRange(0, 1);
+    searchProgress_->setValue(1);
+    useFound_->setEnabled(!found_.empty());
+    if (!problem.isEmpty()) {
+        searchState_->setText(problem);
+    } else if (found_.empty()) {
+        searchState_->setText(Text(kTextSearchNoneFound));
+    } else {
+        searchState_->setText(
+            QString::fromStdString(SetupText(kTextSearchFound, {std::to_string(found_.size())})));
+    }
+}
+
+void GpsSetupDialog::TakeFoundReceiver() {
+    const int row = foundList_->currentRow();
+    if (row < 0 || row >= static_cast<int>(found_.size())) return;
+    search_->Cancel();
+    choice_.bluetoothName = found_[static_cast<std::size_t>(row)].name;
+    choice_.bluetoothAddress = found_[static_cast<std::size_t>(row)].address;
+    choice_.bluetoothChannel = found_[static_cast<std::size_t>(row)].channel;
+    ShowReceiver();
+    ShowPage(kSettingsPage);
+}
+
+void GpsSetupDialog::ShowPage(int page) {
+    pages_->setCurrentIndex(page);
+    buttons_->setVisible(page == kSettingsPage);
+    // Enter takes the found receiver on the search page and is OK elsewhere.
+    useFound_->setDefault(page == kSearchPage);
+    ok_->setDefault(page == kSettingsPage);
+}
+
+void GpsSetupDialog::reject() {
+    if (pages_->currentIndex() != kSearchPage) return QDialog::reject();
+    search_->Cancel();
+    ShowPage(kSettingsPage);
+}
+
+void GpsSetupDialog::accept() {
+    if (pages_->currentIndex() == kSearchPage) return TakeFoundReceiver();
+    choice_.source = source_->currentIndex();
+    choice_.autoBluetooth = autoBluetooth_->isChecked();
+    choice_.multiGnss = multiGnss_->isChecked();
+    int foundBaudIndex = -1;
+    if (choice_.source == kGpsSourcePort) {
+        choice_.portIndex = port_->currentIndex();
+        choice_.baudIndex = baud_->currentData().toInt();
+        const platform::ProbeStatus status = probe_.Status();
+        if (!status.searching && status.summary.sentences > 0) {
+            foundBaudIndex = BaudIndexForRate(status.baudRate);
+        }
+        const std::string device = ChosenDevice();
+        const std::string portName = PortDeviceName(choice_.portIndex);
+        std::string reason;
+        if (!device.empty() && !platform::WritePortLink(portName, device, reason)) {
+            QMessageBox::warning(
+                this, QString::fromStdString(program_.title),
+                QString::fromStdString(SetupText(kTextLinkNotWritten, {portName, device, reason})));
+            return;
+        }
+    }
+    // The port is left free for Start GPS.
+    probe_.Stop();
+    ApplyGpsSetup(program_, choice_, foundBaudIndex);
+    QDialog::accept();
+}
+
+}  // namespace tolvane::shell
