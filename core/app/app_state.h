@@ -95,6 +95,7 @@ struct MapKeys {
 struct AppState {
     Options options{};
     OptionsRuntime runtime;
+    bool multiGnss = false;  // read the GN, GL, GA, GB and GQ talkers as GP
 
     DataFolders folders;
 

@@ -99,6 +99,7 @@ void StartGps(Program& program) {
     bool started = false;
     if (IsPortSource(source)) {
         program.port.links.nmeaFolder = app.folders.nmeaDir;
+        program.port.talkers = TalkersFor(app.multiGnss);
         started = StartPortGps(program.port, app.options, app.runtime, program.host);
         if (started) app.readActiveSource = [&program] { return ReadPortSource(program.port); };
     } else {
