@@ -31,8 +31,6 @@ constexpr std::array kCommandsWithoutOwner = {
     kCommandGpsSetup,
     kCommandViewLogFile,
     kCommandOptions,
-    kCommandCustomSpeedAlarm,
-    kCommandCustomInterval,
     kCommandAddWaypoint,
     kCommandAddPoi,
     kCommandPointManager,
@@ -47,6 +45,9 @@ constexpr std::array kCommandsWithoutOwner = {
 // The commands that a dialog of the window carries out.
 bool OpensDialog(int id) {
     switch (id) {
+        case kCommandCustomSpeedAlarm:
+        case kCommandCustomInterval:
+            return true;
         default:
             return false;
     }

@@ -412,22 +412,25 @@ TEST(NmeaCaptureTest, TheLastFixOfACaptureMatchesGpsdsReading) {
 TEST(NmeaCaptureTest, ACorruptColdStartCaptureLeavesEveryFieldTerminated) {
     // gp-320fw sends fragments, glued sentences, bad checksums and zero bytes
     // after its cold start.
+    // Both readings see the same stream.
     const std::string text = Capture("gp-320fw-2019-04-07-coldboot.log");
-    Parser parser;
-    PortReaderFeed feed(parser.record, parser.paging, &parser.stats);
-    feed.ReadAll(text.data(), text.size(), 64, 3);
-    EXPECT_GT(parser.stats.checksumFailures, 0);
-    EXPECT_GT(parser.stats.zeroBytes, 0);
-    EXPECT_GT(parser.stats.rmc, 0);
-    const NmeaRecord& record = parser.record;
-    for (const char* end : {std::end(record.rmc.utcTime), std::end(record.rmc.latitude),
-                            std::end(record.gga.altitude), std::end(record.gsa.vdop),
-                            std::end(record.gsv.satellitesInView)}) {
-        EXPECT_EQ(end[-1], '\0');
-    }
-    for (const NmeaSatellite& satellite : record.gsv.satellites) {
-        EXPECT_EQ(satellite.prn[2], '\0');
-        EXPECT_EQ(satellite.snr[4], '\0');
+    for (const NmeaTalkers talkers : {NmeaTalkers::kGpOnly, NmeaTalkers::kMultiGnss}) {
+        Parser parser;
+        PortReaderFeed feed(parser.record, parser.paging, &parser.stats, talkers);
+        feed.ReadAll(text.data(), text.size(), 64, 3);
+        EXPECT_GT(parser.stats.checksumFailures, 0);
+        EXPECT_GT(parser.stats.zeroBytes, 0);
+        EXPECT_GT(parser.stats.rmc, 0);
+        const NmeaRecord& record = parser.record;
+        for (const char* end : {std::end(record.rmc.utcTime), std::end(record.rmc.latitude),
+                                std::end(record.gga.altitude), std::end(record.gsa.vdop),
+                                std::end(record.gsv.satellitesInView)}) {
+            EXPECT_EQ(end[-1], '\0');
+        }
+        for (const NmeaSatellite& satellite : record.gsv.satellites) {
+            EXPECT_EQ(satellite.prn[2], '\0');
+            EXPECT_EQ(satellite.snr[4], '\0');
+        }
     }
 }
 
