@@ -189,7 +189,7 @@ std::string NoFixReason(int fixes, const NmeaParseStats& stats) {
            Count(stats.otherTalkerRmc, ("$" + talker + "RMC sentence").c_str(),
                  ("$" + talker + "RMC sentences").c_str()) +
            (stats.otherTalkerRmc == 1 ? " was" : " were") +
-           " ignored; this program reads GP sentences";
+           " ignored; this program reads GP sentences (--multi-gnss reads the others too)";
 }
 
 std::string RunSummary(int ticks, int fixes, const NmeaParseStats& stats) {

@@ -84,7 +84,8 @@ void RunTimers(AppState& app, Host& host);
 // the dropped sentences are those the parser threw away; zero bytes taken
 // out of the stream are counted inside the brackets when there were any.
 // A run without fixes says why when the reason is known: "0 fixes: 3600
-// $GNRMC sentences were ignored; this program reads GP sentences".
+// $GNRMC sentences were ignored; this program reads GP sentences
+// (--multi-gnss reads the others too)".
 std::string RunSummary(int ticks, int fixes, const NmeaParseStats& stats);
 
 // The program without its window, running the port source: the
