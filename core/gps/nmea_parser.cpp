@@ -214,6 +214,12 @@ class FieldWalker {
 
     int Field() const { return field_; }
 
+    // The current field's first character.
+    const char* Position() const { return position_; }
+
+    // Whether c ends a field.
+    static bool EndsField(char c) { return Ends(c, kFieldEnds); }
+
     // Steps behind the comma that ends the current field; false when the
     // field ended at the '*' (or the text ended), which ends the sentence.
     bool Next() {
@@ -419,8 +425,11 @@ SentenceScan ScanSentence(const char* dollar, NmeaTalkers talkers) {
 }
 
 // Reads the four fields of one satellite, the walker standing on its
-// number; false when the sentence ended before its signal strength.
-bool ReadSatellite(FieldWalker& walker, NmeaSatellite& satellite) {
+// number; false when the sentence ended before its signal strength. It is
+// the inner loop of the GSV parse: called as a function, the walker would
+// leave the registers for memory at every satellite, which cost a tenth of
+// the whole parse.
+[[gnu::always_inline]] inline bool ReadSatellite(FieldWalker& walker, NmeaSatellite& satellite) {
     walker.CopyText(satellite.prn);
     if (!walker.Next()) return false;
     walker.CopyText(satellite.elevation);
@@ -431,20 +440,28 @@ bool ReadSatellite(FieldWalker& walker, NmeaSatellite& satellite) {
     return true;
 }
 
-// Adds a satellite of the talker to the round; one the talker reported
-// before (for another of its signals) keeps the stronger signal.
-void AddGathered(GsvGathering& gathering, const char* talker, const NmeaSatellite& satellite) {
-    const int snr = FieldInt(satellite.snr);
+using SatelliteKey = char[GsvGathering::kKeyLength];
+
+// The key of the satellite whose number starts at prn: the talker and as
+// much of the number as the key holds, the rest zero.
+void MakeSatelliteKey(SatelliteKey& key, const char* talker, const char* prn) {
+    std::memset(key, 0, sizeof key);
+    std::memcpy(key, talker, 2);
+    for (std::size_t i = 2; i < sizeof key && !FieldWalker::EndsField(*prn); ++i) key[i] = *prn++;
+}
+
+// Adds a satellite to the round; one its talker reported before (for
+// another of its signals) keeps the stronger signal.
+void AddGathered(GsvGathering& gathering, const SatelliteKey& key, const NmeaSatellite& satellite) {
     for (int i = 0; i < gathering.count; ++i) {
-        if (std::memcmp(gathering.talkers[i], talker, 2) != 0 ||
-            std::memcmp(gathering.satellites[i].prn, satellite.prn, sizeof satellite.prn) != 0) {
-            continue;
+        if (std::memcmp(gathering.keys[i], key, sizeof key) != 0) continue;
+        if (FieldInt(satellite.snr) > FieldInt(gathering.satellites[i].snr)) {
+            gathering.satellites[i] = satellite;
         }
-        if (snr > FieldInt(gathering.satellites[i].snr)) gathering.satellites[i] = satellite;
         return;
     }
     if (gathering.count == kMaxGatheredSatellites) return;
-    std::memcpy(gathering.talkers[gathering.count], talker, 2);
+    std::memcpy(gathering.keys[gathering.count], key, sizeof key);
     gathering.satellites[gathering.count++] = satellite;
 }
 
@@ -488,9 +505,11 @@ void GatherGsv(NmeaRecord& record, GsvGathering& gathering, const char* header) 
     if (!walker.Next()) return;
     walker.Skip();  // the system's own count; the round counts for itself
     while (walker.Next()) {
+        SatelliteKey key;
+        MakeSatelliteKey(key, header, walker.Position());
         NmeaSatellite satellite{};
         if (!ReadSatellite(walker, satellite)) break;
-        AddGathered(gathering, header, satellite);
+        AddGathered(gathering, key, satellite);
     }
     if (messageNumber != 0 && messageNumber == totalMessages)
         PublishGathered(record.gsv, gathering);

@@ -102,9 +102,13 @@ inline constexpr int kMaxGatheredSatellites = 64;
 // sequences, every system's in the order they arrived. A round begins with
 // the first GSV sentence behind any other kept sentence.
 struct GsvGathering {
+    // Tells the satellites apart: the talker and the number as sent, whose
+    // third digit the table does not keep (SBAS 120 beside GPS 12).
+    static constexpr int kKeyLength = 6;
+
     bool underWay = false;
     std::int32_t count = 0;
-    char talkers[kMaxGatheredSatellites][2] = {};
+    char keys[kMaxGatheredSatellites][kKeyLength] = {};
     NmeaSatellite satellites[kMaxGatheredSatellites] = {};
 };
 

@@ -467,15 +467,16 @@ TEST(NmeaMultiGnssTest, TheStrongestTwelveOfEverySystemFillTheTableInArrivalOrde
               (std::vector<int>{39, 43, 45, 43, 43, 40, 44, 39, 40, 39, 44, 44}));
 
     // Any other kept sentence ends the round; a satellite sent for two
-    // signals counts once, with the stronger; an unfinished sequence leaves
-    // the table as the last complete one wrote it.
+    // signals counts once, with the stronger, and SBAS 120 is not GPS 12
+    // though the table keeps two digits of each; an unfinished sequence
+    // leaves the table as the last complete one wrote it.
     parser.Parse(kGga);
-    parser.Parse(NmeaSentence("GPGSV,1,1,02,07,10,100,30,09,20,200,,1"));
-    parser.Parse(NmeaSentence("GPGSV,1,1,02,07,10,100,20,09,20,200,25,8"));
+    parser.Parse(NmeaSentence("GPGSV,1,1,03,07,10,100,30,09,20,200,,120,30,300,33,1"));
+    parser.Parse(NmeaSentence("GPGSV,1,1,03,07,10,100,20,09,20,200,25,12,40,050,41,8"));
     parser.Parse(NmeaSentence("GLGSV,2,1,05,65,10,100,50,66,10,100,50,67,10,100,50,68,10,100,50"));
-    EXPECT_EQ(parser.record.SatellitesInView(), 2);
-    EXPECT_EQ(Prns(parser.record), (std::vector<int>{7, 9, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0}));
-    EXPECT_EQ(Snrs(parser.record), (std::vector<int>{30, 25, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0}));
+    EXPECT_EQ(parser.record.SatellitesInView(), 4);
+    EXPECT_EQ(Prns(parser.record), (std::vector<int>{7, 9, 12, 12, 0, 0, 0, 0, 0, 0, 0, 0}));
+    EXPECT_EQ(Snrs(parser.record), (std::vector<int>{30, 25, 33, 41, 0, 0, 0, 0, 0, 0, 0, 0}));
 
     // Each talker's checksum counts its own letters.
     std::string relabelled =
