@@ -29,8 +29,6 @@ constexpr std::array kCommandsWithoutOwner = {
     kCommandShowRange,
     kCommandLoadMap,
     kCommandViewLogFile,
-    kCommandCustomSpeedAlarm,
-    kCommandCustomInterval,
     kCommandImport,
 };
 
@@ -47,6 +45,8 @@ bool OpensDialog(int id) {
         case kCommandEditDestinations:
         case kCommandNewDestinationList:
         case kCommandOpenDestinationList:
+        case kCommandCustomSpeedAlarm:
+        case kCommandCustomInterval:
             return true;
         default:
             return false;
@@ -116,6 +116,7 @@ void StartGps(Program& program) {
     if (source == kGpsSourceBluetooth) SwitchRadioOnForGps(program);
     if (IsPortSource(source)) {
         program.port.links.nmeaFolder = app.folders.nmeaDir;
+        program.port.talkers = TalkersFor(app.multiGnss);
         started = StartPortGps(program.port, app.options, app.runtime, program.host);
         if (started) app.readActiveSource = [&program] { return ReadPortSource(program.port); };
     } else {

@@ -1,6 +1,7 @@
 #include "core/app/gps_setup.h"
 
 #include "core/app/gps_commands.h"
+#include "core/app/local_settings.h"
 #include "core/base/string_manager.h"
 
 namespace tolvane {
@@ -80,6 +81,7 @@ void ApplyGpsSetup(Program& program, const GpsSetupChoice& choice, int foundBaud
     runtime.waypointFile = kept.waypointFile;
     runtime.bluetoothChannel = choice.bluetoothChannel;
     program.app.multiGnss = choice.multiGnss;
+    SaveLocalSettings(program);
     SaveOptions(program.files.optionsPath, options, kSaveAttempts);
 }
 

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "core/app/commands.h"
+#include "core/app/local_settings.h"
 #include "core/app/main_timer.h"
 #include "core/app/menu_model.h"
 #include "core/base/string_manager.h"
@@ -92,6 +93,7 @@ bool StartBeforeWindow(Program& program, InstanceLock& lock) {
     program.title = ProductTitle();
     if (!ActivatePreviousInstance(lock, kInstanceName, program.title).MayStart()) return false;
     LoadOptionsAtStartup(program.files.optionsPath, program.app.options, program.app.runtime);
+    LoadLocalSettings(program);
     return true;
 }
 

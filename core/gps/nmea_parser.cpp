@@ -29,13 +29,22 @@ constexpr std::pair<const char*, SentenceKind> kKeptHeaders[] = {
     {"GPGGA,", SentenceKind::kGga},
 };
 
+// The second letter of each talker the multi-GNSS reading takes as "GP".
+bool IsOtherGnssTalker(char second) {
+    return second == 'N' || second == 'L' || second == 'A' || second == 'B' || second == 'Q';
+}
+
 // The kind of the header the text starts with. The comparison stops at the
 // first character that differs, so it never reads past the end of a text
 // that ends inside the header. Every kept header starts with the talker
-// "GP", which is compared once.
-SentenceKind MatchHeader(const char* header) {
+// "GP", which is compared once; the other talkers are looked at only
+// behind a header that is not GP's.
+SentenceKind MatchHeader(const char* header, NmeaTalkers talkers) {
     constexpr int kTalkerLength = 2;
-    if (header[0] != 'G' || header[1] != 'P') return SentenceKind::kUnknown;
+    if (header[0] != 'G') return SentenceKind::kUnknown;
+    if (header[1] != 'P' && !(talkers == NmeaTalkers::kMultiGnss && IsOtherGnssTalker(header[1]))) {
+        return SentenceKind::kUnknown;
+    }
     for (const auto& [text, kind] : kKeptHeaders) {
         int i = kTalkerLength;
         while (i < kHeaderLength && header[i] == text[i]) ++i;
@@ -44,8 +53,9 @@ SentenceKind MatchHeader(const char* header) {
     return SentenceKind::kUnknown;
 }
 
-// The exclusive-or of each kept header's characters, by kind: the start of
-// its sentence's checksum.
+// The exclusive-or of each kept header's characters with the talker "GP",
+// by kind: the start of its sentence's checksum. Another talker's differs
+// by its second letter against the 'P'.
 constexpr std::array<int, kSentenceKinds> kHeaderChecksums = [] {
     std::array<int, kSentenceKinds> checksums{};
     for (const auto& [text, kind] : kKeptHeaders) {
@@ -203,6 +213,12 @@ class FieldWalker {
     explicit FieldWalker(const char* fields) : position_(fields) {}
 
     int Field() const { return field_; }
+
+    // The current field's first character.
+    const char* Position() const { return position_; }
+
+    // Whether c ends a field.
+    static bool EndsField(char c) { return Ends(c, kFieldEnds); }
 
     // Steps behind the comma that ends the current field; false when the
     // field ended at the '*' (or the text ended), which ends the sentence.
@@ -385,17 +401,18 @@ SentenceScan ScanUnknownHeader(const char* dollar) {
 
 // Reads the header, the body up to '*' and the two checksum characters of
 // the sentence that starts at dollar, in one pass.
-SentenceScan ScanSentence(const char* dollar) {
+SentenceScan ScanSentence(const char* dollar, NmeaTalkers talkers) {
     SentenceScan scan;
-    scan.kind = MatchHeader(dollar + 1);
+    scan.kind = MatchHeader(dollar + 1, talkers);
     if (scan.kind == SentenceKind::kUnknown) return ScanUnknownHeader(dollar);
     // A kept header holds neither a zero nor a '$'.
     const char* p = dollar + 1 + kHeaderLength;
     const char* star = StarOrCut(p);
     if (*star == '\0') return scan;
     if (*star == '$') return {ScanOutcome::kCut, scan.kind, star};
-    const int checksum =
-        kHeaderChecksums[static_cast<std::size_t>(scan.kind)] ^ XorOfBytes(p, star);
+    const int talkerDifference = static_cast<unsigned char>(dollar[2]) ^ 'P';
+    const int checksum = kHeaderChecksums[static_cast<std::size_t>(scan.kind)] ^ talkerDifference ^
+                         XorOfBytes(p, star);
     const char* received = star + 1;
     for (int i = 0; i < 2; ++i) {
         if (received[i] == '\0') return scan;
@@ -407,10 +424,113 @@ SentenceScan ScanSentence(const char* dollar) {
     return scan;
 }
 
-void DispatchSentence(NmeaRecord& record, GsvPaging& paging, SentenceKind kind, const char* fields,
-                      NmeaParseStats* stats) {
+// Reads the four fields of one satellite, the walker standing on its
+// number; false when the sentence ended before its signal strength. It is
+// the inner loop of the GSV parse: called as a function, the walker would
+// leave the registers for memory at every satellite, which cost a tenth of
+// the whole parse.
+[[gnu::always_inline]] inline bool ReadSatellite(FieldWalker& walker, NmeaSatellite& satellite) {
+    walker.CopyText(satellite.prn);
+    if (!walker.Next()) return false;
+    walker.CopyText(satellite.elevation);
+    if (!walker.Next()) return false;
+    walker.CopyText(satellite.azimuth);
+    if (!walker.Next()) return false;
+    walker.CopyText(satellite.snr);
+    return true;
+}
+
+using SatelliteKey = char[GsvGathering::kKeyLength];
+
+// The key of the satellite whose number starts at prn: the talker and as
+// much of the number as the key holds, the rest zero.
+void MakeSatelliteKey(SatelliteKey& key, const char* talker, const char* prn) {
+    std::memset(key, 0, sizeof key);
+    std::memcpy(key, talker, 2);
+    for (std::size_t i = 2; i < sizeof key && !FieldWalker::EndsField(*prn); ++i) key[i] = *prn++;
+}
+
+// Adds a satellite to the round; one its talker reported before (for
+// another of its signals) keeps the stronger signal.
+void AddGathered(GsvGathering& gathering, const SatelliteKey& key, const NmeaSatellite& satellite) {
+    for (int i = 0; i < gathering.count; ++i) {
+        if (std::memcmp(gathering.keys[i], key, sizeof key) != 0) continue;
+        if (FieldInt(satellite.snr) > FieldInt(gathering.satellites[i].snr)) {
+            gathering.satellites[i] = satellite;
+        }
+        return;
+    }
+    if (gathering.count == kMaxGatheredSatellites) return;
+    std::memcpy(gathering.keys[gathering.count], key, sizeof key);
+    gathering.satellites[gathering.count++] = satellite;
+}
+
+// The places of the satellites the table shows, in arrival order: all of
+// them, or the strongest twelve when there are more, the earlier of two
+// equally strong ones first.
+int ChooseShown(const GsvGathering& gathering, int (&places)[kMaxGatheredSatellites]) {
+    const int count = gathering.count;
+    for (int i = 0; i < count; ++i) places[i] = i;
+    if (count <= kMaxSatellites) return count;
+    std::stable_sort(places, places + count, [&gathering](int a, int b) {
+        return FieldInt(gathering.satellites[a].snr) > FieldInt(gathering.satellites[b].snr);
+    });
+    std::sort(places, places + kMaxSatellites);
+    return kMaxSatellites;
+}
+
+// Writes the round so far into the table, with the number of satellites in
+// view of every system.
+void PublishGathered(NmeaRecord::Gsv& gsv, const GsvGathering& gathering) {
+    int places[kMaxGatheredSatellites];
+    const int shown = ChooseShown(gathering, places);
+    std::memset(&gsv, 0, sizeof gsv);
+    for (int i = 0; i < shown; ++i) gsv.satellites[i] = gathering.satellites[places[i]];
+    constexpr int kMostWritten = 99;  // the count's two characters
+    const int inView = std::min(gathering.count, kMostWritten);
+    gsv.satellitesInView[0] = static_cast<char>('0' + inView / 10);
+    gsv.satellitesInView[1] = static_cast<char>('0' + inView % 10);
+}
+
+// One GSV sentence of the multi-GNSS reading; header is its talker. The
+// table is written when a system's sequence is complete, so that it never
+// shows a sequence in part.
+void GatherGsv(NmeaRecord& record, GsvGathering& gathering, const char* header) {
+    if (!gathering.underWay) gathering.count = 0;
+    gathering.underWay = true;
+    FieldWalker walker(header + kHeaderLength);
+    const char totalMessages = walker.TakeFirst();
+    if (!walker.Next()) return;
+    const char messageNumber = walker.TakeFirst();
+    if (!walker.Next()) return;
+    walker.Skip();  // the system's own count; the round counts for itself
+    while (walker.Next()) {
+        SatelliteKey key;
+        MakeSatelliteKey(key, header, walker.Position());
+        NmeaSatellite satellite{};
+        if (!ReadSatellite(walker, satellite)) break;
+        AddGathered(gathering, key, satellite);
+    }
+    if (messageNumber != 0 && messageNumber == totalMessages)
+        PublishGathered(record.gsv, gathering);
+}
+
+// Hands a kept sentence to its parser; header is its first character
+// behind the '$'.
+void DispatchSentence(NmeaRecord& record, GsvPaging& paging, SentenceKind kind, const char* header,
+                      NmeaParseStats* stats, NmeaTalkers talkers) {
     NmeaParseStats ignored;
     NmeaParseStats& counts = stats != nullptr ? *stats : ignored;
+    const char* const fields = header + kHeaderLength;
+    if (talkers == NmeaTalkers::kMultiGnss) {
+        if (kind == SentenceKind::kGsv) {
+            GatherGsv(record, paging.gathering, header);
+            ++counts.gsv;
+            return;
+        }
+        // Any other kept sentence ends the round of GSV sequences.
+        paging.gathering.underWay = false;
+    }
     switch (kind) {
         case SentenceKind::kRmc:
             ParseRmc(record, fields);
@@ -483,15 +603,20 @@ void ClearNmeaRecord(NmeaRecord& record) {
     std::memset(&record.gsv, 0, sizeof record.gsv);
 }
 
+bool ReadsTalker(NmeaTalkers talkers, const char* talker) {
+    if (talker[0] != 'G') return false;
+    return talker[1] == 'P' || (talkers == NmeaTalkers::kMultiGnss && IsOtherGnssTalker(talker[1]));
+}
+
 const char* ParseNmeaBuffer(NmeaRecord& record, GsvPaging& paging, const char* text,
-                            NmeaParseStats* stats) {
+                            NmeaParseStats* stats, NmeaTalkers talkers) {
     // pending is the '$' of the sentence the caller must keep: an unfinished
     // one, or an unknown one that nothing has followed yet.
     const char* pending = nullptr;
     const char* dollar = FindDollar(text);
     while (dollar != nullptr) {
         pending = dollar;
-        const SentenceScan scan = ScanSentence(dollar);
+        const SentenceScan scan = ScanSentence(dollar, talkers);
         switch (scan.outcome) {
             case ScanOutcome::kTextEnded:
                 return pending;
@@ -509,7 +634,7 @@ const char* ParseNmeaBuffer(NmeaRecord& record, GsvPaging& paging, const char* t
                 break;
             case ScanOutcome::kComplete:
                 if (scan.checksumMatches) {
-                    DispatchSentence(record, paging, scan.kind, dollar + 1 + kHeaderLength, stats);
+                    DispatchSentence(record, paging, scan.kind, dollar + 1, stats, talkers);
                 } else if (stats != nullptr) {
                     ++stats->checksumFailures;
                 }
@@ -638,13 +763,7 @@ void ParseGsv(NmeaRecord& record, GsvPaging& paging, const char* fields) {
         NmeaSatellite discarded;
         const bool inTable = paging.nextIndex >= 0 && paging.nextIndex < kMaxSatellites;
         NmeaSatellite& satellite = inTable ? gsv.satellites[paging.nextIndex] : discarded;
-        walker.CopyText(satellite.prn);
-        if (!walker.Next()) return;
-        walker.CopyText(satellite.elevation);
-        if (!walker.Next()) return;
-        walker.CopyText(satellite.azimuth);
-        if (!walker.Next()) return;
-        walker.CopyText(satellite.snr);
+        if (!ReadSatellite(walker, satellite)) return;
         CountSatellite(gsv, paging, satellitesInView);
     }
 }

@@ -79,11 +79,45 @@ static_assert(offsetof(NmeaRecord::Rmc, latHemisphere) ==
 static_assert(offsetof(NmeaRecord::Rmc, lonHemisphere) ==
               offsetof(NmeaRecord::Rmc, longitude) + sizeof NmeaRecord::Rmc::longitude);
 
+// Which talkers the parser reads. The program reads the GPS talker "GP"
+// alone. Receivers that combine satellite systems send their position as
+// "GN" and their satellites under each system's own talker; the multi-GNSS
+// reading takes GN, GL (GLONASS), GA (Galileo), GB (BeiDou) and GQ (QZSS)
+// as if they were GP.
+enum class NmeaTalkers : std::uint8_t { kGpOnly, kMultiGnss };
+
+// The talkers of the multi-GNSS setting.
+constexpr NmeaTalkers TalkersFor(bool multiGnss) {
+    return multiGnss ? NmeaTalkers::kMultiGnss : NmeaTalkers::kGpOnly;
+}
+
+// Whether the two characters at talker name a talker that talkers reads.
+bool ReadsTalker(NmeaTalkers talkers, const char* talker);
+
+// The most satellites one round of GSV sequences is gathered from; more
+// than any receiver has in view.
+inline constexpr int kMaxGatheredSatellites = 64;
+
+// The satellites of the multi-GNSS reading's present round of GSV
+// sequences, every system's in the order they arrived. A round begins with
+// the first GSV sentence behind any other kept sentence.
+struct GsvGathering {
+    // Tells the satellites apart: the talker and the number as sent, whose
+    // third digit the table does not keep (SBAS 120 beside GPS 12).
+    static constexpr int kKeyLength = 6;
+
+    bool underWay = false;
+    std::int32_t count = 0;
+    char keys[kMaxGatheredSatellites][kKeyLength] = {};
+    NmeaSatellite satellites[kMaxGatheredSatellites] = {};
+};
+
 // Follows a multi-message GSV sequence between calls of the parser.
 struct GsvPaging {
     char totalMessages = 0;  // zero when no sequence is under way
     char messageNumber = 0;
     std::int32_t nextIndex = 0;
+    GsvGathering gathering;  // the multi-GNSS reading's only
 };
 
 // What one call of the parser saw; for the tool's summaries and tests.
@@ -105,8 +139,14 @@ struct NmeaParseStats {
 // zero-terminated text into record and returns a pointer to the '$' where
 // the unfinished or unconsumed tail begins, or null when nothing of text has
 // to be kept. One pass, no allocation. stats, when given, is added to.
+// With kMultiGnss the four sentences of the other satellite talkers are
+// read too, and the twelve satellite records are filled from the GSV
+// sequences of every system of a round, in the order they arrived: the
+// twelve strongest when there are more. A satellite that a system reports
+// once for each of its signals is kept once, with its strongest signal.
 const char* ParseNmeaBuffer(NmeaRecord& record, GsvPaging& paging, const char* text,
-                            NmeaParseStats* stats = nullptr);
+                            NmeaParseStats* stats = nullptr,
+                            NmeaTalkers talkers = NmeaTalkers::kGpOnly);
 
 // Each is given the first character behind the sentence's header comma.
 void ParseRmc(NmeaRecord& record, const char* fields);

@@ -146,7 +146,8 @@ void ParseBuffer(PortSource& port) {
     {
         std::lock_guard<std::mutex> guard(port.lock);
         NmeaParseStats stats;
-        const char* tail = ParseNmeaBuffer(port.record, port.paging, port.buffer, &stats);
+        const char* tail =
+            ParseNmeaBuffer(port.record, port.paging, port.buffer, &stats, port.talkers.load());
         if (tail != nullptr) {
             const int offset = static_cast<int>(tail - port.buffer);
             std::memmove(port.buffer, tail, std::strlen(tail) + 1);

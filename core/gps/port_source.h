@@ -100,6 +100,10 @@ struct PortSource {
     // and the Options dialog sets it while the source runs, so switching it
     // off stops the writes at the next read.
     std::atomic<bool> logNmea{false};
+    // The talkers the reader's parse reads. The GPS start command sets it
+    // from the multi-GNSS setting before the reader starts; a change while a
+    // reader runs is taken at its next parse.
+    std::atomic<NmeaTalkers> talkers{NmeaTalkers::kGpOnly};
     std::mutex lock;
     NmeaRecord record{};
     GsvPaging paging;

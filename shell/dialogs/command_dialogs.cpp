@@ -1,10 +1,12 @@
 #include "shell/dialogs/command_dialogs.h"
 
 #include "core/app/commands.h"
+#include "shell/dialogs/destination_list_dialog.h"
 #include "shell/dialogs/gps_setup_dialog.h"
 #include "shell/dialogs/options_dialog.h"
-#include "shell/dialogs/destination_list_dialog.h"
 #include "shell/dialogs/point_manager_dialog.h"
+#include "shell/dialogs/speed_alarms_dialog.h"
+#include "shell/dialogs/track_interval_dialog.h"
 
 namespace tolvane::shell {
 
@@ -41,6 +43,12 @@ bool OpenCommandDialog(Program& program, QWidget* parent, int commandId) {
             return true;
         case kCommandOpenDestinationList:
             OpenDestinations(program, parent);
+            return true;
+        case kCommandCustomInterval:
+            RunTrackIntervalDialog(program, parent);
+            return true;
+        case kCommandCustomSpeedAlarm:
+            RunSpeedAlarmsDialog(program, parent);
             return true;
         default:
             return false;

@@ -80,6 +80,7 @@ class WindowTest : public QObject {
     void ASquareScreenUses110DpiAndTheSmallLayout();
     void ScreenshotsPaintEveryViewOfARecordingDayAndNight();
     void TheAlarmLoopsWithoutAJump();
+    void TheValueDialogsFitTakeDigitsAndAnswerEnterAndEscape();
 
   private:
     // Starts the program on a screen of the given metrics.
@@ -375,6 +376,61 @@ void WindowTest::TheAlarmLoopsWithoutAJump() {
         largestStep = std::max(largestStep, std::abs(samples[i] - samples[i - 1]));
     QVERIFY(std::abs(samples[0] - samples[count - 1]) <= largestStep);
     QVERIFY(std::abs(samples[0]) < largestStep);
+}
+
+namespace {
+
+// Lets act work the next dialog once it is shown; act must close it.
+void WorkNextDialog(std::function<void(QDialog&)> act) {
+    auto* poll = new QTimer;
+    poll->setInterval(20);
+    QObject::connect(poll, &QTimer::timeout, [poll, act] {
+        auto* dialog = qobject_cast<QDialog*>(QApplication::activeModalWidget());
+        if (dialog == nullptr) return;
+        poll->stop();
+        poll->deleteLater();
+        act(*dialog);
+    });
+    poll->start();
+}
+
+}  // namespace
+
+void WindowTest::TheValueDialogsFitTakeDigitsAndAnswerEnterAndEscape() {
+    ProgramWindow& program = Start({96, 96, 240, 320});
+    Options& options = program.Core().app.options;
+    options.unitSystem = 2;
+    QStringList opened;
+    bool fits = false;
+    const auto type = [&](const char* keys, Qt::Key answer) {
+        return [&, keys, answer](QDialog& dialog) {
+            const QList<QLineEdit*> fields = dialog.findChildren<QLineEdit*>();
+            for (const QLineEdit* field : fields) opened << field->text();
+            for (const QLabel* label : dialog.findChildren<QLabel*>()) opened << label->text();
+            fits = dialog.width() <= 240 && dialog.height() <= 320;
+            QTest::keyClicks(fields.front(), QString::fromLatin1(keys));
+            QTest::keyClick(fields.front(), answer);
+        };
+    };
+
+    // The first value is selected: typing replaces it, and a letter is refused.
+    WorkNextDialog(type("x95", Qt::Key_Return));
+    program.RunCommand(kCommandCustomSpeedAlarm);
+    QCOMPARE(options.speedAlarmValues[0], 95);
+    QCOMPARE(options.speedAlarmValues[7], 120);
+    QVERIFY(opened.contains(QStringLiteral("120")) && opened.contains(QStringLiteral("(kts)")));
+    QVERIFY(fits);
+
+    opened.clear();
+    WorkNextDialog(type("0", Qt::Key_Enter));
+    program.RunCommand(kCommandCustomInterval);
+    QCOMPARE(options.trackIntervalValues[0], 1);
+    QVERIFY(opened.contains(QStringLiteral("1-3600 Seconds")));
+    QVERIFY(fits);
+
+    WorkNextDialog(type("77", Qt::Key_Escape));
+    program.RunCommand(kCommandCustomInterval);
+    QCOMPARE(options.trackIntervalValues[0], 1);
 }
 
 }  // namespace tolvane::shell

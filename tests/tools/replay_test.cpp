@@ -223,5 +223,46 @@ TEST(ReplayTest, ARecordingWithoutUsableSentencesPlaysInBoundedMemoryAndTheSumma
     EXPECT_NE(zeros.output.find("40000000 zero bytes"), std::string::npos) << zeros.output;
 }
 
+// Receivers that combine satellite systems send their position as GN:
+// without the multi-GNSS reading no second has a fix, with it every second
+// the receiver had one has it too, where the receiver was, with the
+// satellites of every system.
+TEST(ReplayTest, GnCapturesHaveFixesOnlyWithTheMultiGnssReading) {
+    struct GnCapture {
+        const char* name;
+        std::size_t seconds;
+        int fixes;
+        double latitude;
+        double longitude;
+        int lastInView;
+    };
+    const GnCapture kCaptures[] = {
+        {"ublox-8.log", 5, 5, 44.0689, -121.3142, 25},             // Bend, Oregon
+        {"ublox-neo-m9n-nmea.log", 5, 5, 38.1105, -122.6269, 43},  // Novato, California
+        {"bu353-glonass.log", 19, 9, 55.6866, 37.6215, 22},        // Moscow; the fix is lost
+        {"unicore-um621.log", 3, 3, 44.0688, -121.3141, 44},       // each signal counted once
+    };
+    for (const GnCapture& capture : kCaptures) {
+        SCOPED_TRACE(capture.name);
+        const std::string log = testing::TestDataFile(std::string("gnss/") + capture.name);
+        for (const nlohmann::json& tick : Ticks(RunCommand({"replay", log, "--json"}).out)) {
+            EXPECT_EQ(tick["fixValid"], 0);
+        }
+        const Result result = RunCommand({"replay", log, "--json", "--multi-gnss"});
+        ASSERT_EQ(result.code, kExitOk) << result.err;
+        const std::vector<nlohmann::json> ticks = Ticks(result.out);
+        ASSERT_EQ(ticks.size(), capture.seconds);
+        int fixes = 0;
+        for (const nlohmann::json& tick : ticks) {
+            if (tick["fixValid"] == 0) continue;
+            ++fixes;
+            EXPECT_NEAR(tick["latitude"].get<double>(), capture.latitude, 0.001);
+            EXPECT_NEAR(tick["longitude"].get<double>(), capture.longitude, 0.001);
+        }
+        EXPECT_EQ(fixes, capture.fixes);
+        EXPECT_EQ(ticks.back()["satellitesInView"], capture.lastInView);
+    }
+}
+
 }  // namespace
 }  // namespace tolvane::tool

@@ -99,18 +99,22 @@ const std::string& GpOnlyRecording() {
 }
 
 // Parses the whole text in one call, as one large read would be.
-void BM_ParseNmeaBuffer(benchmark::State& state, const std::string& (*input)()) {
+void BM_ParseNmeaBuffer(benchmark::State& state, const std::string& (*input)(),
+                        NmeaTalkers talkers = NmeaTalkers::kGpOnly) {
     const std::string& text = input();
     NmeaRecord record{};
     GsvPaging paging;
     for (auto _ : state) {
-        benchmark::DoNotOptimize(ParseNmeaBuffer(record, paging, text.c_str()));
+        benchmark::DoNotOptimize(ParseNmeaBuffer(record, paging, text.c_str(), nullptr, talkers));
         benchmark::ClobberMemory();
     }
     state.SetBytesProcessed(static_cast<std::int64_t>(state.iterations() * text.size()));
 }
 BENCHMARK_CAPTURE(BM_ParseNmeaBuffer, all_captures, &AllCaptures);
 BENCHMARK_CAPTURE(BM_ParseNmeaBuffer, gp_sentences, &GpOnlyRecording);
+// The multi-GNSS reading also reads the captures' GN, GL, GA and GB sentences.
+BENCHMARK_CAPTURE(BM_ParseNmeaBuffer, all_captures_multi_gnss, &AllCaptures,
+                  NmeaTalkers::kMultiGnss);
 
 // The port reader's way: small reads gathered in the 2048-byte buffer,
 // parsed whenever the next read would not fit, the tail moved to the front.

@@ -49,9 +49,10 @@ void CheckRecord(const NmeaRecord& record) {
 }
 
 // The whole stream in one call: the tail, when there is one, is a '$' of it.
-void ParseWhole(NmeaRecord& record, GsvPaging& paging, const std::string& text) {
+void ParseWhole(NmeaRecord& record, GsvPaging& paging, const std::string& text,
+                tolvane::NmeaTalkers talkers) {
     tolvane::NmeaParseStats stats;
-    const char* tail = tolvane::ParseNmeaBuffer(record, paging, text.c_str(), &stats);
+    const char* tail = tolvane::ParseNmeaBuffer(record, paging, text.c_str(), &stats, talkers);
     if (tail != nullptr &&
         (tail < text.c_str() || tail >= text.c_str() + text.size() || *tail != '$')) {
         std::abort();
@@ -87,7 +88,9 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     CheckRecord(*record);
 
     const std::string text(stream, streamSize);
-    ParseWhole(*record, paging, text);
+    for (const auto talkers : {tolvane::NmeaTalkers::kGpOnly, tolvane::NmeaTalkers::kMultiGnss}) {
+        ParseWhole(*record, paging, text, talkers);
+    }
     ParseEachSentence(*record, paging, text);
     return 0;
 }

@@ -103,6 +103,7 @@ bool LoadDestinations(const std::string& path, DynamicList<GeoPoint>& destinatio
 
 bool PrepareRun(AppState& app, const RunSettings& settings, std::string& error) {
     app.folders.trackLogDir = settings.trackFolder;
+    app.multiGnss = settings.multiGnss;
     app.alarm.path = ProgramFile("Alarm.wav");
     if (!settings.trackFolder.empty() && !std::filesystem::is_directory(settings.trackFolder)) {
         error = "cannot write track files into " + settings.trackFolder + ": no such folder";
@@ -146,6 +147,7 @@ PortRun::~PortRun() {
 bool PortRun::Start(const std::string& portName, std::uint32_t baudRate, ReaderDrive drive) {
     port.portName = portName;
     port.baudRate = baudRate;
+    port.talkers = TalkersFor(app.multiGnss);
     if (!OpenPort(port) || !StartReader(port, drive)) return false;
     UpdateGpsState(app);
     app.gpsRunning = true;
@@ -187,7 +189,7 @@ std::string NoFixReason(int fixes, const NmeaParseStats& stats) {
            Count(stats.otherTalkerRmc, ("$" + talker + "RMC sentence").c_str(),
                  ("$" + talker + "RMC sentences").c_str()) +
            (stats.otherTalkerRmc == 1 ? " was" : " were") +
-           " ignored; this program reads GP sentences";
+           " ignored; this program reads GP sentences (--multi-gnss reads the others too)";
 }
 
 std::string RunSummary(int ticks, int fixes, const NmeaParseStats& stats) {

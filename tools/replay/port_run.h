@@ -61,7 +61,8 @@ struct RunSettings {
     std::optional<std::int32_t> defaultRange;
     bool alwaysDefaultRange = false;
     std::optional<std::int32_t> speedAlarm;
-    bool voice = false;  // arrivals are spoken; otherwise they take the alarm sound
+    bool voice = false;      // arrivals are spoken; otherwise they take the alarm sound
+    bool multiGnss = false;  // --multi-gnss: the other satellite talkers read as GP
 };
 
 // The settings of the run: the record of --options (else the defaults) with
@@ -70,8 +71,9 @@ struct RunSettings {
 bool MakeRunOptions(const RunSettings& settings, Options& options, std::string& error);
 
 // Prepares the application state of a run for its settings: the track
-// folder, the destination list, the alarm sound beside the program. False
-// with error set when the destination list cannot be read.
+// folder, the destination list, the alarm sound beside the program, the
+// talkers the port source reads. False with error set when the
+// destination list cannot be read.
 bool PrepareRun(AppState& app, const RunSettings& settings, std::string& error);
 
 // One second of the program: the main timer's procedure, then the track
@@ -82,7 +84,8 @@ void RunTimers(AppState& app, Host& host);
 // the dropped sentences are those the parser threw away; zero bytes taken
 // out of the stream are counted inside the brackets when there were any.
 // A run without fixes says why when the reason is known: "0 fixes: 3600
-// $GNRMC sentences were ignored; this program reads GP sentences".
+// $GNRMC sentences were ignored; this program reads GP sentences
+// (--multi-gnss reads the others too)".
 std::string RunSummary(int ticks, int fixes, const NmeaParseStats& stats);
 
 // The program without its window, running the port source: the

@@ -11,11 +11,22 @@ namespace {
 
 constexpr std::string_view kRmcHeader = "$GPRMC,";
 
-// The start of the next line that begins with "$GPRMC,", from position from
-// on, or npos. Such a line has its 'R' three characters in, and the letter is
-// rare elsewhere in NMEA text, so the search jumps from one 'R' to the next
-// instead of stepping through a recording of many megabytes line by line.
-std::size_t FindRmcLine(std::string_view recording, std::size_t from) {
+// Whether the RMC header of a talker that talkers reads starts at start.
+bool IsRmcHeader(std::string_view recording, std::size_t start, NmeaTalkers talkers) {
+    constexpr std::size_t kTalkerAt = 1;
+    constexpr std::size_t kSentenceAt = 3;
+    return recording.size() - start >= kRmcHeader.size() && recording[start] == '$' &&
+           ReadsTalker(talkers, recording.data() + start + kTalkerAt) &&
+           recording.compare(start + kSentenceAt, kRmcHeader.size() - kSentenceAt,
+                             kRmcHeader.substr(kSentenceAt)) == 0;
+}
+
+// The start of the next line that begins with the RMC header of a talker
+// that talkers reads ("$GPRMC,"), from position from on, or npos. Such a
+// line has its 'R' three characters in, and the letter is rare elsewhere in
+// NMEA text, so the search jumps from one 'R' to the next instead of
+// stepping through a recording of many megabytes line by line.
+std::size_t FindRmcLine(std::string_view recording, std::size_t from, NmeaTalkers talkers) {
     constexpr std::size_t kLetterOffset = 3;
     for (std::size_t at = from + kLetterOffset; at < recording.size(); ++at) {
         const void* letter = std::memchr(recording.data() + at, 'R', recording.size() - at);
@@ -23,7 +34,7 @@ std::size_t FindRmcLine(std::string_view recording, std::size_t from) {
         at = static_cast<std::size_t>(static_cast<const char*>(letter) - recording.data());
         const std::size_t start = at - kLetterOffset;
         const bool atLineStart = start == 0 || recording[start - 1] == '\n';
-        if (atLineStart && recording.compare(start, kRmcHeader.size(), kRmcHeader) == 0) {
+        if (atLineStart && IsRmcHeader(recording, start, talkers)) {
             return start;
         }
     }
@@ -143,9 +154,9 @@ std::optional<FileTime> RmcUtc(const RmcStamp& stamp) {
 
 }  // namespace
 
-std::vector<RecordedSecond> SplitIntoSeconds(std::string_view recording) {
+std::vector<RecordedSecond> SplitIntoSeconds(std::string_view recording, NmeaTalkers talkers) {
     std::vector<RecordedSecond> seconds;
-    SecondSplitter().Scan(recording, 0, true, seconds);
+    SecondSplitter(talkers).Scan(recording, 0, true, seconds);
     return seconds;
 }
 
@@ -158,8 +169,8 @@ std::size_t SecondSplitter::WholeLinesEnd(std::string_view text, std::size_t at)
 void SecondSplitter::Scan(std::string_view text, std::size_t at, bool last,
                           std::vector<RecordedSecond>& complete) {
     const std::string_view lines = text.substr(0, last ? text.size() : WholeLinesEnd(text, at));
-    for (std::size_t start = FindRmcLine(lines, scannedTo_ - at); start != std::string_view::npos;
-         start = FindRmcLine(lines, start + 1)) {
+    for (std::size_t start = FindRmcLine(lines, scannedTo_ - at, talkers_);
+         start != std::string_view::npos; start = FindRmcLine(lines, start + 1, talkers_)) {
         const RmcStamp stamp = ReadRmcStamp(lines, start);
         if (started_ && stamp.time == currentTime_) continue;
         if (started_)

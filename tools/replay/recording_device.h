@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "core/base/file_time.h"
+#include "core/gps/nmea_record.h"
 #include "core/gps/serial_device.h"
 
 namespace tolvane::tool {
@@ -22,11 +23,13 @@ struct RecordedSecond {
 };
 
 // Cuts a recording into seconds. A second begins at each line starting with
-// "$GPRMC," whose time field differs from that of the line that began the
-// current second, whatever its checksum; the bytes before the first such
-// line belong to the first second. A time that makes no calendar time
-// carries the previous second's time one second on.
-std::vector<RecordedSecond> SplitIntoSeconds(std::string_view recording);
+// "$GPRMC," (or the RMC header of another talker that talkers reads) whose
+// time field differs from that of the line that began the current second,
+// whatever its checksum; the bytes before the first such line belong to
+// the first second. A time that makes no calendar time carries the
+// previous second's time one second on.
+std::vector<RecordedSecond> SplitIntoSeconds(std::string_view recording,
+                                             NmeaTalkers talkers = NmeaTalkers::kGpOnly);
 
 // Cuts a recording into the same seconds while it is read, a piece at a
 // time, so that a long recording need not be held whole: each scan goes on
@@ -34,6 +37,8 @@ std::vector<RecordedSecond> SplitIntoSeconds(std::string_view recording);
 // completes. Until the recording's end only whole lines are looked at.
 class SecondSplitter {
   public:
+    explicit SecondSplitter(NmeaTalkers talkers = NmeaTalkers::kGpOnly) : talkers_(talkers) {}
+
     // text is the recording from position `at` on, and begins no later than
     // KeepFrom(); `last` when it runs to the recording's end.
     void Scan(std::string_view text, std::size_t at, bool last,
@@ -53,6 +58,7 @@ class SecondSplitter {
     // what the last scan did not see.
     std::size_t WholeLinesEnd(std::string_view text, std::size_t at) const;
 
+    NmeaTalkers talkers_;
     bool started_ = false;
     RecordedSecond current_;   // the second under way; its end is not known yet
     std::string currentTime_;  // the time field of the line that began it

@@ -85,7 +85,7 @@ class RecordingPlayer {
         NmeaRecord scratch{};
         GsvPaging paging;
         NmeaParseStats heldStats;
-        ParseNmeaBuffer(scratch, paging, held.c_str(), &heldStats);
+        ParseNmeaBuffer(scratch, paging, held.c_str(), &heldStats, run_.port.talkers.load());
         stats.otherTalkerRmc += heldStats.otherTalkerRmc;
         if (heldStats.otherTalkerRmc > 0) std::memcpy(stats.otherTalker, heldStats.otherTalker, 2);
         return stats;
@@ -121,6 +121,8 @@ class RecordingPlayer {
 // more showed in the replay's time.
 class RecordingWindow {
   public:
+    explicit RecordingWindow(NmeaTalkers talkers) : splitter_(talkers) {}
+
     // Reads the next piece from in; false once in has no more.
     bool Read(std::istream& in) {
         constexpr std::size_t kPieceSize = 1 << 16;
@@ -200,7 +202,8 @@ bool ReplayRecording(std::string_view recording, const RunSettings& settings,
                      ReplayTotals& totals, std::string& error) {
     RecordingPlayer player(settings, options, messages, onTick);
     if (!player.Prepare(settings, error)) return false;
-    for (const RecordedSecond& second : SplitIntoSeconds(recording)) {
+    for (const RecordedSecond& second :
+         SplitIntoSeconds(recording, TalkersFor(settings.multiGnss))) {
         if (!player.Play(recording.substr(second.begin, second.end - second.begin), second)) {
             break;
         }
@@ -215,7 +218,7 @@ bool ReplayRecordingFile(const std::string& path, const RunSettings& settings,
     // A file that cannot be read is told before the run is prepared.
     std::ifstream in(path, std::ios::binary);
     if (!in) return ReportUnreadable(path, messages);
-    RecordingWindow window;
+    RecordingWindow window(TalkersFor(settings.multiGnss));
     bool more = window.Read(in);
     if (in.bad()) return ReportUnreadable(path, messages);
     RecordingPlayer player(settings, options, messages, onTick);

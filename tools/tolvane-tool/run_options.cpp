@@ -95,6 +95,10 @@ bool ParseRunOption(const Arguments& arguments, std::size_t& index, RunSettings&
         settings.alwaysDefaultRange = true;
         return true;
     }
+    if (name == "--multi-gnss") {
+        settings.multiGnss = true;
+        return true;
+    }
     if (!TakesValue(name)) return false;
     std::string value;
     if (!ValueOf(arguments, index, value)) {
@@ -129,7 +133,9 @@ std::string RunOptionsUsage() {
            "  --default-range N         default proximity range, metres or feet by unit system\n"
            "  --always-default-range    use the default range for every destination\n"
            "  --speed-alarm INDEX       speed alarm: -1 off, 0..7 the alarm values of the record\n"
-           "  --voice 0|1               speak arrivals with espeak-ng (default 0: alarm sound)\n";
+           "  --voice 0|1               speak arrivals with espeak-ng (default 0: alarm sound)\n"
+           "  --multi-gnss              also read the GN, GL, GA, GB and GQ talkers as GP\n"
+           "                            (receivers that combine satellite systems)\n";
 }
 
 }  // namespace tolvane::tool

@@ -29,10 +29,11 @@ struct Parser {
     NmeaRecord record{};
     GsvPaging paging;
     NmeaParseStats stats;
+    NmeaTalkers talkers = NmeaTalkers::kGpOnly;
 
     // The tail handed back, empty when nothing is to be kept.
     std::string Parse(const std::string& text) {
-        const char* tail = ParseNmeaBuffer(record, paging, text.c_str(), &stats);
+        const char* tail = ParseNmeaBuffer(record, paging, text.c_str(), &stats, talkers);
         return tail == nullptr ? std::string() : std::string(tail);
     }
 };
@@ -411,23 +412,78 @@ TEST(NmeaCaptureTest, TheLastFixOfACaptureMatchesGpsdsReading) {
 TEST(NmeaCaptureTest, ACorruptColdStartCaptureLeavesEveryFieldTerminated) {
     // gp-320fw sends fragments, glued sentences, bad checksums and zero bytes
     // after its cold start.
+    // Both readings see the same stream.
     const std::string text = Capture("gp-320fw-2019-04-07-coldboot.log");
+    for (const NmeaTalkers talkers : {NmeaTalkers::kGpOnly, NmeaTalkers::kMultiGnss}) {
+        Parser parser;
+        PortReaderFeed feed(parser.record, parser.paging, &parser.stats, talkers);
+        feed.ReadAll(text.data(), text.size(), 64, 3);
+        EXPECT_GT(parser.stats.checksumFailures, 0);
+        EXPECT_GT(parser.stats.zeroBytes, 0);
+        EXPECT_GT(parser.stats.rmc, 0);
+        const NmeaRecord& record = parser.record;
+        for (const char* end : {std::end(record.rmc.utcTime), std::end(record.rmc.latitude),
+                                std::end(record.gga.altitude), std::end(record.gsa.vdop),
+                                std::end(record.gsv.satellitesInView)}) {
+            EXPECT_EQ(end[-1], '\0');
+        }
+        for (const NmeaSatellite& satellite : record.gsv.satellites) {
+            EXPECT_EQ(satellite.prn[2], '\0');
+            EXPECT_EQ(satellite.snr[4], '\0');
+        }
+    }
+}
+
+std::vector<int> Snrs(const NmeaRecord& record) {
+    std::vector<int> snrs;
+    for (int i = 0; i < kMaxSatellites; ++i) snrs.push_back(record.SatelliteSnr(i));
+    return snrs;
+}
+
+// A u-blox M9 sends its position as GN and the satellites of four systems
+// (16 GPS, 10 GLONASS, 10 Galileo, 7 BeiDou) under their own talkers.
+TEST(NmeaMultiGnssTest, TheStrongestTwelveOfEverySystemFillTheTableInArrivalOrder) {
+    const std::string capture =
+        testing::ReadFileBytes(testing::TestDataFile("gnss/ublox-neo-m9n-nmea.log"));
+    const std::size_t first = capture.find("$GNRMC");
+    const std::string epoch = capture.substr(first, capture.find("$GNRMC", first + 1) - first);
+    Parser gpOnly;
+    gpOnly.Parse(epoch);
+    EXPECT_EQ(gpOnly.stats.rmc, 0);
+    EXPECT_FALSE(gpOnly.record.IsFixValid());
+
     Parser parser;
-    PortReaderFeed feed(parser.record, parser.paging, &parser.stats);
-    feed.ReadAll(text.data(), text.size(), 64, 3);
-    EXPECT_GT(parser.stats.checksumFailures, 0);
-    EXPECT_GT(parser.stats.zeroBytes, 0);
-    EXPECT_GT(parser.stats.rmc, 0);
-    const NmeaRecord& record = parser.record;
-    for (const char* end : {std::end(record.rmc.utcTime), std::end(record.rmc.latitude),
-                            std::end(record.gga.altitude), std::end(record.gsa.vdop),
-                            std::end(record.gsv.satellitesInView)}) {
-        EXPECT_EQ(end[-1], '\0');
-    }
-    for (const NmeaSatellite& satellite : record.gsv.satellites) {
-        EXPECT_EQ(satellite.prn[2], '\0');
-        EXPECT_EQ(satellite.snr[4], '\0');
-    }
+    parser.talkers = NmeaTalkers::kMultiGnss;
+    parser.Parse(epoch);
+    EXPECT_EQ(Counts(parser.stats), (std::vector<int>{1, 1, 4, 12, 0, 0}));
+    EXPECT_TRUE(parser.record.IsFixValid());
+    EXPECT_NEAR(parser.record.Latitude(), 38.110494, 1e-6);
+    EXPECT_EQ(parser.record.SatellitesUsed(), 12);
+    EXPECT_EQ(parser.record.SatellitesInView(), 43);
+    // Signal strengths 39 tie for the last three places: the earliest win.
+    EXPECT_EQ(Prns(parser.record),
+              (std::vector<int>{18, 29, 44, 46, 51, 67, 68, 82, 3, 5, 27, 32}));
+    EXPECT_EQ(Snrs(parser.record),
+              (std::vector<int>{39, 43, 45, 43, 43, 40, 44, 39, 40, 39, 44, 44}));
+
+    // Any other kept sentence ends the round; a satellite sent for two
+    // signals counts once, with the stronger, and SBAS 120 is not GPS 12
+    // though the table keeps two digits of each; an unfinished sequence
+    // leaves the table as the last complete one wrote it.
+    parser.Parse(kGga);
+    parser.Parse(NmeaSentence("GPGSV,1,1,03,07,10,100,30,09,20,200,,120,30,300,33,1"));
+    parser.Parse(NmeaSentence("GPGSV,1,1,03,07,10,100,20,09,20,200,25,12,40,050,41,8"));
+    parser.Parse(NmeaSentence("GLGSV,2,1,05,65,10,100,50,66,10,100,50,67,10,100,50,68,10,100,50"));
+    EXPECT_EQ(parser.record.SatellitesInView(), 4);
+    EXPECT_EQ(Prns(parser.record), (std::vector<int>{7, 9, 12, 12, 0, 0, 0, 0, 0, 0, 0, 0}));
+    EXPECT_EQ(Snrs(parser.record), (std::vector<int>{30, 25, 33, 41, 0, 0, 0, 0, 0, 0, 0, 0}));
+
+    // Each talker's checksum counts its own letters.
+    std::string relabelled =
+        NmeaSentence("GPRMC,123519,A,4807.038,N,01131.000,E,022.4,084.4,230394,003.1,W");
+    relabelled[2] = 'L';
+    parser.Parse(relabelled);
+    EXPECT_EQ(parser.stats.checksumFailures, 1);
 }
 
 }  // namespace

@@ -19,8 +19,9 @@ class PortReaderFeed {
     static constexpr int kBufferSize = 2048;
     static constexpr std::size_t kMaxRead = 1024;
 
-    PortReaderFeed(NmeaRecord& record, GsvPaging& paging, NmeaParseStats* stats = nullptr)
-        : record_(record), paging_(paging), stats_(stats) {}
+    PortReaderFeed(NmeaRecord& record, GsvPaging& paging, NmeaParseStats* stats = nullptr,
+                   NmeaTalkers talkers = NmeaTalkers::kGpOnly)
+        : record_(record), paging_(paging), stats_(stats), talkers_(talkers) {}
 
     // One read of at most kMaxRead bytes.
     void Read(const char* bytes, std::size_t count) {
@@ -49,7 +50,7 @@ class PortReaderFeed {
 
     void Parse() {
         if (bufferedBytes_ <= 0) return;
-        const char* tail = ParseNmeaBuffer(record_, paging_, buffer_, stats_);
+        const char* tail = ParseNmeaBuffer(record_, paging_, buffer_, stats_, talkers_);
         if (tail == nullptr) {
             Clear();
             return;
@@ -72,6 +73,7 @@ class PortReaderFeed {
     NmeaRecord& record_;
     GsvPaging& paging_;
     NmeaParseStats* stats_;
+    NmeaTalkers talkers_;
     char buffer_[kBufferSize] = {};
     std::size_t textLength_ = 0;  // of the text in buffer_
     int bufferedBytes_ = 0;       // counted the reader's way

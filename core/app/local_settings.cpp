@@ -1,0 +1,78 @@
+#include "core/app/local_settings.h"
+
+#include <algorithm>
+#include <filesystem>
+#include <fstream>
+#include <system_error>
+
+namespace tolvane {
+namespace {
+
+constexpr std::string_view kMultiGnssName = "multi-gnss";
+// The file is a few lines; what lies beyond this is no setting of the
+// program and is not read.
+constexpr std::size_t kMostRead = 64 * 1024;
+
+std::string_view Trimmed(std::string_view text) {
+    constexpr std::string_view kBlanks = " \t\r";
+    const std::size_t first = text.find_first_not_of(kBlanks);
+    if (first == std::string_view::npos) return {};
+    return text.substr(first, text.find_last_not_of(kBlanks) - first + 1);
+}
+
+// Applies one "name = value" line.
+void ReadSetting(std::string_view line, AppState& app) {
+    const std::size_t equals = line.find('=');
+    if (equals == std::string_view::npos) return;
+    const std::string_view name = Trimmed(line.substr(0, equals));
+    const std::string_view value = Trimmed(line.substr(equals + 1));
+    if (name == kMultiGnssName && (value == "0" || value == "1")) app.multiGnss = value == "1";
+}
+
+}  // namespace
+
+std::string LocalSettingsPath(const std::string& optionsPath) {
+    return (std::filesystem::path(optionsPath).parent_path() / kLocalSettingsFileName).string();
+}
+
+void ReadLocalSettings(std::string_view text, AppState& app) {
+    while (!text.empty()) {
+        const std::size_t end = std::min(text.find('\n'), text.size());
+        const std::string_view line = Trimmed(text.substr(0, end));
+        if (!line.starts_with('#')) ReadSetting(line, app);
+        text.remove_prefix(std::min(end + 1, text.size()));
+    }
+}
+
+std::string LocalSettingsText(const AppState& app) {
+    return "# Tolvane GPS Utilities: the settings kept beside Options.dat.\n"
+           "# multi-gnss: 1 reads the GN, GL, GA, GB and GQ talkers as GP, 0 GP alone.\n" +
+           std::string(kMultiGnssName) + " = " + (app.multiGnss ? "1" : "0") + "\n";
+}
+
+void LoadLocalSettings(Program& program) {
+    std::ifstream file(LocalSettingsPath(program.files.optionsPath), std::ios::binary);
+    if (!file) return;
+    std::string text(kMostRead, '\0');
+    file.read(text.data(), static_cast<std::streamsize>(text.size()));
+    text.resize(static_cast<std::size_t>(file.gcount()));
+    ReadLocalSettings(text, program.app);
+}
+
+bool SaveLocalSettings(Program& program) {
+    const std::string path = LocalSettingsPath(program.files.optionsPath);
+    const std::string temporary = path + ".new";
+    {
+        std::ofstream file(temporary, std::ios::binary | std::ios::trunc);
+        file << LocalSettingsText(program.app);
+        file.close();
+        if (!file) return false;
+    }
+    std::error_code error;
+    std::filesystem::rename(temporary, path, error);
+    if (!error) return true;
+    std::filesystem::remove(temporary, error);
+    return false;
+}
+
+}  // namespace tolvane

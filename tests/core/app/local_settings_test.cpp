@@ -1,0 +1,52 @@
+#include "core/app/local_settings.h"
+
+#include <gtest/gtest.h>
+
+#include "core/app/commands.h"
+#include "tests/core/app/program_fixture.h"
+#include "tests/core/test_support.h"
+
+namespace tolvane {
+namespace {
+
+bool MultiGnssOf(std::string_view text) {
+    AppState app;
+    ReadLocalSettings(text, app);
+    return app.multiGnss;
+}
+
+TEST(LocalSettingsTest, OnlyAReadableLineSetsTheSwitch) {
+    EXPECT_TRUE(MultiGnssOf("# kept beside Options.dat\r\n  multi-gnss\t=  1 \r\n"));
+    EXPECT_FALSE(MultiGnssOf("multi-gnss = 1\nmulti-gnss = 0\n"));
+    EXPECT_FALSE(MultiGnssOf("# multi-gnss = 1"));
+    EXPECT_FALSE(MultiGnssOf("multi-gnss = yes\nmulti-gnss 1\nmultignss = 1\n=\n"));
+}
+
+// The file is written beside Options.dat, read by the next start, and the
+// switch reaches the port source when the GPS starts.
+TEST(LocalSettingsTest, TheSwitchSurvivesARestartAndReachesThePortSourceAtStart) {
+    testing::ProgramFixture first;
+    first.program.app.multiGnss = true;
+    ASSERT_TRUE(SaveLocalSettings(first.program));
+    EXPECT_EQ(LocalSettingsPath(first.program.files.optionsPath),
+              first.folder.File("tolvane.conf"));
+
+    testing::ProgramFixture second;
+    testing::WriteFileBytes(second.folder.File("tolvane.conf"),
+                            testing::ReadFileBytes(first.folder.File("tolvane.conf")));
+    LoadLocalSettings(second.program);
+    ASSERT_TRUE(second.program.app.multiGnss);
+    EXPECT_EQ(second.program.port.talkers, NmeaTalkers::kGpOnly);
+    OnCommand(second.program, kCommandStartGps);
+    ASSERT_TRUE(second.program.app.gpsRunning);
+    EXPECT_EQ(second.program.port.talkers, NmeaTalkers::kMultiGnss);
+    OnCommand(second.program, kCommandStopGps);
+
+    // A folder that cannot be written leaves the switch unsaved and says so.
+    testing::ProgramFixture third;
+    third.program.files.optionsPath = third.folder.File("missing/Options.dat");
+    EXPECT_FALSE(SaveLocalSettings(third.program));
+}
+
+}  // namespace
+}  // namespace tolvane
