@@ -1,6 +1,7 @@
 #include "core/app/keys.h"
 
 #include "core/app/commands.h"
+#include "core/app/map_commands.h"
 #include "core/base/string_manager.h"
 #include "core/nav/instrument_memory.h"
 
@@ -131,10 +132,22 @@ void OnEnter(Program& program) {
     }
 }
 
+// While a reference point is placed the arrows move the cross-hair, Enter
+// asks for its position and every other key is ignored.
+void OnPlacingKey(Program& program, Key key) {
+    if (key == Key::kEnter) {
+        OnCommand(program, kCommandPlaceRefPoint);
+    } else if (IsArrow(key) && AcceptArrow(program.app, key, program.host.NowUtc())) {
+        MoveCrossHair(program, key == Key::kRight ? 1 : key == Key::kLeft ? -1 : 0,
+                      key == Key::kDown ? 1 : key == Key::kUp ? -1 : 0);
+    }
+}
+
 }  // namespace
 
 void OnKeyDown(Program& program, Key key) {
     AppState& app = program.app;
+    if (app.map.placing >= 0) return OnPlacingKey(program, key);
     if (key == Key::kDigit0) {
         OnCommand(program, app.gpsRunning ? kCommandStopGps : kCommandStartGps);
     } else if (key <= Key::kDigit9) {
