@@ -86,9 +86,8 @@ std::string TakeRecentMap(Program& program, int index) {
     return path;
 }
 
-void OnMapLoaded(Program& program, const std::string& path,
-                 std::shared_ptr<const MapPicture> picture) {
-    AppState& app = program.app;
+void SetLoadedMap(AppState& app, const std::string& path,
+                  std::shared_ptr<const MapPicture> picture) {
     MapState& map = app.map;
     map = MapState{};
     map.path = path;
@@ -99,6 +98,11 @@ void OnMapLoaded(Program& program, const std::string& path,
     app.mapKeys.mapZoom = 0;
     app.mapKeys.panColumns = 0;
     app.mapKeys.panRows = 0;
+}
+
+void OnMapLoaded(Program& program, const std::string& path,
+                 std::shared_ptr<const MapPicture> picture) {
+    SetLoadedMap(program.app, path, std::move(picture));
     ShowMapView(program);
 }
 
@@ -109,6 +113,36 @@ void OpenMapFile(Program& program, const std::string& path) {
 
 void OnMapUnreadable(Program& program, const std::string& path) {
     ForgetRecentMap(program, path, kTextMapUnreadable);
+}
+
+bool OfferedRefPosition(const AppState& app, double& latitude, double& longitude) {
+    const MapState& map = app.map;
+    if (map.placing >= 0 && map.calibration.points[map.placing].set) {
+        latitude = map.calibration.points[map.placing].latitude;
+        longitude = map.calibration.points[map.placing].longitude;
+        return true;
+    }
+    if (app.gps.connected && app.gps.fixValid) {
+        latitude = app.gps.latitude;
+        longitude = app.gps.longitude;
+        return true;
+    }
+    latitude = app.mapFollow.latitude;
+    longitude = app.mapFollow.longitude;
+    return app.mapFollow.havePosition;
+}
+
+bool TapRefPoint(Program& program, const Rect& body, int x, int y) {
+    MapState& map = program.app.map;
+    if (map.placing < 0 || program.app.currentView != kViewMap) return false;
+    if (x < body.left || x >= body.right || y < body.top || y >= body.bottom) return false;
+    const MapProjection::Point at =
+        ComputeMapGeometry(program.app, body).screenToPicture.Apply(x, y);
+    map.crossX = std::clamp(at.x, 0.0, 1.0 * map.picture->width);
+    map.crossY = std::clamp(at.y, 0.0, 1.0 * map.picture->height);
+    program.host.Repaint();
+    OnCommand(program, kCommandPlaceRefPoint);
+    return true;
 }
 
 void MoveCrossHair(Program& program, int columns, int rows) {

@@ -37,6 +37,11 @@ std::string TakeRecentMap(Program& program, int index);
 // then opened as the menu's entry would be.
 void OpenMapFile(Program& program, const std::string& path);
 
+// The picture of path as the Map view's map, with the calibration found for
+// it, zoomed out and not panned.
+void SetLoadedMap(AppState& app, const std::string& path,
+                  std::shared_ptr<const MapPicture> picture);
+
 // The picture of path has been read: it becomes the Map view's map with
 // the calibration found for it, and the Map view is shown.
 void OnMapLoaded(Program& program, const std::string& path,
@@ -45,6 +50,16 @@ void OnMapLoaded(Program& program, const std::string& path,
 // A picture that could not be read: it leaves the recent list, with a
 // message.
 void OnMapUnreadable(Program& program, const std::string& path);
+
+// The position a new reference point is offered with: the point's own when
+// it is set, else the current fix, else the last position the map followed.
+// False when there is none.
+bool OfferedRefPosition(const AppState& app, double& latitude, double& longitude);
+
+// A tap or click at x, y of the window while a point is placed in the Map
+// view: the cross-hair goes to the picture pixel there and the position is
+// asked for. False when the tap is not for placing a point.
+bool TapRefPoint(Program& program, const Rect& body, int x, int y);
 
 // Moves the cross-hair by whole steps to the east and south.
 void MoveCrossHair(Program& program, int columns, int rows);

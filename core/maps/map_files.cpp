@@ -180,6 +180,8 @@ Calibration FindCalibration(const std::string& picturePath, const std::string& r
                             int width, int height) {
     Calibration found;
     if (ReadRefPoints(RefPointPath(refPointDir, picturePath), found)) return found;
+    std::filesystem::path beside = picturePath;
+    if (ReadRefPoints(beside.replace_extension(".rpt").string(), found)) return found;
     std::filesystem::path ozi = picturePath;
     for (const char* extension : {".map", ".MAP"}) {
         if (Exists(ozi.replace_extension(extension)) && ReadOziMap(ozi.string(), found)) {

@@ -33,7 +33,8 @@ bool ReadOziMap(const std::string& path, Calibration& calibration);
 bool ReadWorldFile(const std::string& path, int width, int height, Calibration& calibration);
 
 // Where the calibration of a picture comes from, tried in this order: the
-// user's own points in the "Reference Points" folder, an OziExplorer .map
+// user's own points in the "Reference Points" folder, a .rpt file that came
+// beside the picture, an OziExplorer .map
 // file beside the picture, a world file beside it (.pgw, .jgw, .gfw, .bpw,
 // .tfw and the like, or .wld). An empty calibration when none is found.
 Calibration FindCalibration(const std::string& picturePath, const std::string& refPointDir,
