@@ -69,8 +69,7 @@ void MapLoader::Load(const QString& path, LoadProgress progress, Done done) {
         thread_->wait();
         delete thread_;
     }
-    thread_ = QThread::create([this, path, progress = std::move(progress),
-                               done = std::move(done)] {
+    thread_ = QThread::create([this, path, progress = std::move(progress), done = std::move(done)] {
         const LoadProgress report = [this, &progress](int step, int steps) {
             QMetaObject::invokeMethod(
                 this, [progress, step, steps] { progress(step, steps); }, Qt::QueuedConnection);

@@ -115,8 +115,8 @@ namespace {
 // The picture's pixels are borrowed, not copied: 0xRRGGBB words are what
 // QImage's RGB32 format reads, so drawing a large map costs no conversion.
 QImage BorrowedImage(const Image& image) {
-    return QImage(reinterpret_cast<const uchar*>(image.pixels.data()), image.width,
-                  image.height, image.width * 4, QImage::Format_RGB32);
+    return QImage(reinterpret_cast<const uchar*>(image.pixels.data()), image.width, image.height,
+                  image.width * 4, QImage::Format_RGB32);
 }
 
 }  // namespace

@@ -77,10 +77,19 @@ bool ZoomMap(AppState& app, Key key) {
     return StepZoom(map.worldMapZoom, step, kWorldMapZoomFloor + 1, kZoomCeiling);
 }
 
+// An arrow's step to the east and to the south.
+int EastStep(Key key) {
+    return key == Key::kRight ? 1 : key == Key::kLeft ? -1 : 0;
+}
+
+int SouthStep(Key key) {
+    return key == Key::kDown ? 1 : key == Key::kUp ? -1 : 0;
+}
+
 void PanMap(AppState& app, Key key) {
     MapKeys& map = app.mapKeys;
-    map.panColumns += key == Key::kRight ? 1 : key == Key::kLeft ? -1 : 0;
-    map.panRows += key == Key::kDown ? 1 : key == Key::kUp ? -1 : 0;
+    map.panColumns += EastStep(key);
+    map.panRows += SouthStep(key);
     if (app.gps.connected) app.mapCountdown = kPanFollowPauseTicks;
 }
 
@@ -138,8 +147,7 @@ void OnPlacingKey(Program& program, Key key) {
     if (key == Key::kEnter) {
         OnCommand(program, kCommandPlaceRefPoint);
     } else if (IsArrow(key) && AcceptArrow(program.app, key, program.host.NowUtc())) {
-        MoveCrossHair(program, key == Key::kRight ? 1 : key == Key::kLeft ? -1 : 0,
-                      key == Key::kDown ? 1 : key == Key::kUp ? -1 : 0);
+        MoveCrossHair(program, EastStep(key), SouthStep(key));
     }
 }
 

@@ -66,8 +66,8 @@ void ShowMapView(Program& program) {
 void StartRefPoint(Program& program, int index) {
     MapState& map = program.app.map;
     const RefPoint& point = map.calibration.points[index];
-    const MapProjection::Point centre = point.set ? MapProjection::Point{point.x, point.y}
-                                                  : MapCentre(program.app);
+    const MapProjection::Point centre =
+        point.set ? MapProjection::Point{point.x, point.y} : MapCentre(program.app);
     map.crossX = centre.x;
     map.crossY = centre.y;
     map.placing = index;

@@ -65,6 +65,24 @@ bool FitLeastSquares(const std::array<Sample, kRefPointCount>& samples, int coun
     return true;
 }
 
+// The fit alone, without residuals; false when the points span no area.
+bool FitPlane(const Calibration& calibration, Affine& fit) {
+    std::array<Sample, kRefPointCount> samples{};
+    const int count = Samples(calibration, samples);
+    if (count < 2) return false;
+    return count == 2 ? FitTwo(samples[0], samples[1], fit) : FitLeastSquares(samples, count, fit);
+}
+
+// How far a fit puts the point from where it lies, in metres on the
+// ground: a plane unit is a metre at the equator, and the projection's
+// stretch at the point's latitude turns it into metres there.
+double ResidualMetres(const RefPoint& point, const Affine& toPlane) {
+    const MapProjection::Point fitted = toPlane.Apply(point.x, point.y);
+    const MapProjection::Point given = ToPlane(point.latitude, point.longitude);
+    return PlaneProjection().AdjustForLatitude(point.latitude,
+                                               std::hypot(fitted.x - given.x, fitted.y - given.y));
+}
+
 }  // namespace
 
 int Calibration::Count() const {
@@ -105,27 +123,24 @@ MapProjection::Point ToPlane(double latitude, double longitude) {
 
 CalibrationFit FitCalibration(const Calibration& calibration) {
     CalibrationFit fit;
-    std::array<Sample, kRefPointCount> samples{};
-    const int count = Samples(calibration, samples);
-    if (count < 2) return fit;
-    fit.valid = count == 2 ? FitTwo(samples[0], samples[1], fit.toPlane)
-                           : FitLeastSquares(samples, count, fit.toPlane);
+    fit.valid = FitPlane(calibration, fit.toPlane);
     if (!fit.valid) return fit;
     fit.toPicture = fit.toPlane.Inverse();
     double sum = 0;
     for (int i = 0; i < kRefPointCount; ++i) {
         const RefPoint& point = calibration.points[i];
         if (!point.set) continue;
-        const MapProjection::Point fitted = fit.toPlane.Apply(point.x, point.y);
-        const MapProjection::Point given = ToPlane(point.latitude, point.longitude);
-        // A plane unit is a metre at the equator; the stretch of the
-        // projection at the point's latitude turns it into metres there.
-        const double metres = PlaneProjection().AdjustForLatitude(
-            point.latitude, std::hypot(fitted.x - given.x, fitted.y - given.y));
-        fit.residualMetres[i] = metres;
-        sum += metres * metres;
+        const double own = ResidualMetres(point, fit.toPlane);
+        sum += own * own;
+        // Measured against the fit of the other points, a wrong point does
+        // not hide by pulling the fit toward itself.
+        Calibration others = calibration;
+        others.points[i] = RefPoint{};
+        Affine withoutIt;
+        fit.residualMetres[i] =
+            FitPlane(others, withoutIt) ? ResidualMetres(point, withoutIt) : own;
     }
-    fit.rmsMetres = std::sqrt(sum / count);
+    fit.rmsMetres = std::sqrt(sum / calibration.Count());
     return fit;
 }
 

@@ -41,9 +41,12 @@ struct CalibrationFit {
     bool valid = false;
     Affine toPlane;
     Affine toPicture;
-    // Per point, how far (in metres on the ground) the fit puts it from
-    // where the user said it lies; 0 for points that are not set.
+    // Per point, how far (in metres on the ground) the fit of the other
+    // points puts it from where the user said it lies, so that one wrong
+    // point stands out; 0 for points that are not set. With two points
+    // each is measured against the whole fit, which holds it exactly.
     std::array<double, kRefPointCount> residualMetres{};
+    // The root mean square of the whole fit's own residuals.
     double rmsMetres = 0;
 };
 

@@ -39,8 +39,8 @@ void ReadRefPointLine(std::string_view line, Calibration& calibration) {
     const std::optional<double> x = ParseNumber(columns[2]), y = ParseNumber(columns[3]),
                                 latitude = ParseNumber(columns[4]),
                                 longitude = ParseNumber(columns[5]);
-    if (!number || *number < 1 || *number > kRefPointCount || !x || !y || !latitude ||
-        !longitude || !IsGeographic(*latitude, *longitude)) {
+    if (!number || *number < 1 || *number > kRefPointCount || !x || !y || !latitude || !longitude ||
+        !IsGeographic(*latitude, *longitude)) {
         return;
     }
     calibration.points[*number - 1] = {true, *x, *y, *latitude, *longitude};
@@ -110,8 +110,8 @@ std::string RefPointPath(const std::string& refPointDir, const std::string& pict
 
 bool WriteRefPoints(const std::string& path, const Calibration& calibration, int width,
                     int height) {
-    std::string text = std::string(kRefPointHeader) + ",1\r\n" +
-                       FormatText("Picture,%d,%d\r\n", width, height);
+    std::string text =
+        std::string(kRefPointHeader) + ",1\r\n" + FormatText("Picture,%d,%d\r\n", width, height);
     for (int i = 0; i < kRefPointCount; ++i) {
         const RefPoint& point = calibration.points[i];
         if (!point.set) continue;
@@ -158,9 +158,11 @@ bool ReadWorldFile(const std::string& path, int width, int height, Calibration& 
     const double xPerColumn = numbers[0], yPerColumn = numbers[1];
     const double xPerRow = numbers[2], yPerRow = numbers[3];
     const double x0 = numbers[4], y0 = numbers[5];
-    const double corners[kRefPointCount][2] = {
-        {0, 0}, {1.0 * width, 0}, {0, 1.0 * height}, {1.0 * width, 1.0 * height},
-        {width / 2.0, height / 2.0}};
+    const double corners[kRefPointCount][2] = {{0, 0},
+                                               {1.0 * width, 0},
+                                               {0, 1.0 * height},
+                                               {1.0 * width, 1.0 * height},
+                                               {width / 2.0, height / 2.0}};
     Calibration read;
     for (int i = 0; i < kRefPointCount; ++i) {
         // The numbers place the middle of a pixel, half a pixel in.

@@ -15,8 +15,7 @@ std::string RefPointPath(const std::string& refPointDir, const std::string& pict
 //   Picture,<width>,<height>
 //   Point,<n 1..5>,<x>,<y>,<latitude>,<longitude>
 // one Point line per set point, pixels and degrees with a decimal point.
-bool WriteRefPoints(const std::string& path, const Calibration& calibration, int width,
-                    int height);
+bool WriteRefPoints(const std::string& path, const Calibration& calibration, int width, int height);
 // False when the file is missing or holds no usable point; lines that do
 // not parse are skipped.
 bool ReadRefPoints(const std::string& path, Calibration& calibration);

@@ -1,7 +1,7 @@
 #include "core/maps/recent_maps.h"
 
-#include <utility>
 #include <filesystem>
+#include <utility>
 
 namespace tolvane {
 

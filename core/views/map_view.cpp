@@ -32,8 +32,8 @@ Point Rounded(MapProjection::Point point) {
 // The plane's extent of the picture's four corners.
 MapProjection::Point PlaneExtent(const Affine& toPlane, int width, int height) {
     double minX = 0, maxX = 0, minY = 0, maxY = 0;
-    const double corners[4][2] = {{0, 0}, {1.0 * width, 0}, {0, 1.0 * height},
-                                  {1.0 * width, 1.0 * height}};
+    const double corners[4][2] = {
+        {0, 0}, {1.0 * width, 0}, {0, 1.0 * height}, {1.0 * width, 1.0 * height}};
     for (int i = 0; i < 4; ++i) {
         const MapProjection::Point at = toPlane.Apply(corners[i][0], corners[i][1]);
         minX = i == 0 ? at.x : std::min(minX, at.x), maxX = i == 0 ? at.x : std::max(maxX, at.x);
@@ -90,8 +90,8 @@ void PaintRefPoints(Canvas& canvas, const ViewContext& context, const MapGeometr
                            kNoColor, palette.alarm, 2);
         std::string label = std::to_string(i + 1);
         if (residuals) label += FormatText(" %.0f m", map.fit.residualMetres[i]);
-        canvas.DrawText(label, font, {at.x + radius, at.y, at.x + radius + 8 * font.height,
-                                      at.y + font.height},
+        canvas.DrawText(label, font,
+                        {at.x + radius, at.y, at.x + radius + 8 * font.height, at.y + font.height},
                         kAlignLeft, palette.alarm);
     }
     if (!residuals) return;
@@ -138,8 +138,7 @@ MapProjection::Point MapCentre(const AppState& app) {
     const MapPicture& picture = *map.picture;
     MapProjection::Point anchor{picture.width / 2.0, picture.height / 2.0};
     if (map.fit.valid && app.mapFollow.havePosition) {
-        const MapProjection::Point plane =
-            ToPlane(app.mapFollow.latitude, app.mapFollow.longitude);
+        const MapProjection::Point plane = ToPlane(app.mapFollow.latitude, app.mapFollow.longitude);
         anchor = map.fit.toPicture.Apply(plane.x, plane.y);
         if (app.gps.connected && app.mapCountdown == 0) return anchor;
     }

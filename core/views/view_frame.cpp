@@ -72,7 +72,7 @@ struct ViewName {
 
 constexpr ViewName kViewNames[] = {
     {40048, "GPS Info"},  {40012, "Satellites"}, {40015, "Compass"},    {40014, "Speed"},
-    {40020, "World Map"}, {10660, "Map"},         {40262, "Trip Stat."},
+    {40020, "World Map"}, {10660, "Map"},        {40262, "Trip Stat."},
 };
 
 }  // namespace

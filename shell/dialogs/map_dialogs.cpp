@@ -46,11 +46,17 @@ QString MapFilter() {
     return Text(kTextMapPictures) + " (" + patterns.join(' ') + ")";
 }
 
-// The one loader of the window, made on first use.
+// The one loader of the window, made on first use and found by its name
+// (the loader has no meta-object of its own to be found by).
 MapLoader& LoaderOf(QWidget* parent) {
+    static const QString kName = QStringLiteral("mapLoader");
     QWidget* window = parent->window();
-    auto* loader = window->findChild<MapLoader*>(QString(), Qt::FindDirectChildrenOnly);
-    return loader != nullptr ? *loader : *new MapLoader(window);
+    for (QObject* child : window->children()) {
+        if (child->objectName() == kName) return *static_cast<MapLoader*>(child);
+    }
+    auto* loader = new MapLoader(window);
+    loader->setObjectName(kName);
+    return *loader;
 }
 
 QString Coordinate(const AppState& app, double value, bool latitude) {
@@ -85,8 +91,8 @@ class RefPointDialog final : public QDialog {
         const MapState& map = program.app.map;
         setWindowTitle(Text(kTextRefPointTitle).replace("%s", QString::number(map.placing + 1)));
         auto* form = new QFormLayout;
-        form->addRow(new QLabel(QString::fromStdString(
-            FormatText("X : %0.1f   Y : %0.1f", map.crossX, map.crossY))));
+        form->addRow(new QLabel(
+            QString::fromStdString(FormatText("X : %0.1f   Y : %0.1f", map.crossX, map.crossY))));
         form->addRow(Text(kTextLatitude), latitude_);
         form->addRow(Text(kTextLongitude), longitude_);
         double lat = 0, lon = 0;
@@ -99,8 +105,8 @@ class RefPointDialog final : public QDialog {
         residuals->setWordWrap(true);
         auto* buttons = new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel);
         if (map.calibration.points[map.placing].set) {
-            QPushButton* drop = buttons->addButton(Text(kTextDropPoint),
-                                                   QDialogButtonBox::DestructiveRole);
+            QPushButton* drop =
+                buttons->addButton(Text(kTextDropPoint), QDialogButtonBox::DestructiveRole);
             connect(drop, &QPushButton::clicked, this, [this] { done(kDrop); });
         }
         connect(buttons, &QDialogButtonBox::accepted, this, [this] { Accept(); });

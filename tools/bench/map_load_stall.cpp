@@ -63,8 +63,8 @@ int main(int argc, char** argv) {
             QCoreApplication::quit();
         });
     application.exec();
-    std::cout << "picture " << path.toStdString() << "\nloaded in " << clock.elapsed()
-              << " ms, " << levels << " levels\nlongest event-loop gap " << longestGap
+    std::cout << "picture " << path.toStdString() << "\nloaded in " << clock.elapsed() << " ms, "
+              << levels << " levels\nlongest event-loop gap " << longestGap
               << " ms (target under 50 ms)\n";
     return levels > 0 ? 0 : 1;
 }

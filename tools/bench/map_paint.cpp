@@ -27,7 +27,8 @@ std::shared_ptr<MapPicture> StripedPicture() {
     picture->width = picture->height = kPictureSide;
     for (int side = kPictureSide; side >= kSmallestLevelSide / 2; side /= 2) {
         Image level{side, side, std::vector<std::uint32_t>(static_cast<std::size_t>(side) * side)};
-        for (int i = 0; i < side * side; ++i) level.pixels[i] = (i % side / 16 % 2) ? 0xF0E0C0 : 0x4080C0;
+        for (int i = 0; i < side * side; ++i)
+            level.pixels[i] = (i % side / 16 % 2) ? 0xF0E0C0 : 0x4080C0;
         picture->levels.push_back(std::move(level));
     }
     return picture;

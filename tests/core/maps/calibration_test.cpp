@@ -5,6 +5,7 @@
 #include <filesystem>
 #include <numbers>
 
+#include "core/app/commands.h"
 #include "core/app/map_commands.h"
 #include "core/maps/coordinate_text.h"
 #include "core/maps/map_files.h"
@@ -45,7 +46,7 @@ RefPoint PointAt(double x, double y, double turn) {
 void ExpectCorners(const Calibration& calibration, double turn) {
     const CalibrationFit fit = FitCalibration(calibration);
     ASSERT_TRUE(fit.valid);
-    for (const auto [x, y] : {std::pair{0, 0}, {kWidth, 0}, {0, kHeight}, {kWidth, kHeight}}) {
+    for (const auto& [x, y] : {std::pair{0, 0}, {kWidth, 0}, {0, kHeight}, {kWidth, kHeight}}) {
         const Earth earth = Truth(x, y, turn);
         const MapProjection::Point plane = ToPlane(earth.latitude, earth.longitude);
         const MapProjection::Point pixel = fit.toPicture.Apply(plane.x, plane.y);
@@ -79,8 +80,8 @@ TEST(CalibrationTest, TwoAndFivePointsGiveTheCornersBackAndAWrongPointStandsOut)
     wrong.points[2].latitude += 0.001;
     const CalibrationFit fit = FitCalibration(wrong);
     EXPECT_EQ(WorstPoint(wrong, fit), 2);
-    EXPECT_GT(fit.residualMetres[2], 40);
-    for (int i : {0, 1, 3, 4}) EXPECT_LT(2 * fit.residualMetres[i], fit.residualMetres[2]) << i;
+    // The other four hold it exactly 0.001 degree of latitude (111 m) off.
+    EXPECT_NEAR(fit.residualMetres[2], 111, 1);
     wrong.points[2] = RefPoint{};
     ExpectCorners(wrong, 12);
 
@@ -114,11 +115,12 @@ void WriteText(const std::string& path, const std::string& text) {
 std::string OziPoint(int number, const RefPoint& point) {
     const double lat = std::fabs(point.latitude), lon = std::fabs(point.longitude);
     char line[200];
-    std::snprintf(line, sizeof line,
-                  "Point%02d,xy,%5.0f,%5.0f,in, deg,%4d,%8.4f,%c,%4d,%8.4f,%c, grid,   ,   ,   ,N\r\n",
-                  number, point.x, point.y, static_cast<int>(lat), (lat - std::floor(lat)) * 60,
-                  point.latitude < 0 ? 'S' : 'N', static_cast<int>(lon),
-                  (lon - std::floor(lon)) * 60, point.longitude < 0 ? 'W' : 'E');
+    std::snprintf(
+        line, sizeof line,
+        "Point%02d,xy,%5.0f,%5.0f,in, deg,%4d,%8.4f,%c,%4d,%8.4f,%c, grid,   ,   ,   ,N\r\n",
+        number, point.x, point.y, static_cast<int>(lat), (lat - std::floor(lat)) * 60,
+        point.latitude < 0 ? 'S' : 'N', static_cast<int>(lon), (lon - std::floor(lon)) * 60,
+        point.longitude < 0 ? 'W' : 'E');
     return line;
 }
 
@@ -151,8 +153,9 @@ TEST(CalibrationTest, RefPointOziAndWorldFilesRoundTrip) {
     // An OziExplorer .map wins over the world file; its unused Point lines
     // carry no pixels.
     const Calibration turned = FivePoints(5);
-    std::string ozi = "OziExplorer Map Data File Version 2.2\r\nscan\r\nscan.png\r\n1 ,Map Code,\r\n"
-                      "WGS 84,WGS 84,   0.0000,   0.0000,WGS 84\r\n";
+    std::string ozi =
+        "OziExplorer Map Data File Version 2.2\r\nscan\r\nscan.png\r\n1 ,Map Code,\r\n"
+        "WGS 84,WGS 84,   0.0000,   0.0000,WGS 84\r\n";
     for (int i = 0; i < kRefPointCount; ++i) ozi += OziPoint(i + 1, turned.points[i]);
     ozi += "Point06,xy,     ,     ,in, deg,    ,        ,N,    ,        ,W, grid,   ,   ,   ,N\r\n";
     WriteText(folder.File("scan.map"), ozi);
@@ -175,7 +178,8 @@ TEST(RecentMapsTest, EntriesShiftDownAndAMissingMapLeavesTheList) {
     Options& options = fixture.program.app.options;
     const std::string there = fixture.folder.File("there.png");
     WriteText(there, "not even a picture");
-    for (const std::string& path : {fixture.folder.File("gone.jpg"), there, std::string("/b.gif")}) {
+    for (const std::string& path :
+         {fixture.folder.File("gone.jpg"), there, std::string("/b.gif")}) {
         AddRecentMap(options, path);
     }
     using Entries = std::vector<std::string>;
