@@ -148,11 +148,12 @@ void MainWindow::keyReleaseEvent(QKeyEvent* event) {
     OnKeyUp(program_, *key);
 }
 
-void MainWindow::mousePressEvent(QMouseEvent* event) {
-    // A tap on the picture places the reference point being placed.
+void MainWindow::mouseReleaseEvent(QMouseEvent* event) {
+    // A tap on the picture places the reference point being placed; taken
+    // on release, so that its dialog opens with the pointer let go.
     const QPoint at = views_->mapFrom(this, event->position().toPoint());
     if (!TapRefPoint(program_, views_->Layout().body, at.x(), at.y())) {
-        QWidget::mousePressEvent(event);
+        QWidget::mouseReleaseEvent(event);
     }
 }
 
