@@ -31,7 +31,6 @@ class MapLoader final : public QObject {
 
     // done gets a null picture when the file cannot be read.
     void Load(const QString& path, LoadProgress progress, Done done);
-    bool Busy() const { return thread_ != nullptr && thread_->isRunning(); }
 
   private:
     QThread* thread_ = nullptr;

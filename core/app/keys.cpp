@@ -88,6 +88,8 @@ int SouthStep(Key key) {
 
 void PanMap(AppState& app, Key key) {
     MapKeys& map = app.mapKeys;
+    // The steps count from where the map last followed the position.
+    if (app.gps.connected && app.mapCountdown == 0) map.panColumns = map.panRows = 0;
     map.panColumns += EastStep(key);
     map.panRows += SouthStep(key);
     if (app.gps.connected) app.mapCountdown = kPanFollowPauseTicks;

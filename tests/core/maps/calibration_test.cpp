@@ -6,6 +6,7 @@
 #include <numbers>
 
 #include "core/app/commands.h"
+#include "core/app/keys.h"
 #include "core/app/map_commands.h"
 #include "core/maps/coordinate_text.h"
 #include "core/maps/map_files.h"
@@ -197,6 +198,34 @@ TEST(RecentMapsTest, EntriesShiftDownAndAMissingMapLeavesTheList) {
     for (const char* path : {"/1", "/2", "/3", "/4"}) AddRecentMap(options, path);
     EXPECT_EQ(Recent(options), (Entries{"4", "3", "2", "1", "b.gif"}));
     EXPECT_FALSE(IsMapCommandAvailable(fixture.program.app, kCommandMap));
+}
+
+TEST(RecentMapsTest, PlacingAPointTakesTheKeysAndKeepsThePointInTheRptFile) {
+    testing::ProgramFixture fixture;
+    Program& program = fixture.program;
+    program.app.folders.refPointDir = fixture.folder.File("Reference Points");
+    auto picture = std::make_shared<MapPicture>();
+    picture->width = kWidth;
+    picture->height = kHeight;
+    SetLoadedMap(program.app, fixture.folder.File("scan.jpg"), picture);
+
+    EXPECT_EQ(OnCommand(program, kCommandLastRefPoint), CommandResult::kUnavailable);
+    EXPECT_EQ(OnCommand(program, kCommandFirstRefPoint + 1), CommandResult::kDone);
+    EXPECT_EQ(program.app.currentView, kViewMap);
+    OnKeyDown(program, Key::kDigit1);  // ignored while placing
+    OnKeyDown(program, Key::kRight);
+    EXPECT_EQ(program.app.currentView, kViewMap);
+    EXPECT_GT(program.app.map.crossX, kWidth / 2);
+    OnKeyDown(program, Key::kEnter);
+    EXPECT_EQ(fixture.host.events.back(), "dialog " + std::to_string(kCommandPlaceRefPoint));
+
+    PlaceRefPoint(program, -27.25, 153.5);
+    EXPECT_EQ(program.app.map.placing, -1);
+    Calibration saved;
+    ASSERT_TRUE(ReadRefPoints(fixture.folder.File("Reference Points/scan.rpt"), saved));
+    EXPECT_EQ(saved.Count(), 1);
+    EXPECT_NEAR(saved.points[1].x, program.app.map.crossX, 1e-3);
+    EXPECT_EQ(saved.points[1].latitude, -27.25);
 }
 
 TEST(CoordinateTextTest, ReadsWhatTheProgramShowsAndWhatUsersType) {
