@@ -78,7 +78,8 @@ void MapLoader::Load(const QString& path, LoadProgress progress, Done done) {
         QMetaObject::invokeMethod(
             this, [done, path, picture] { done(path, picture); }, Qt::QueuedConnection);
     });
-    thread_->start();
+    // The reader gives way to the window's thread, which must keep painting.
+    thread_->start(QThread::IdlePriority);
 }
 
 }  // namespace tolvane::shell

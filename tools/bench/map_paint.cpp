@@ -36,6 +36,7 @@ std::shared_ptr<MapPicture> StripedPicture() {
 
 void PaintMapBenchmark(benchmark::State& state) {
     auto app = std::make_unique<AppState>();
+    ResetOptions(app->options);  // "Show Map" and "Show Ref Points" on
     app->currentView = kViewMap;
     app->gps.connected = app->gps.fixValid = 1;
     app->gps.latitude = -27.21;
