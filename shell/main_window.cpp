@@ -3,10 +3,12 @@
 #include <QCloseEvent>
 #include <QDateTime>
 #include <QKeyEvent>
+#include <QMouseEvent>
 #include <QPainter>
 #include <QVBoxLayout>
 
 #include "core/app/commands.h"
+#include "core/app/map_commands.h"
 #include "core/app/menu_model.h"
 #include "core/base/debug_trace.h"
 #include "shell/soft_key_bar.h"
@@ -144,6 +146,15 @@ void MainWindow::keyReleaseEvent(QKeyEvent* event) {
     // lets the next press of an arrow key through at once.
     if (!key || event->isAutoRepeat()) return QWidget::keyReleaseEvent(event);
     OnKeyUp(program_, *key);
+}
+
+void MainWindow::mouseReleaseEvent(QMouseEvent* event) {
+    // A tap on the picture places the reference point being placed; taken
+    // on release, so that its dialog opens with the pointer let go.
+    const QPoint at = views_->mapFrom(this, event->position().toPoint());
+    if (!TapRefPoint(program_, views_->Layout().body, at.x(), at.y())) {
+        QWidget::mouseReleaseEvent(event);
+    }
 }
 
 void MainWindow::closeEvent(QCloseEvent* event) {

@@ -2,6 +2,7 @@
 
 #include <QImage>
 #include <QPolygon>
+#include <QTransform>
 
 namespace tolvane::shell {
 namespace {
@@ -109,14 +110,39 @@ void QtCanvas::DrawText(const std::string& text, const Font& font, const Rect& b
                       QString::fromStdString(text));
 }
 
+namespace {
+
+// The picture's pixels are borrowed, not copied: 0xRRGGBB words are what
+// QImage's RGB32 format reads, so drawing a large map costs no conversion.
+QImage BorrowedImage(const Image& image) {
+    return QImage(reinterpret_cast<const uchar*>(image.pixels.data()), image.width, image.height,
+                  image.width * 4, QImage::Format_RGB32);
+}
+
+}  // namespace
+
 void QtCanvas::DrawImage(const Image& image, const Rect& source, const Rect& target) {
     if (image.width <= 0 || image.height <= 0) return;
-    // The picture's pixels are borrowed, not copied: 0xRRGGBB words are
-    // what QImage's RGB32 format reads.
-    const QImage view(reinterpret_cast<const uchar*>(image.pixels.data()), image.width,
-                      image.height, image.width * 4, QImage::Format_RGB32);
     painter_.setRenderHint(QPainter::SmoothPixmapTransform);
-    painter_.drawImage(ToQRect(target), view, ToQRect(source));
+    painter_.drawImage(ToQRect(target), BorrowedImage(image), ToQRect(source));
+}
+
+void QtCanvas::DrawImageMapped(const Image& image, const Rect& source, Point topLeft,
+                               Point topRight, Point bottomLeft) {
+    if (image.width <= 0 || image.height <= 0 || source.Width() <= 0 || source.Height() <= 0) {
+        return;
+    }
+    const double width = source.Width();
+    const double height = source.Height();
+    // A transform of scale and offset alone keeps Qt's fast scaling path.
+    const QTransform transform((topRight.x - topLeft.x) / width, (topRight.y - topLeft.y) / width,
+                               (bottomLeft.x - topLeft.x) / height,
+                               (bottomLeft.y - topLeft.y) / height, topLeft.x, topLeft.y);
+    painter_.save();
+    painter_.setTransform(transform, true);
+    painter_.setRenderHint(QPainter::SmoothPixmapTransform);
+    painter_.drawImage(QRectF(0, 0, width, height), BorrowedImage(image), ToQRect(source));
+    painter_.restore();
 }
 
 void QtCanvas::SetClip(const Rect& box) {

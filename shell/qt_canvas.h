@@ -28,6 +28,8 @@ class QtCanvas final : public Canvas {
                   Color color) override;
 
     void DrawImage(const Image& image, const Rect& source, const Rect& target) override;
+    void DrawImageMapped(const Image& image, const Rect& source, Point topLeft, Point topRight,
+                         Point bottomLeft) override;
 
     void SetClip(const Rect& box) override;
     void ResetClip() override;

@@ -1,12 +1,16 @@
 #include "shell/screenshots.h"
 
 #include <QDir>
+#include <QFileInfo>
 #include <QTextStream>
 #include <iostream>
 
+#include "core/app/map_commands.h"
 #include "core/app/startup.h"
 #include "core/base/program_paths.h"
 #include "core/base/string_manager.h"
+#include "core/maps/recent_maps.h"
+#include "shell/map_loader.h"
 #include "shell/view_renderer.h"
 #include "tools/replay/replay.h"
 
@@ -24,12 +28,29 @@ struct ViewPicture {
 constexpr ViewPicture kPictures[] = {
     {kViewGpsInfo, "gps-info.png"},   {kViewSatellites, "satellites.png"},
     {kViewCompass, "compass.png"},    {kViewSpeed, "speed.png"},
-    {kViewTripStat, "trip-stat.png"},
+    {kViewTripStat, "trip-stat.png"}, {kViewMap, "map.png"},
 };
+
+// The picture of recent map 1, for the Map view's picture. A relative path
+// is taken from the settings record's folder, so that the test data's
+// record names the picture beside it wherever the data lies.
+std::shared_ptr<const MapPicture> LoadRecentMap(const Options& options, const CommandLine& line,
+                                                std::string& path) {
+    path = RecentMap(options, 0);
+    if (path.empty()) return nullptr;
+    const QString file = QFileInfo(line.optionsFile).dir().filePath(QString::fromStdString(path));
+    path = file.toStdString();
+    std::shared_ptr<const MapPicture> picture = ReadMapPicture(file, [](int, int) {});
+    if (!picture) std::cerr << "tolvane: cannot read the map " << path << '\n';
+    return picture;
+}
 
 // Paints each view of app into folder; false, having said why on standard
 // error, when a picture cannot be written.
 bool PaintPictures(AppState& app, FileTime nowUtc, const CommandLine& line) {
+    std::string mapPath;
+    std::shared_ptr<const MapPicture> map = LoadRecentMap(app.options, line, mapPath);
+    if (map) SetLoadedMap(app, mapPath, std::move(map));
     // The picture stands for a whole screen of its size at 96 dots per inch,
     // where only a square 320 x 320 one reads otherwise (and keeps the small
     // layout).

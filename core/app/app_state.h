@@ -12,6 +12,7 @@
 #include "core/data/track_logger.h"
 #include "core/gps/gps_processing.h"
 #include "core/gps/gps_state.h"
+#include "core/maps/map_state.h"
 #include "core/nav/instrument_memory.h"
 #include "core/nav/map_projection.h"
 #include "core/nav/navigation.h"
@@ -123,6 +124,7 @@ struct AppState {
 
     ArrowKeyTimes arrowKeys;
     MapKeys mapKeys;
+    MapState map;  // the Map view's picture and its calibration
 
     PointLists points;
 };

@@ -6,6 +6,7 @@
 #include "core/app/gps_commands.h"
 #include "core/app/language_messages.h"
 #include "core/app/main_timer.h"
+#include "core/app/map_commands.h"
 #include "core/app/shutdown.h"
 #include "core/nav/voice_guide.h"
 
@@ -17,23 +18,24 @@ namespace {
 // the user can choose does nothing.
 constexpr std::array kCommandsWithoutOwner = {
     kCommandWorldMap,
-    kCommandMap,
-    kCommandShowMap,
     kCommandShowTrack,
     kCommandShowPoi,
-    kCommandShowRefPoints,
     kCommandShowWaypoint,
     kCommandShowDestinations,
     kCommandShowDestinationInfo,
     kCommandShowLabel,
     kCommandShowRange,
-    kCommandLoadMap,
     kCommandViewLogFile,
     kCommandImport,
 };
 
+bool InRange(int id, int first, int last) {
+    return id >= first && id <= last;
+}
+
 // The commands that a dialog of the window carries out.
 bool OpensDialog(int id) {
+    if (InRange(id, kCommandFirstRecentMap, kCommandLastRecentMap)) return true;
     switch (id) {
         case kCommandGpsSetup:
         case kCommandOptions:
@@ -47,22 +49,19 @@ bool OpensDialog(int id) {
         case kCommandOpenDestinationList:
         case kCommandCustomSpeedAlarm:
         case kCommandCustomInterval:
+        case kCommandLoadMap:
+        case kCommandPlaceRefPoint:
             return true;
         default:
             return false;
     }
 }
 
-bool InRange(int id, int first, int last) {
-    return id >= first && id <= last;
-}
-
 bool HasNoOwnerYet(int id) {
     for (const int command : kCommandsWithoutOwner) {
         if (command == id) return true;
     }
-    return InRange(id, kCommandFirstRecentMap, kCommandLastRecentMap) ||
-           InRange(id, kCommandFirstRefPoint, kCommandLastRefPoint);
+    return false;
 }
 
 // The voice guide can be switched on only with a working engine, but one
@@ -195,6 +194,9 @@ constexpr Route kRoutes[] = {
     {kCommandCompass, ShowViewCommand<kViewCompass>},
     {kCommandSpeed, ShowViewCommand<kViewSpeed>},
     {kCommandTripStat, ShowViewCommand<kViewTripStat>},
+    {kCommandMap, ShowMapView},
+    {kCommandShowMap, ToggleCommand<&Options::showMap>},
+    {kCommandShowRefPoints, ToggleCommand<&Options::showRefPoints>},
     {kCommandNightView, ToggleCommand<&Options::nightView>},
     {kCommandFullScreen, ToggleCommand<&Options::fullScreen>},
     {kCommandStartGps, StartGps},
@@ -232,6 +234,7 @@ bool RunRadioCommand(Program& program, int id) {
 
 bool IsCommandAvailable(Program& program, int id) {
     if (HasNoOwnerYet(id)) return false;
+    if (IsMapCommand(id)) return IsMapCommandAvailable(program.app, id);
     switch (id) {
         case kCommandNextDestination:
         case kCommandPreviousDestination:
@@ -258,6 +261,10 @@ CommandResult OnCommand(Program& program, int id) {
     for (const Route& route : kRoutes) {
         if (route.id != id) continue;
         route.run(program);
+        return CommandResult::kDone;
+    }
+    if (InRange(id, kCommandFirstRefPoint, kCommandLastRefPoint)) {
+        StartRefPoint(program, id - kCommandFirstRefPoint);
         return CommandResult::kDone;
     }
     return RunRadioCommand(program, id) ? CommandResult::kDone : CommandResult::kUnknown;

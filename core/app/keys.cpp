@@ -1,6 +1,7 @@
 #include "core/app/keys.h"
 
 #include "core/app/commands.h"
+#include "core/app/map_commands.h"
 #include "core/base/string_manager.h"
 #include "core/nav/instrument_memory.h"
 
@@ -76,10 +77,21 @@ bool ZoomMap(AppState& app, Key key) {
     return StepZoom(map.worldMapZoom, step, kWorldMapZoomFloor + 1, kZoomCeiling);
 }
 
+// An arrow's step to the east and to the south.
+int EastStep(Key key) {
+    return key == Key::kRight ? 1 : key == Key::kLeft ? -1 : 0;
+}
+
+int SouthStep(Key key) {
+    return key == Key::kDown ? 1 : key == Key::kUp ? -1 : 0;
+}
+
 void PanMap(AppState& app, Key key) {
     MapKeys& map = app.mapKeys;
-    map.panColumns += key == Key::kRight ? 1 : key == Key::kLeft ? -1 : 0;
-    map.panRows += key == Key::kDown ? 1 : key == Key::kUp ? -1 : 0;
+    // The steps count from where the map last followed the position.
+    if (app.gps.connected && app.mapCountdown == 0) map.panColumns = map.panRows = 0;
+    map.panColumns += EastStep(key);
+    map.panRows += SouthStep(key);
     if (app.gps.connected) app.mapCountdown = kPanFollowPauseTicks;
 }
 
@@ -131,10 +143,21 @@ void OnEnter(Program& program) {
     }
 }
 
+// While a reference point is placed the arrows move the cross-hair, Enter
+// asks for its position and every other key is ignored.
+void OnPlacingKey(Program& program, Key key) {
+    if (key == Key::kEnter) {
+        OnCommand(program, kCommandPlaceRefPoint);
+    } else if (IsArrow(key) && AcceptArrow(program.app, key, program.host.NowUtc())) {
+        MoveCrossHair(program, EastStep(key), SouthStep(key));
+    }
+}
+
 }  // namespace
 
 void OnKeyDown(Program& program, Key key) {
     AppState& app = program.app;
+    if (app.map.placing >= 0) return OnPlacingKey(program, key);
     if (key == Key::kDigit0) {
         OnCommand(program, app.gpsRunning ? kCommandStopGps : kCommandStartGps);
     } else if (key <= Key::kDigit9) {

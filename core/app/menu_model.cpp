@@ -4,6 +4,7 @@
 
 #include "core/app/commands.h"
 #include "core/base/string_manager.h"
+#include "core/maps/recent_maps.h"
 
 namespace tolvane {
 namespace {
@@ -75,7 +76,10 @@ MenuItem MapMenu(Program& program) {
     const Options& options = program.app.options;
     std::vector<MenuItem> recent;
     for (int id = kCommandFirstRecentMap; id <= kCommandLastRecentMap; ++id) {
-        recent.push_back(Command(program, id, "Empty"));
+        MenuItem item = Command(program, id, "Empty");
+        const std::string name = RecentMapText(options, id - kCommandFirstRecentMap);
+        if (name != "Empty") item.text = name;
+        recent.push_back(item);
     }
     std::vector<MenuItem> refPoints;
     for (int id = kCommandFirstRefPoint; id <= kCommandLastRefPoint; ++id) {

@@ -79,6 +79,11 @@ class Canvas {
 
     // Draws the source part of image scaled into target.
     virtual void DrawImage(const Image& image, const Rect& source, const Rect& target) = 0;
+    // Draws the source part of image onto the parallelogram whose corners
+    // the source's top-left, top-right and bottom-left corners go to: a
+    // map picture turned and stretched by its calibration.
+    virtual void DrawImageMapped(const Image& image, const Rect& source, Point topLeft,
+                                 Point topRight, Point bottomLeft) = 0;
 
     // Limits drawing to box until the clip is reset.
     virtual void SetClip(const Rect& box) = 0;

@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "core/base/string_manager.h"
+#include "core/data/csv_text.h"
 #include "core/nav/formatting.h"
 #include "core/views/view_context.h"
 
@@ -71,7 +72,7 @@ struct ViewName {
 
 constexpr ViewName kViewNames[] = {
     {40048, "GPS Info"},  {40012, "Satellites"}, {40015, "Compass"},    {40014, "Speed"},
-    {40020, "World Map"}, {40022, "Map"},        {40262, "Trip Stat."},
+    {40020, "World Map"}, {10660, "Map"},        {40262, "Trip Stat."},
 };
 
 }  // namespace
@@ -160,7 +161,11 @@ void PaintTitleBar(Canvas& canvas, const ViewContext& context) {
                     palette.titleText);
 }
 
-void PaintCoordinateStrip(Canvas& canvas, const ViewContext& context) {
+namespace {
+
+// The strip's two halves with their texts and the separator between.
+void PaintStrip(Canvas& canvas, const ViewContext& context, const std::string& westText,
+                const std::string& eastText, Color color) {
     const Rect strip = context.layout.strip;
     const Palette& palette = PaletteOf(context);
     const Font font{14 * strip.Height() / 15 - 1, 400};
@@ -168,20 +173,32 @@ void PaintCoordinateStrip(Canvas& canvas, const ViewContext& context) {
     canvas.DrawRectangle(strip, palette.stripBackground, kNoColor);
     const Rect west{strip.left, strip.top, middle, strip.bottom};
     const Rect east{middle, strip.top, strip.right, strip.bottom};
-    if (HasLiveFix(context)) {
-        const GpsState& gps = context.app.gps;
-        const int format = context.app.options.coordinateFormat;
-        std::string latitude;
-        std::string longitude;
-        FormatLatitude(format, HemisphereStyle::kHemisphereLast, gps.latitude, &latitude);
-        FormatLongitude(format, HemisphereStyle::kHemisphereLast, gps.longitude, &longitude);
-        canvas.DrawText(latitude, font, west, kAlignCenter, palette.stripText);
-        canvas.DrawText(longitude, font, east, kAlignCenter, palette.stripText);
-    } else {
-        canvas.DrawText(kNoPosition, font, west, kAlignCenter, palette.dim);
-        canvas.DrawText(kNoPosition, font, east, kAlignCenter, palette.dim);
-    }
+    canvas.DrawText(westText, font, west, kAlignCenter, color);
+    canvas.DrawText(eastText, font, east, kAlignCenter, color);
     canvas.DrawLine({middle, strip.top}, {middle, strip.bottom - 1}, palette.stripText);
+}
+
+}  // namespace
+
+void PaintCoordinateStrip(Canvas& canvas, const ViewContext& context) {
+    if (!HasLiveFix(context)) {
+        return PaintStrip(canvas, context, kNoPosition, kNoPosition, PaletteOf(context).dim);
+    }
+    const GpsState& gps = context.app.gps;
+    const int format = context.app.options.coordinateFormat;
+    std::string latitude;
+    std::string longitude;
+    FormatLatitude(format, HemisphereStyle::kHemisphereLast, gps.latitude, &latitude);
+    FormatLongitude(format, HemisphereStyle::kHemisphereLast, gps.longitude, &longitude);
+    PaintStrip(canvas, context, latitude, longitude, PaletteOf(context).stripText);
+}
+
+void PaintPixelStrip(Canvas& canvas, const ViewContext& context, double x, double y, int width,
+                     int height) {
+    const double shownX = std::clamp(x, 0.0, static_cast<double>(width));
+    const double shownY = std::clamp(y, 0.0, static_cast<double>(height));
+    PaintStrip(canvas, context, FormatText("X : %0.4f", shownX), FormatText("Y : %0.4f", shownY),
+               PaletteOf(context).stripText);
 }
 
 Font FitFont(Canvas& canvas, const std::string& text, int maxWidth, int maxHeight, int weight) {

@@ -63,6 +63,11 @@ void PaintTitleBar(Canvas& canvas, const ViewContext& context);
 // halves show grey dashes instead of a position that is no longer true.
 void PaintCoordinateStrip(Canvas& canvas, const ViewContext& context);
 
+// The Map view's strip for a picture without calibration: the picture
+// pixel x and y, each held within 0 and the picture's width or height.
+void PaintPixelStrip(Canvas& canvas, const ViewContext& context, double x, double y, int width,
+                     int height);
+
 // The largest font of the weight, at most maxHeight pixels tall, in which
 // text is at most maxWidth wide.
 Font FitFont(Canvas& canvas, const std::string& text, int maxWidth, int maxHeight, int weight);

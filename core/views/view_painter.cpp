@@ -3,6 +3,7 @@
 #include "core/views/compass_view.h"
 #include "core/views/gps_info_view.h"
 #include "core/views/instrument_parts.h"
+#include "core/views/map_view.h"
 #include "core/views/satellites_view.h"
 #include "core/views/speed_view.h"
 #include "core/views/trip_stat_view.h"
@@ -35,6 +36,8 @@ void PaintView(Canvas& canvas, const ViewContext& context) {
             return PaintSpeedView(canvas, context);
         case kViewTripStat:
             return PaintTripStatView(canvas, context);
+        case kViewMap:
+            return PaintMapView(canvas, context);
         default:
             return PaintPlaceholder(canvas, context);
     }

@@ -1,8 +1,10 @@
 #include "shell/dialogs/command_dialogs.h"
 
 #include "core/app/commands.h"
+#include "core/app/map_commands.h"
 #include "shell/dialogs/destination_list_dialog.h"
 #include "shell/dialogs/gps_setup_dialog.h"
+#include "shell/dialogs/map_dialogs.h"
 #include "shell/dialogs/options_dialog.h"
 #include "shell/dialogs/point_manager_dialog.h"
 #include "shell/dialogs/speed_alarms_dialog.h"
@@ -11,6 +13,10 @@
 namespace tolvane::shell {
 
 bool OpenCommandDialog(Program& program, QWidget* parent, int commandId) {
+    if (commandId >= kCommandFirstRecentMap && commandId <= kCommandLastRecentMap) {
+        LoadRecentMap(program, parent, commandId - kCommandFirstRecentMap);
+        return true;
+    }
     switch (commandId) {
         case kCommandGpsSetup: {
             GpsSetupDialog dialog(program, parent);
@@ -49,6 +55,12 @@ bool OpenCommandDialog(Program& program, QWidget* parent, int commandId) {
             return true;
         case kCommandCustomSpeedAlarm:
             RunSpeedAlarmsDialog(program, parent);
+            return true;
+        case kCommandLoadMap:
+            ChooseMapFile(program, parent);
+            return true;
+        case kCommandPlaceRefPoint:
+            AskRefPointPosition(program, parent);
             return true;
         default:
             return false;

@@ -328,7 +328,7 @@ void WindowTest::ScreenshotsPaintEveryViewOfARecordingDayAndNight() {
     WriteOptions([](Options& options) { options.nightView = 1; });
     const QStringList names = {QStringLiteral("gps-info.png"), QStringLiteral("satellites.png"),
                                QStringLiteral("compass.png"), QStringLiteral("speed.png"),
-                               QStringLiteral("trip-stat.png")};
+                               QStringLiteral("trip-stat.png"), QStringLiteral("map.png")};
     for (const bool night : {false, true}) {
         const QString folder =
             home_->filePath(night ? QStringLiteral("night") : QStringLiteral("day"));

@@ -48,6 +48,18 @@ class RecordingCanvas final : public Canvas {
     void DrawImage(const Image&, const Rect&, const Rect& target) override {
         calls.push_back({Kind::kImage, target, kNoColor, kNoColor, {}, {}});
     }
+    // A mapped image records its top-left and bottom-right corners.
+    void DrawImageMapped(const Image&, const Rect&, Point topLeft, Point topRight,
+                         Point bottomLeft) override {
+        const Point bottomRight{topRight.x + bottomLeft.x - topLeft.x,
+                                topRight.y + bottomLeft.y - topLeft.y};
+        calls.push_back({Kind::kImage,
+                         {topLeft.x, topLeft.y, bottomRight.x, bottomRight.y},
+                         kNoColor,
+                         kNoColor,
+                         {},
+                         {}});
+    }
     void SetClip(const Rect&) override {}
     void ResetClip() override {}
 

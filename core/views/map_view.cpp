@@ -1,0 +1,195 @@
+#include "core/views/map_view.h"
+
+#include <algorithm>
+#include <cmath>
+#include <string>
+
+#include "core/data/csv_text.h"
+#include "core/maps/map_picture.h"
+#include "core/views/instrument_parts.h"
+
+namespace tolvane {
+namespace {
+
+constexpr double kZoomStepsPerDoubling = 4.0;
+// The picture is panned in sixteenths of its longer side at zoom 0.
+constexpr double kPanStepsPerPicture = 16.0;
+constexpr char kNoMap[] = "No map loaded";
+constexpr char kPlacingHint[] = "Ref Point %d: tap, or arrows and Enter";
+
+double ZoomFactor(int zoom) {
+    return 1.0 + zoom / kZoomStepsPerDoubling;
+}
+
+Affine PictureToPlane(const MapState& map) {
+    return map.fit.valid ? map.fit.toPlane : Affine{};
+}
+
+Point Rounded(MapProjection::Point point) {
+    return {static_cast<int>(std::lround(point.x)), static_cast<int>(std::lround(point.y))};
+}
+
+// The plane's extent of the picture's four corners.
+MapProjection::Point PlaneExtent(const Affine& toPlane, int width, int height) {
+    double minX = 0, maxX = 0, minY = 0, maxY = 0;
+    const double corners[4][2] = {
+        {0, 0}, {1.0 * width, 0}, {0, 1.0 * height}, {1.0 * width, 1.0 * height}};
+    for (int i = 0; i < 4; ++i) {
+        const MapProjection::Point at = toPlane.Apply(corners[i][0], corners[i][1]);
+        minX = i == 0 ? at.x : std::min(minX, at.x), maxX = i == 0 ? at.x : std::max(maxX, at.x);
+        minY = i == 0 ? at.y : std::min(minY, at.y), maxY = i == 0 ? at.y : std::max(maxY, at.y);
+    }
+    return {std::max(maxX - minX, 1e-9), std::max(maxY - minY, 1e-9)};
+}
+
+// The part of the picture that the body shows, in the level's pixels.
+Rect VisibleSource(const MapGeometry& geometry, const Rect& body, const MapPicture& picture,
+                   double levelScale) {
+    double minX = picture.width, maxX = 0, minY = picture.height, maxY = 0;
+    for (const Point corner : {Point{body.left, body.top}, Point{body.right, body.top},
+                               Point{body.left, body.bottom}, Point{body.right, body.bottom}}) {
+        const MapProjection::Point at = geometry.screenToPicture.Apply(corner.x, corner.y);
+        minX = std::min(minX, at.x), maxX = std::max(maxX, at.x);
+        minY = std::min(minY, at.y), maxY = std::max(maxY, at.y);
+    }
+    const auto level = [levelScale](double pixel, double limit, bool up) {
+        const double scaled = std::clamp(pixel, 0.0, limit) * levelScale;
+        return static_cast<int>(up ? std::ceil(scaled) : std::floor(scaled));
+    };
+    return {level(minX, picture.width, false), level(minY, picture.height, false),
+            level(maxX, picture.width, true), level(maxY, picture.height, true)};
+}
+
+void PaintPicture(Canvas& canvas, const ViewContext& context, const MapGeometry& geometry) {
+    const MapPicture& picture = *context.app.map.picture;
+    if (picture.levels.empty()) return;
+    const Image& image = picture.levels[PickLevel(picture, geometry.screenPerPixel)];
+    const double levelScale = static_cast<double>(image.width) / picture.width;
+    const Rect source = VisibleSource(geometry, context.layout.body, picture, levelScale);
+    if (source.Width() <= 0 || source.Height() <= 0) return;
+    const auto screen = [&](int x, int y) {
+        return Rounded(geometry.pictureToScreen.Apply(x / levelScale, y / levelScale));
+    };
+    canvas.DrawImageMapped(image, source, screen(source.left, source.top),
+                           screen(source.right, source.top), screen(source.left, source.bottom));
+}
+
+// Each set point as a ring with its number, and its residual once a
+// least-squares fit gives one; the fit's RMS in the body's corner.
+void PaintRefPoints(Canvas& canvas, const ViewContext& context, const MapGeometry& geometry) {
+    const MapState& map = context.app.map;
+    const Palette& palette = PaletteOf(context);
+    const Font font = context.fonts.Slot(kInstrumentTextSlot);
+    const int radius = std::max(4, font.height / 3);
+    const bool residuals = map.fit.valid && map.calibration.Count() > 2;
+    for (int i = 0; i < kRefPointCount; ++i) {
+        const RefPoint& point = map.calibration.points[i];
+        if (!point.set) continue;
+        const Point at = Rounded(geometry.pictureToScreen.Apply(point.x, point.y));
+        canvas.DrawEllipse({at.x - radius, at.y - radius, at.x + radius + 1, at.y + radius + 1},
+                           kNoColor, palette.alarm, 2);
+        std::string label = std::to_string(i + 1);
+        if (residuals) label += FormatText(" %.0f m", map.fit.residualMetres[i]);
+        canvas.DrawText(label, font,
+                        {at.x + radius, at.y, at.x + radius + 8 * font.height, at.y + font.height},
+                        kAlignLeft, palette.alarm);
+    }
+    if (!residuals) return;
+    const Rect body = context.layout.body;
+    canvas.DrawText(FormatText("RMS %.1f m", map.fit.rmsMetres), font,
+                    {body.left + 2, body.top + 2, body.right - 2, body.top + 2 + font.height},
+                    kAlignLeft, palette.alarm);
+}
+
+// The cross-hair in the body's middle and what to do, while a point is
+// being placed.
+void PaintCrossHair(Canvas& canvas, const ViewContext& context) {
+    const Rect body = context.layout.body;
+    const Palette& palette = PaletteOf(context);
+    const Point middle{(body.left + body.right) / 2, (body.top + body.bottom) / 2};
+    const int arm = std::min(body.Width(), body.Height()) / 8;
+    canvas.DrawLine({middle.x - arm, middle.y}, {middle.x + arm, middle.y}, palette.alarm);
+    canvas.DrawLine({middle.x, middle.y - arm}, {middle.x, middle.y + arm}, palette.alarm);
+    const Font font = context.fonts.Slot(kInstrumentTextSlot);
+    const std::string hint = FormatText(kPlacingHint, context.app.map.placing + 1);
+    canvas.DrawText(hint, FitFont(canvas, hint, body.Width() - 4, font.height, 400),
+                    {body.left, body.bottom - font.height - 2, body.right, body.bottom - 2},
+                    kAlignHCenter | kAlignBottom, palette.alarm);
+}
+
+void PaintStripOf(Canvas& canvas, const ViewContext& context, const MapGeometry& geometry) {
+    if (geometry.calibrated) return PaintCoordinateStrip(canvas, context);
+    const MapPicture& picture = *context.app.map.picture;
+    const MapProjection::Point centre = MapCentre(context.app);
+    PaintPixelStrip(canvas, context, centre.x, centre.y, picture.width, picture.height);
+}
+
+}  // namespace
+
+double MapStepPixels(const AppState& app) {
+    const MapPicture& picture = *app.map.picture;
+    return std::max(picture.width, picture.height) / kPanStepsPerPicture /
+           ZoomFactor(app.mapKeys.mapZoom);
+}
+
+MapProjection::Point MapCentre(const AppState& app) {
+    const MapState& map = app.map;
+    if (map.placing >= 0) return {map.crossX, map.crossY};
+    const MapPicture& picture = *map.picture;
+    MapProjection::Point anchor{picture.width / 2.0, picture.height / 2.0};
+    if (map.fit.valid && app.mapFollow.havePosition) {
+        const MapProjection::Point plane = ToPlane(app.mapFollow.latitude, app.mapFollow.longitude);
+        anchor = map.fit.toPicture.Apply(plane.x, plane.y);
+        if (app.gps.connected && app.mapCountdown == 0) return anchor;
+    }
+    const double step = MapStepPixels(app);
+    return {anchor.x + app.mapKeys.panColumns * step, anchor.y + app.mapKeys.panRows * step};
+}
+
+MapGeometry ComputeMapGeometry(const AppState& app, const Rect& body) {
+    const MapState& map = app.map;
+    const MapPicture& picture = *map.picture;
+    const Affine toPlane = PictureToPlane(map);
+    const MapProjection::Point extent = PlaneExtent(toPlane, picture.width, picture.height);
+    const double scale = std::min(body.Width() / extent.x, body.Height() / extent.y) *
+                         ZoomFactor(app.mapKeys.mapZoom);
+    const MapProjection::Point centre = MapCentre(app);
+    const MapProjection::Point centrePlane = toPlane.Apply(centre.x, centre.y);
+    const double middleX = (body.left + body.right) / 2.0;
+    const double middleY = (body.top + body.bottom) / 2.0;
+
+    MapGeometry geometry;
+    geometry.calibrated = map.fit.valid;
+    Affine& screen = geometry.pictureToScreen;
+    screen = {scale * toPlane.a, scale * toPlane.b, scale * (toPlane.c - centrePlane.x) + middleX,
+              scale * toPlane.d, scale * toPlane.e, scale * (toPlane.f - centrePlane.y) + middleY};
+    geometry.screenToPicture = screen.Inverse();
+    geometry.screenPerPixel = std::sqrt(std::fabs(screen.a * screen.e - screen.b * screen.d));
+    // The layers project through the program's projection at its own scale
+    // factor; the distance makes that land on the calibration plane.
+    geometry.placement = {middleX - scale * centrePlane.x, middleY - scale * centrePlane.y,
+                          app.projection.Scale() / (scale * kPlaneScale)};
+    return geometry;
+}
+
+void PaintMapView(Canvas& canvas, const ViewContext& context) {
+    const Rect body = context.layout.body;
+    const Palette& palette = PaletteOf(context);
+    canvas.DrawRectangle(body, palette.background, kNoColor);
+    if (!context.app.map.Loaded()) {
+        canvas.DrawText(kNoMap, context.fonts.Slot(kInstrumentTextSlot), body, kAlignCenter,
+                        palette.dim);
+        return PaintCoordinateStrip(canvas, context);
+    }
+    const MapGeometry geometry = ComputeMapGeometry(context.app, body);
+    const Options& options = context.app.options;
+    canvas.SetClip(body);
+    if (options.showMap) PaintPicture(canvas, context, geometry);
+    if (geometry.calibrated) DrawMapLayers(canvas, context, geometry.placement);
+    if (options.showRefPoints) PaintRefPoints(canvas, context, geometry);
+    if (context.app.map.placing >= 0) PaintCrossHair(canvas, context);
+    canvas.ResetClip();
+    PaintStripOf(canvas, context, geometry);
+}
+
+}  // namespace tolvane

@@ -1,0 +1,66 @@
+// The Map view draws its picture where its geometry says, the earth's
+// layers land on the same pixels as the picture, and a map without
+// calibration shows picture pixels in its strip.
+
+#include "core/views/map_view.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cmath>
+
+#include "core/app/map_commands.h"
+#include "core/views/view_painter.h"
+#include "tests/core/views/recording_canvas.h"
+
+namespace tolvane {
+namespace {
+
+using testing::RecordingCanvas;
+
+std::shared_ptr<MapPicture> BlankPicture(int width, int height) {
+    auto picture = std::make_shared<MapPicture>();
+    picture->width = width;
+    picture->height = height;
+    picture->levels.push_back(
+        {width, height, std::vector<std::uint32_t>(static_cast<std::size_t>(width) * height)});
+    return picture;
+}
+
+TEST(MapViewTest, PictureAndLayersMeetAndAnUncalibratedMapShowsPixels) {
+    AppState app;
+    ResetOptions(app.options);
+    app.currentView = kViewMap;
+    SetLoadedMap(app, "blank.png", BlankPicture(400, 200));
+    const FontSet fonts(15);
+    const ViewLayout layout = LayOutViews(480, 640, false, false, fonts);
+    const Rect body = layout.body;
+
+    // Zoom 0 fits the picture's width: 1.2 screen pixels per pixel, centred.
+    RecordingCanvas canvas;
+    PaintView(canvas, ViewContext{app, layout, fonts, 0});
+    const auto images = canvas.Of(RecordingCanvas::Kind::kImage);
+    ASSERT_EQ(images.size(), 1u);
+    const int top = static_cast<int>(std::lround((body.top + body.bottom) / 2.0 - 120));
+    EXPECT_EQ(images[0].box, (Rect{0, top, 480, top + 240}));
+    const std::vector<std::string> texts = canvas.Texts();
+    EXPECT_NE(std::find(texts.begin(), texts.end(), "X : 200.0000"), texts.end());
+    EXPECT_NE(std::find(texts.begin(), texts.end(), "Y : 100.0000"), texts.end());
+
+    // Calibrated and zoomed in, the position lies on its own pixel.
+    app.map.calibration.points[0] = {true, 0, 0, -27.20, 153.04};
+    app.map.calibration.points[1] = {true, 400, 200, -27.21, 153.06};
+    app.map.fit = FitCalibration(app.map.calibration);
+    app.mapKeys.mapZoom = 9;
+    app.mapFollow = {-27.2075, 153.045, true};
+    const MapGeometry geometry = ComputeMapGeometry(app, body);
+    const MapProjection::Point onPicture = geometry.pictureToScreen.Apply(100, 150);
+    const MapProjection::Point onEarth =
+        app.projection.ProjectToScreen(-27.2075, 153.045, geometry.placement.x0,
+                                       geometry.placement.y0, geometry.placement.distance);
+    EXPECT_NEAR(onEarth.x, onPicture.x, 0.01);
+    EXPECT_NEAR(onEarth.y, onPicture.y, 0.01);
+}
+
+}  // namespace
+}  // namespace tolvane
