@@ -29,7 +29,6 @@ constexpr std::array kCommandsWithoutOwner = {
     kCommandShowRange,
     kCommandLoadMap,
     kCommandGpsSetup,
-    kCommandViewLogFile,
     kCommandOptions,
     kCommandCustomSpeedAlarm,
     kCommandCustomInterval,
@@ -41,12 +40,14 @@ constexpr std::array kCommandsWithoutOwner = {
     kCommandEditDestinations,
     kCommandNewDestinationList,
     kCommandOpenDestinationList,
-    kCommandImport,
 };
 
 // The commands that a dialog of the window carries out.
 bool OpensDialog(int id) {
     switch (id) {
+        case kCommandImport:
+        case kCommandViewLogFile:
+            return true;
         default:
             return false;
     }
