@@ -26,13 +26,22 @@ bool Exists(const std::string& path) {
     return fs::exists(path, error);
 }
 
+bool Free(const std::string& path, const std::set<std::string>& taken) {
+    return !Exists(path) && taken.count(path) == 0;
+}
+
 // "folder/stem.csv", or "folder/stem 2.csv" and on when the name is taken
-// on the disk or by another file of this import.
+// on the disk or by another file of this import. A route without a name
+// is the first free "Route 1.csv", "Route 2.csv", ...
 std::string FreeCsvPath(const std::string& folder, const std::string& stem,
                         const std::set<std::string>& taken) {
-    std::string path = folder + "/" + stem + ".csv";
-    for (int suffix = 2; Exists(path) || taken.count(path) != 0; ++suffix) {
-        path = folder + "/" + stem + " " + std::to_string(suffix) + ".csv";
+    const auto name = [&](int number) {
+        if (stem.empty()) return FillLanguageText(kTextUnnamedRoute, {std::to_string(number)});
+        return number == 1 ? stem : stem + " " + std::to_string(number);
+    };
+    std::string path = folder + "/" + name(1) + ".csv";
+    for (int number = 2; !Free(path, taken); ++number) {
+        path = folder + "/" + name(number) + ".csv";
     }
     return path;
 }
@@ -82,9 +91,9 @@ bool AddWaypointFile(AppState& app, std::vector<GeoPoint> waypoints, int poiCate
 void AddRouteFiles(const std::string& folder, const std::vector<ImportRoute>& routes,
                    std::vector<PendingFile>& files) {
     std::set<std::string> taken;
-    for (std::size_t i = 0; i < routes.size(); ++i) {
-        const std::string stem = RouteFileStem(routes[i].name, static_cast<int>(i) + 1);
-        PendingFile file{FreeCsvPath(folder, stem, taken), ToGeoPoints(routes[i].points)};
+    for (const ImportRoute& route : routes) {
+        PendingFile file{FreeCsvPath(folder, RouteFileStem(route.name), taken),
+                         ToGeoPoints(route.points)};
         taken.insert(file.path);
         files.push_back(std::move(file));
     }

@@ -172,7 +172,7 @@ GeoPoint ToGeoPoint(const ImportPoint& point, int number) {
     return geo;
 }
 
-std::string RouteFileStem(const std::string& routeName, int number) {
+std::string RouteFileStem(const std::string& routeName) {
     constexpr std::string_view kRefused = "/\\:*?\"<>|";
     std::string stem = TruncateToUtf16Units(routeName, kRouteFileStemUnits);
     for (char& c : stem) {
@@ -180,10 +180,7 @@ std::string RouteFileStem(const std::string& routeName, int number) {
         if (control || kRefused.find(c) != std::string_view::npos) c = '_';
     }
     // A name of blanks and dots alone would be hidden or no name at all.
-    if (stem.find_first_not_of(" .") == std::string::npos) {
-        return FillLanguageText(kTextUnnamedRoute, {std::to_string(number)});
-    }
-    return stem;
+    return stem.find_first_not_of(" .") == std::string::npos ? std::string() : stem;
 }
 
 }  // namespace tolvane

@@ -131,8 +131,8 @@ TrackPoint ToTrackPoint(const ImportPoint& point);
 GeoPoint ToGeoPoint(const ImportPoint& point, int number);
 
 // The part of a file name that a route name can give: the characters that a
-// file system or a file chooser refuses become "_", and an empty result is
-// the language's name of the route by its number.
-std::string RouteFileStem(const std::string& routeName, int number);
+// file system or a file chooser refuses become "_"; empty when nothing of
+// the name is left to show.
+std::string RouteFileStem(const std::string& routeName);
 
 }  // namespace tolvane

@@ -14,6 +14,8 @@
 namespace tolvane::shell {
 namespace {
 
+constexpr int kDialogWidth = 240;
+
 QString Text(const std::string& text) {
     return QString::fromStdString(text);
 }
@@ -49,8 +51,15 @@ GpxImportDialog::GpxImportDialog(const ImportContents& contents, QWidget* parent
     connect(buttons, &QDialogButtonBox::accepted, this, &QDialog::accept);
     connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
     layout->addWidget(buttons);
-    // Narrow enough for a 240 pixel wide screen; the labels wrap.
-    setMaximumWidth(240);
+    // As wide as the narrowest screen; the labels wrap to it.
+    setFixedWidth(kDialogWidth);
+}
+
+void GpxImportDialog::showEvent(QShowEvent* event) {
+    QDialog::showEvent(event);
+    // A top-level layout does not give wrapped labels the height they need
+    // at the dialog's width; it is known once the style has set the fonts.
+    setMinimumHeight(layout()->totalHeightForWidth(width()));
 }
 
 int GpxImportDialog::PoiCategory() const {

@@ -21,6 +21,9 @@ class GpxImportDialog : public QDialog {
     // kImportToWaypointList or the chosen POI category 1..30.
     int PoiCategory() const;
 
+  protected:
+    void showEvent(QShowEvent* event) override;
+
   private:
     QComboBox* target_ = nullptr;
 };

@@ -63,7 +63,7 @@ TEST_F(FileImportTest, EachKindGoesToItsPlace) {
     const std::string destinations = app_.folders.destinationDir + "/";
     EXPECT_EQ(outcome.routeFiles, (std::vector<std::string>{destinations + "Lake_Side.csv",
                                                             destinations + "Lake_Side 2.csv",
-                                                            destinations + "Route 3.csv"}));
+                                                            destinations + "Route 1.csv"}));
     EXPECT_EQ(ReadFileBytes(destinations + "Lake_Side 2.csv"), "2.000000,2.000000,B,,,,,,\r\n");
     EXPECT_EQ(app_.track.viewedTrack.Count(), 2);
     EXPECT_EQ(app_.options.showTrack, 1);
