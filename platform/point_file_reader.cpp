@@ -5,6 +5,7 @@
 #include <fstream>
 #include <functional>
 #include <iterator>
+#include <limits>
 #include <map>
 #include <memory>
 #include <optional>
@@ -41,6 +42,11 @@ class XmlReader {
         if (!in) return;
         bytes_.assign(std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>());
         opened_ = true;
+        // libxml2 takes the length of a document in memory as an int.
+        if (bytes_.size() > static_cast<std::size_t>(std::numeric_limits<int>::max())) {
+            errorText_ = "Document is too large";
+            return;
+        }
         reader_.reset(xmlReaderForMemory(bytes_.data(), static_cast<int>(bytes_.size()),
                                          path.c_str(), nullptr, XML_PARSE_NONET));
         if (reader_) {
