@@ -2,9 +2,11 @@
 
 #include <QCloseEvent>
 #include <QDateTime>
+#include <QGuiApplication>
 #include <QKeyEvent>
 #include <QMouseEvent>
 #include <QPainter>
+#include <QScreen>
 #include <QVBoxLayout>
 
 #include "core/app/commands.h"
@@ -92,7 +94,10 @@ MainWindow::MainWindow(Program& program, const WindowSetup& setup, const QString
     layout->addWidget(views_, 1);
     layout->addWidget(softKeys_);
     setFocusPolicy(Qt::StrongFocus);
-    resize(kDefaultSize);
+    // A handheld's screen can be smaller than the default size: the window
+    // never starts larger than the room the desktop leaves it.
+    const QScreen* screen = QGuiApplication::primaryScreen();
+    resize(screen != nullptr ? kDefaultSize.boundedTo(screen->availableSize()) : kDefaultSize);
     FollowFullScreen();
     softKeys_->FollowNightView(program.app.options.nightView != 0);
 }

@@ -25,8 +25,6 @@ constexpr std::array kCommandsWithoutOwner = {
     kCommandShowDestinationInfo,
     kCommandShowLabel,
     kCommandShowRange,
-    kCommandViewLogFile,
-    kCommandImport,
 };
 
 bool InRange(int id, int first, int last) {
@@ -51,6 +49,8 @@ bool OpensDialog(int id) {
         case kCommandCustomInterval:
         case kCommandLoadMap:
         case kCommandPlaceRefPoint:
+        case kCommandImport:
+        case kCommandViewLogFile:
             return true;
         default:
             return false;

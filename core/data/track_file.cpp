@@ -178,41 +178,6 @@ std::string ReadWholeText(const std::string& path) {
     return std::string(std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>());
 }
 
-// A run of decimal digits and nothing else.
-std::optional<int> Digits(std::string_view text) {
-    if (text.empty() || text.size() > 9) return std::nullopt;
-    int value = 0;
-    for (const char c : text) {
-        if (c < '0' || c > '9') return std::nullopt;
-        value = value * 10 + (c - '0');
-    }
-    return value;
-}
-
-// "YYYYMMDD HH:MM:SS", the year of any length, as the log lines carry it.
-std::optional<CivilTime> ParseLogTime(std::string_view text) {
-    constexpr std::size_t kMonthDayLength = 4;
-    const std::size_t space = text.find(' ');
-    if (space == std::string_view::npos || space <= kMonthDayLength) return std::nullopt;
-    const std::string_view date = text.substr(0, space);
-    const std::string_view time = text.substr(space + 1);
-    if (time.size() != 8 || time[2] != ':' || time[5] != ':') return std::nullopt;
-    const std::size_t yearLength = date.size() - kMonthDayLength;
-    const std::optional<int> fields[6] = {Digits(date.substr(0, yearLength)),
-                                          Digits(date.substr(yearLength, 2)),
-                                          Digits(date.substr(yearLength + 2, 2)),
-                                          Digits(time.substr(0, 2)),
-                                          Digits(time.substr(3, 2)),
-                                          Digits(time.substr(6, 2))};
-    for (const std::optional<int>& field : fields) {
-        if (!field) return std::nullopt;
-    }
-    const CivilTime civil{*fields[0], *fields[1], *fields[2], *fields[3],
-                          *fields[4], *fields[5], 0};
-    if (!CivilToFileTime(civil)) return std::nullopt;
-    return civil;
-}
-
 std::optional<TrackPoint> ParseLogLine(std::string_view line) {
     constexpr std::size_t kTimeColumn = 3;
     // Whatever follows the time stays in one last column, unread.
@@ -229,6 +194,39 @@ std::optional<TrackPoint> ParseLogLine(std::string_view line) {
 }
 
 }  // namespace
+
+std::optional<int> DecimalDigits(std::string_view text) {
+    if (text.empty() || text.size() > 9) return std::nullopt;
+    int value = 0;
+    for (const char c : text) {
+        if (c < '0' || c > '9') return std::nullopt;
+        value = value * 10 + (c - '0');
+    }
+    return value;
+}
+
+std::optional<CivilTime> ParseLogTime(std::string_view text) {
+    constexpr std::size_t kMonthDayLength = 4;
+    const std::size_t space = text.find(' ');
+    if (space == std::string_view::npos || space <= kMonthDayLength) return std::nullopt;
+    const std::string_view date = text.substr(0, space);
+    const std::string_view time = text.substr(space + 1);
+    if (time.size() != 8 || time[2] != ':' || time[5] != ':') return std::nullopt;
+    const std::size_t yearLength = date.size() - kMonthDayLength;
+    const std::optional<int> fields[6] = {DecimalDigits(date.substr(0, yearLength)),
+                                          DecimalDigits(date.substr(yearLength, 2)),
+                                          DecimalDigits(date.substr(yearLength + 2, 2)),
+                                          DecimalDigits(time.substr(0, 2)),
+                                          DecimalDigits(time.substr(3, 2)),
+                                          DecimalDigits(time.substr(6, 2))};
+    for (const std::optional<int>& field : fields) {
+        if (!field) return std::nullopt;
+    }
+    const CivilTime civil{*fields[0], *fields[1], *fields[2], *fields[3],
+                          *fields[4], *fields[5], 0};
+    if (!CivilToFileTime(civil)) return std::nullopt;
+    return civil;
+}
 
 bool DirectTrackWriter::Write(const std::string& path, const std::string& text,
                               std::string_view trailer) {

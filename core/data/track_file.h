@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -111,6 +112,13 @@ bool RepairTrackFile(const std::string& path);
 // ".part" files of documents whose creation was cut short. Returns the
 // number of files repaired.
 int RepairTrackFolder(const std::string& trackLogFolder);
+
+// A run of one to nine decimal digits and nothing else, as a number.
+std::optional<int> DecimalDigits(std::string_view text);
+
+// The time of a log line (and of a KML placemark's description),
+// "YYYYMMDD HH:MM:SS" with a year of any length, when it is a real date.
+std::optional<CivilTime> ParseLogTime(std::string_view text);
 
 // Reads a track log in the log format back into track (appending). A line
 // is taken when its first column (longitude, -180..180), its second

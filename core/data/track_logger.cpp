@@ -93,12 +93,13 @@ void FlushTrackWriter(TrackLogger& logger) {
     FlushWriter(logger);
 }
 
-CsvReadResult ViewTrackLogFile(TrackLogger& logger, Options& options, const std::string& path) {
+void ViewTracks(TrackLogger& logger, Options& options, const std::vector<ImportTrack>& tracks) {
     const std::lock_guard<std::mutex> guard(logger.lock);
     logger.viewedTrack.Clear();
-    const CsvReadResult result = ReadTrackLogFile(path, logger.viewedTrack);
-    if (result.opened) options.showTrack = 1;
-    return result;
+    for (const ImportTrack& track : tracks) {
+        for (const TrackPoint& point : track.points) logger.viewedTrack.Append(point);
+    }
+    options.showTrack = 1;
 }
 
 std::int32_t ClampTrackInterval(std::int64_t seconds) {

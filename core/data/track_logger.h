@@ -4,10 +4,12 @@
 #include <mutex>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "core/base/dynamic_list.h"
 #include "core/base/file_time.h"
 #include "core/data/options.h"
+#include "core/data/point_import.h"
 #include "core/data/track_file.h"
 #include "core/gps/gps_state.h"
 
@@ -76,10 +78,10 @@ bool TrackTimerTick(TrackLogger& logger, const TrackTimerInputs& inputs);
 void RestartTrackFile(TrackLogger& logger, Options& options, std::int32_t format,
                       const std::string& trackLogFolder, const Clock& clock);
 
-// "View Log File": reads a log-format track file into the viewed track,
-// replacing what was viewed before, and turns "Show Track" on when the file
-// could be opened.
-CsvReadResult ViewTrackLogFile(TrackLogger& logger, Options& options, const std::string& path);
+// "View Log File" and the import of tracks: the tracks' points become the
+// viewed track, replacing what was viewed before, and "Show Track" is
+// turned on.
+void ViewTracks(TrackLogger& logger, Options& options, const std::vector<ImportTrack>& tracks);
 
 // The "Track Interval" dialog's rule for a slot: below 1 becomes 1, above
 // 3600 becomes 3600.

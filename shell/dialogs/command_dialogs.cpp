@@ -4,11 +4,13 @@
 #include "core/app/map_commands.h"
 #include "shell/dialogs/destination_list_dialog.h"
 #include "shell/dialogs/gps_setup_dialog.h"
+#include "shell/dialogs/gpx_import_dialog.h"
 #include "shell/dialogs/map_dialogs.h"
 #include "shell/dialogs/options_dialog.h"
 #include "shell/dialogs/point_manager_dialog.h"
 #include "shell/dialogs/speed_alarms_dialog.h"
 #include "shell/dialogs/track_interval_dialog.h"
+#include "shell/dialogs/view_log_file_dialog.h"
 
 namespace tolvane::shell {
 
@@ -61,6 +63,12 @@ bool OpenCommandDialog(Program& program, QWidget* parent, int commandId) {
             return true;
         case kCommandPlaceRefPoint:
             AskRefPointPosition(program, parent);
+            return true;
+        case kCommandImport:
+            RunGpxImport(program, parent);
+            return true;
+        case kCommandViewLogFile:
+            RunViewLogFile(program, parent);
             return true;
         default:
             return false;

@@ -146,16 +146,11 @@ TEST_F(TrackLoggerTest, FormatChangeRestartsTheFileAndViewLogFileShowsATrack) {
 
     options_.showTrack = 0;
     logger_.viewedTrack.Append(TrackPoint{});
-    const CsvReadResult result =
-        ViewTrackLogFile(logger_, options_, folder_.File("20110704080001.log"));
-    EXPECT_EQ(result.recordsRead, 1);
-    EXPECT_EQ(logger_.viewedTrack.Count(), 1);
+    ViewTracks(logger_, options_,
+               {ImportTrack{"", {TrackPoint{}}}, ImportTrack{"", {TrackPoint{}}}});
+    EXPECT_EQ(logger_.viewedTrack.Count(), 2);
     EXPECT_EQ(options_.showTrack, 1);
     EXPECT_EQ(logger_.liveTrack.Count(), 1);  // the live track is not touched
-
-    options_.showTrack = 0;
-    EXPECT_FALSE(ViewTrackLogFile(logger_, options_, folder_.File("none.log")).opened);
-    EXPECT_EQ(options_.showTrack, 0);
 }
 
 }  // namespace
