@@ -181,7 +181,8 @@ std::string ImportDoneMessage(const ImportContents& contents, const ImportOutcom
 
 void ShowTracksOnMap(AppState& app, const std::vector<ImportTrack>& tracks) {
     ViewTracks(app.track, app.options, tracks);
-    app.currentView = kViewWorldMap;
+    // The user's own map shows a track in more detail, when one is loaded.
+    app.currentView = app.map.Loaded() ? kViewMap : kViewWorldMap;
 }
 
 std::string ViewTrackFile(AppState& app, const std::string& path, const ImportRead& read) {
