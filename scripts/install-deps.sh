@@ -11,6 +11,7 @@ packages=(
   gpsd espeak-ng gpsbabel libxml2-utils
   qt6-base-dev qt6-multimedia-dev libgl-dev fonts-dejavu-core
   xvfb xdotool desktop-file-utils appstream
+  xplanet-images
 )
 
 if [ "${1:-}" = --list ]; then

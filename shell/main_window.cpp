@@ -3,17 +3,22 @@
 #include <QCloseEvent>
 #include <QDateTime>
 #include <QKeyEvent>
+#include <QMouseEvent>
+#include <QNativeGestureEvent>
+#include <QToolTip>
+#include <QWheelEvent>
 #include <QPainter>
 #include <QVBoxLayout>
 
 #include "core/app/commands.h"
 #include "core/app/menu_model.h"
 #include "core/base/debug_trace.h"
+#include "core/views/map_layers.h"
 #include "shell/soft_key_bar.h"
 
 namespace tolvane::shell {
 
-ViewArea::ViewArea(const Program& program, ViewRenderer renderer, QWidget* parent)
+ViewArea::ViewArea(Program& program, ViewRenderer renderer, QWidget* parent)
     : QWidget(parent), program_(program), renderer_(std::move(renderer)) {
     // Every pixel is painted from the back buffer: nothing to erase first.
     setAttribute(Qt::WA_OpaquePaintEvent);
@@ -22,7 +27,7 @@ ViewArea::ViewArea(const Program& program, ViewRenderer renderer, QWidget* paren
 }
 
 void ViewArea::LayOut() {
-    renderer_.LayOut(size(), program_.app.options.fullScreen != 0);
+    renderer_.LayOut(size(), IsFullScreenShown(program_.app));
 }
 
 void ViewArea::resizeEvent(QResizeEvent* /*event*/) {
@@ -44,6 +49,45 @@ void ViewArea::paintEvent(QPaintEvent* /*event*/) {
         DebugTrace("first frame painted at " + std::to_string(QDateTime::currentMSecsSinceEpoch()) +
                    " ms\n");
     }
+}
+
+void ViewArea::mousePressEvent(QMouseEvent* event) {
+    if (!IsMapView(program_.app.currentView)) return QWidget::mousePressEvent(event);
+    pointer_.Press(event->position().toPoint());
+}
+
+void ViewArea::mouseMoveEvent(QMouseEvent* event) {
+    if (!IsMapView(program_.app.currentView) || !(event->buttons() & Qt::LeftButton)) {
+        return QWidget::mouseMoveEvent(event);
+    }
+    pointer_.Move(event->position().toPoint(), renderer_.Layout());
+}
+
+void ViewArea::mouseReleaseEvent(QMouseEvent* event) {
+    if (!IsMapView(program_.app.currentView) || !pointer_.Release()) return;
+    const QPoint at = event->position().toPoint();
+    const QString text = TappedPointText(program_.app, renderer_.Layout(), renderer_.Fonts(), at);
+    if (text.isEmpty()) {
+        QToolTip::hideText();
+    } else {
+        QToolTip::showText(mapToGlobal(at), text, this);
+    }
+}
+
+void ViewArea::wheelEvent(QWheelEvent* event) {
+    if (!IsMapView(program_.app.currentView)) return QWidget::wheelEvent(event);
+    pointer_.Wheel(event->angleDelta().y());
+}
+
+bool ViewArea::event(QEvent* event) {
+    if (event->type() == QEvent::NativeGesture && IsMapView(program_.app.currentView)) {
+        const auto* gesture = static_cast<QNativeGestureEvent*>(event);
+        if (gesture->gestureType() == Qt::ZoomNativeGesture) {
+            pointer_.Pinch(gesture->value());
+            return true;
+        }
+    }
+    return QWidget::event(event);
 }
 
 std::optional<Key> KeyFromQt(int qtKey) {
@@ -96,7 +140,7 @@ MainWindow::MainWindow(Program& program, const WindowSetup& setup, const QString
 }
 
 bool MainWindow::FollowFullScreen() {
-    const bool fullScreen = program_.app.options.fullScreen != 0;
+    const bool fullScreen = IsFullScreenShown(program_.app);
     if (softKeys_->isHidden() == fullScreen) return false;
     softKeys_->setHidden(fullScreen);
     return true;

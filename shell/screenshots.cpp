@@ -7,6 +7,7 @@
 #include "core/app/startup.h"
 #include "core/base/program_paths.h"
 #include "core/base/string_manager.h"
+#include "core/views/map_layers.h"
 #include "shell/view_renderer.h"
 #include "tools/replay/replay.h"
 
@@ -24,7 +25,7 @@ struct ViewPicture {
 constexpr ViewPicture kPictures[] = {
     {kViewGpsInfo, "gps-info.png"},   {kViewSatellites, "satellites.png"},
     {kViewCompass, "compass.png"},    {kViewSpeed, "speed.png"},
-    {kViewTripStat, "trip-stat.png"},
+    {kViewTripStat, "trip-stat.png"},  {kViewWorldMap, "world-map.png"},
 };
 
 // Paints each view of app into folder; false, having said why on standard
@@ -36,12 +37,12 @@ bool PaintPictures(AppState& app, FileTime nowUtc, const CommandLine& line) {
     const ScreenMetrics screen =
         ApplySquareScreenRule({96, 96, line.size.width(), line.size.height()});
     ViewRenderer renderer(screen.dpiY, false, QString::fromLatin1(kPictureFontFamily));
-    renderer.LayOut(line.size, app.options.fullScreen != 0);
     const int shownView = app.currentView;
     QTextStream out(stdout);
     bool written = true;
     for (const ViewPicture& picture : kPictures) {
         app.currentView = picture.view;
+        renderer.LayOut(line.size, IsFullScreenShown(app));
         QImage image = MakeBackBuffer(line.size, 1);
         renderer.Paint(image, app, nowUtc);
         const QString path = QDir(line.screenshotFolder).filePath(QLatin1String(picture.fileName));

@@ -1,8 +1,13 @@
 #include "core/app/keys.h"
 
+#include <algorithm>
+#include <cmath>
+
 #include "core/app/commands.h"
 #include "core/base/string_manager.h"
 #include "core/nav/instrument_memory.h"
+#include "core/views/map_layers.h"
+#include "core/views/world_map_view.h"
 
 namespace tolvane {
 namespace {
@@ -31,10 +36,6 @@ bool IsArrow(Key key) {
 
 int ArrowIndex(Key key) {
     return static_cast<int>(key) - static_cast<int>(Key::kLeft);
-}
-
-bool InMapView(const AppState& app) {
-    return app.currentView == kViewWorldMap || app.currentView == kViewMap;
 }
 
 void PlayLimitBeep(Host& host) {
@@ -68,18 +69,30 @@ bool StepZoom(int& level, int step, int floor, int ceiling) {
     return true;
 }
 
-bool ZoomMap(AppState& app, Key key) {
-    if (key == Key::kLeft || key == Key::kRight) return false;
-    const int step = key == Key::kUp ? 1 : -1;
+// One zoom step of the shown map; false at its end. The World Map also
+// stops at its scale limit, which lies above its lowest level.
+bool ZoomMap(AppState& app, int step) {
     MapKeys& map = app.mapKeys;
     if (app.currentView == kViewMap) return StepZoom(map.mapZoom, step, 0, kZoomCeiling);
-    return StepZoom(map.worldMapZoom, step, kWorldMapZoomFloor + 1, kZoomCeiling);
+    const int floor = std::max(kWorldMapZoomFloor + 1, kWorldMapLowestZoom);
+    return StepZoom(map.worldMapZoom, step, floor, kZoomCeiling);
 }
 
-void PanMap(AppState& app, Key key) {
-    MapKeys& map = app.mapKeys;
-    map.panColumns += key == Key::kRight ? 1 : key == Key::kLeft ? -1 : 0;
-    map.panRows += key == Key::kDown ? 1 : key == Key::kUp ? -1 : 0;
+// Pans the shown map by east and south steps; while the GPS is on this
+// also stops the map following the position for a while.
+void PanMap(AppState& app, double east, double south) {
+    if (app.currentView == kViewWorldMap) {
+        PanWorldMap(app, east / kPanStepsPerWidth, south / kPanStepsPerWidth);
+    } else {
+        MapDragRest& rest = app.mapDragRest;
+        rest.east += east;
+        rest.south += south;
+        const double columns = std::trunc(rest.east);
+        const double rows = std::trunc(rest.south);
+        app.mapKeys.panColumns += static_cast<int>(columns);
+        app.mapKeys.panRows += static_cast<int>(rows);
+        rest = {rest.east - columns, rest.south - rows};
+    }
     if (app.gps.connected) app.mapCountdown = kPanFollowPauseTicks;
 }
 
@@ -87,12 +100,14 @@ void OnMapArrow(Program& program, Key key) {
     AppState& app = program.app;
     if (!AcceptArrow(app, key, program.host.NowUtc())) return;
     if (app.mapKeys.zoomMode) {
-        if (!ZoomMap(app, key)) {
+        const bool upOrDown = key == Key::kUp || key == Key::kDown;
+        if (!upOrDown || !ZoomMap(app, key == Key::kUp ? 1 : -1)) {
             PlayLimitBeep(program.host);
             return;
         }
     } else {
-        PanMap(app, key);
+        PanMap(app, key == Key::kRight ? 1 : key == Key::kLeft ? -1 : 0,
+               key == Key::kDown ? 1 : key == Key::kUp ? -1 : 0);
     }
     program.host.Repaint();
 }
@@ -146,7 +161,7 @@ void OnKeyDown(Program& program, Key key) {
         SendKeyCommand(program, kCommandNightView);
     } else if (key == Key::kEnter) {
         OnEnter(program);
-    } else if (InMapView(app)) {
+    } else if (IsMapView(app.currentView)) {
         OnMapArrow(program, key);
     } else if (app.currentView == kViewSpeed) {
         OnSpeedArrow(program, key);
@@ -155,6 +170,24 @@ void OnKeyDown(Program& program, Key key) {
 
 void OnKeyUp(Program& program, Key key) {
     if (IsArrow(key)) program.app.arrowKeys.released[ArrowIndex(key)] = true;
+}
+
+void ZoomShownMap(Program& program, int steps) {
+    if (!IsMapView(program.app.currentView)) return;
+    const int step = steps > 0 ? 1 : -1;
+    for (int taken = 0; taken != steps; taken += step) {
+        if (!ZoomMap(program.app, step)) {
+            PlayLimitBeep(program.host);
+            break;
+        }
+    }
+    program.host.Repaint();
+}
+
+void DragShownMap(Program& program, double east, double south) {
+    if (!IsMapView(program.app.currentView)) return;
+    PanMap(program.app, east * kPanStepsPerWidth, south * kPanStepsPerWidth);
+    program.host.Repaint();
 }
 
 }  // namespace tolvane

@@ -38,7 +38,19 @@ inline constexpr FileTime kArrowKeyInterval = kFileTimeTicksPerSecond / 10;
 // A pan step stops the map views following the position for this many ticks.
 inline constexpr int kPanFollowPauseTicks = 10;
 
+// One pan step of an arrow key moves a map by this part of its width.
+inline constexpr int kPanStepsPerWidth = 8;
+
 void OnKeyDown(Program& program, Key key);
 void OnKeyUp(Program& program, Key key);
+
+// Zooms the shown map by whole key steps, in (positive) or out; where the
+// zoom ends the limit beep sounds. The wheel and the pinch zoom with it.
+void ZoomShownMap(Program& program, int steps);
+
+// Moves the shown map under a dragging finger or mouse: east and south are
+// parts of the map's width. The World Map moves by exactly that; the Map
+// view by whole pan steps, keeping the rest for the next move.
+void DragShownMap(Program& program, double east, double south);
 
 }  // namespace tolvane

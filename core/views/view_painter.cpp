@@ -6,6 +6,7 @@
 #include "core/views/satellites_view.h"
 #include "core/views/speed_view.h"
 #include "core/views/trip_stat_view.h"
+#include "core/views/world_map_view.h"
 
 namespace tolvane {
 namespace {
@@ -35,6 +36,8 @@ void PaintView(Canvas& canvas, const ViewContext& context) {
             return PaintSpeedView(canvas, context);
         case kViewTripStat:
             return PaintTripStatView(canvas, context);
+        case kViewWorldMap:
+            return PaintWorldMapView(canvas, context);
         default:
             return PaintPlaceholder(canvas, context);
     }

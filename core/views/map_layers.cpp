@@ -1,0 +1,410 @@
+#include "core/views/map_layers.h"
+
+#include <algorithm>
+#include <cmath>
+#include <numbers>
+#include <vector>
+
+#include "core/base/device_helpers.h"
+#include "core/nav/distance.h"
+#include "core/nav/formatting.h"
+#include "core/views/instrument_parts.h"
+
+namespace tolvane {
+namespace {
+
+constexpr double kRadiansPerDegree = std::numbers::pi / 180.0;
+// Screen coordinates stay far inside int even when a map is zoomed in on
+// a point far away; the painter's clip keeps what lies outside unseen.
+constexpr double kCoordinateLimit = 1e8;
+// Longitude steps larger than this are a track crossing the 180 degree
+// meridian, not a track running round the world the long way.
+constexpr double kSeamJump = 180.0;
+// The great-circle line to the destination, in pieces of at most this arc.
+constexpr double kArcStepDegrees = 2.0;
+constexpr int kMinimumArcSteps = 8;
+constexpr int kMinimumRangeRadius = 2;
+
+// The colours of the map marks, which stand on pictures of any colour, so
+// each has a light rim.
+struct MapInk {
+    Color track;
+    Color viewedTrack;
+    Color waypoint;
+    Color destination;
+    Color current;
+    Color reached;
+    Color range;
+    Color rim;
+    Color labelBack;
+    Color labelText;
+};
+
+const MapInk& InkOf(const ViewContext& context) {
+    static constexpr MapInk kDay{0xE5392A, 0x8E24AA, 0x1565C0, 0x2E7D32, 0xF57C00,
+                                 0x9E9E9E, 0xF57C00, 0xFFFFFF, 0xFFFFFF, 0x1A1A1A};
+    static constexpr MapInk kNight{0xD0502A, 0x8A5A9A, 0x6A8AB0, 0x6E9440, 0xE39B3A,
+                                   0x4E4640, 0xB87A20, 0x2A1C12, 0x140A06, 0xCF9148};
+    return context.app.options.nightView ? kNight : kDay;
+}
+
+// Eight clearly different colours for the POI categories.
+constexpr Color kCategoryColors[] = {0xD81B60, 0x8E24AA, 0x3949AB, 0x039BE5,
+                                     0x00897B, 0x7CB342, 0xFDD835, 0x6D4C41};
+
+Color CategoryColor(const std::string& category) {
+    std::size_t hash = 0;
+    for (const char c : category) hash = hash * 31 + static_cast<unsigned char>(c);
+    return kCategoryColors[hash % std::size(kCategoryColors)];
+}
+
+int ClampCoordinate(double value) {
+    return static_cast<int>(std::lround(std::clamp(value, -kCoordinateLimit, kCoordinateLimit)));
+}
+
+int MarkSize(const ViewContext& context) {
+    return std::max(3, context.layout.barHeight / 4);
+}
+
+Font LabelFont(const ViewContext& context) {
+    return {std::max(9, context.layout.barHeight * 11 / 20), 600};
+}
+
+// The labels already set, so that a crowd of points does not bury the map
+// under names written over each other.
+class LabelSpace {
+  public:
+    bool Take(const Rect& box) {
+        for (const Rect& other : taken_) {
+            if (box.left < other.right && other.left < box.right && box.top < other.bottom &&
+                other.top < box.bottom) {
+                return false;
+            }
+        }
+        taken_.push_back(box);
+        return true;
+    }
+
+  private:
+    std::vector<Rect> taken_;
+};
+
+// What a point layer draws with: where the screen is, the ink and the
+// labels so far.
+struct LayerPen {
+    Canvas& canvas;
+    const ViewContext& context;
+    const MapPlacement& placement;
+    const MapInk& ink;
+    Rect visible;
+    LabelSpace labels;
+};
+
+bool IsVisible(const Rect& visible, Point at, int margin) {
+    return at.x >= visible.left - margin && at.x < visible.right + margin &&
+           at.y >= visible.top - margin && at.y < visible.bottom + margin;
+}
+
+void DrawLabel(LayerPen& pen, const std::string& name, Point at, Color color) {
+    if (!pen.context.app.options.showLabel || name.empty()) return;
+    const Font font = LabelFont(pen.context);
+    const TextSize size = pen.canvas.MeasureText(name, font);
+    const int gap = MarkSize(pen.context) + 2;
+    const Rect box{at.x + gap, at.y - size.height / 2, at.x + gap + size.width + 4,
+                   at.y + size.height / 2 + 1};
+    if (!pen.labels.Take(box)) return;
+    pen.canvas.DrawRectangle(box, pen.ink.labelBack, kNoColor);
+    pen.canvas.DrawText(name, font, box, kAlignCenter, color);
+}
+
+// Draws each line of a list of screen pieces that has at least two points.
+void DrawPieces(Canvas& canvas, const std::vector<std::vector<Point>>& pieces, Color color,
+                int width) {
+    for (const std::vector<Point>& piece : pieces) {
+        if (piece.size() >= 2) canvas.DrawPolyline(piece, color, width);
+    }
+}
+
+// Splits a line of positions into screen pieces: a new piece begins where
+// it crosses the 180 degree meridian, and points that fall on the pixel of
+// the one before are left out.
+class SeamSplitter {
+  public:
+    SeamSplitter(const ViewContext& context, const MapPlacement& placement)
+        : context_(context), placement_(placement) {}
+
+    void Add(double latitude, double longitude) {
+        if (pieces_.empty() || std::fabs(longitude - lastLongitude_) > kSeamJump) {
+            pieces_.emplace_back();
+        }
+        lastLongitude_ = longitude;
+        const Point at = MapPoint(context_, placement_, latitude, longitude);
+        std::vector<Point>& piece = pieces_.back();
+        if (piece.empty() || !(piece.back() == at)) piece.push_back(at);
+    }
+    const std::vector<std::vector<Point>>& Pieces() const { return pieces_; }
+
+  private:
+    const ViewContext& context_;
+    const MapPlacement& placement_;
+    double lastLongitude_ = 0;
+    std::vector<std::vector<Point>> pieces_;
+};
+
+void DrawTrackList(Canvas& canvas, const ViewContext& context, const MapPlacement& placement,
+                   DynamicList<TrackPoint>& track, Color color) {
+    SeamSplitter line(context, placement);
+    track.ForEach([&line](const TrackPoint& point) { line.Add(point.latitude, point.longitude); });
+    DrawPieces(canvas, line.Pieces(), color, std::max(2, context.layout.barHeight / 10));
+}
+
+void DrawTrack(LayerPen& pen) {
+    // The track lock keeps the track timer from appending meanwhile.
+    TrackLogger& track = const_cast<TrackLogger&>(pen.context.app.track);
+    const std::lock_guard<std::mutex> guard(track.lock);
+    DrawTrackList(pen.canvas, pen.context, pen.placement, track.viewedTrack, pen.ink.viewedTrack);
+    DrawTrackList(pen.canvas, pen.context, pen.placement, track.liveTrack, pen.ink.track);
+}
+
+void DrawDiamond(Canvas& canvas, Point at, int size, Color fill, Color rim) {
+    canvas.DrawPolygon({{at.x, at.y - size}, {at.x + size, at.y}, {at.x, at.y + size},
+                        {at.x - size, at.y}},
+                       fill, rim);
+}
+
+template <typename DrawMark>
+void DrawPointList(LayerPen& pen, DynamicList<GeoPoint>& points, DrawMark drawMark) {
+    const int margin = MarkSize(pen.context) * 2;
+    points.ForEach([&](const GeoPoint& point) {
+        const Point at = MapPoint(pen.context, pen.placement, point.latitude, point.longitude);
+        if (!IsVisible(pen.visible, at, margin)) return;
+        drawMark(point, at);
+    });
+}
+
+void DrawWaypointsAndPoi(LayerPen& pen) {
+    const Options& options = pen.context.app.options;
+    PointLists& lists = const_cast<PointLists&>(pen.context.app.points);
+    const std::lock_guard<std::mutex> guard(lists.lock);
+    const int size = MarkSize(pen.context);
+    if (options.showPoi) {
+        DrawPointList(pen, lists.pois, [&](const GeoPoint& point, Point at) {
+            pen.canvas.DrawEllipse(CircleBox(at, size), CategoryColor(point.category), pen.ink.rim);
+            DrawLabel(pen, point.name, at, pen.ink.labelText);
+        });
+    }
+    if (options.showWaypoint) {
+        DrawPointList(pen, lists.waypoints, [&](const GeoPoint& point, Point at) {
+            DrawDiamond(pen.canvas, at, size + 1, pen.ink.waypoint, pen.ink.rim);
+            DrawLabel(pen, point.name, at, pen.ink.labelText);
+        });
+    }
+}
+
+// The great circle from the position to the destination, in screen pieces.
+std::vector<std::vector<Point>> GreatCircle(const ViewContext& context,
+                                            const MapPlacement& placement, const MapFollow& from,
+                                            const GeoPoint& to) {
+    const double phi1 = from.latitude * kRadiansPerDegree;
+    const double phi2 = to.latitude * kRadiansPerDegree;
+    const double lambda1 = from.longitude * kRadiansPerDegree;
+    const double lambda2 = to.longitude * kRadiansPerDegree;
+    const double a[3] = {std::cos(phi1) * std::cos(lambda1), std::cos(phi1) * std::sin(lambda1),
+                         std::sin(phi1)};
+    const double b[3] = {std::cos(phi2) * std::cos(lambda2), std::cos(phi2) * std::sin(lambda2),
+                         std::sin(phi2)};
+    const double arc = std::acos(std::clamp(a[0] * b[0] + a[1] * b[1] + a[2] * b[2], -1.0, 1.0));
+    const int steps =
+        std::max(kMinimumArcSteps, static_cast<int>(arc / kRadiansPerDegree / kArcStepDegrees));
+    SeamSplitter line(context, placement);
+    for (int step = 0; step <= steps; ++step) {
+        const double t = static_cast<double>(step) / steps;
+        // Spherical interpolation; a zero arc is the point itself.
+        const double wa = arc > 1e-12 ? std::sin((1 - t) * arc) / std::sin(arc) : 1 - t;
+        const double wb = arc > 1e-12 ? std::sin(t * arc) / std::sin(arc) : t;
+        const double p[3] = {wa * a[0] + wb * b[0], wa * a[1] + wb * b[1], wa * a[2] + wb * b[2]};
+        line.Add(std::atan2(p[2], std::hypot(p[0], p[1])) / kRadiansPerDegree,
+                 std::atan2(p[1], p[0]) / kRadiansPerDegree);
+    }
+    return line.Pieces();
+}
+
+void DrawLineToDestination(LayerPen& pen, const GeoPoint& destination) {
+    const MapFollow& from = pen.context.app.mapFollow;
+    if (!from.havePosition) return;
+    const std::vector<std::vector<Point>> pieces =
+        GreatCircle(pen.context, pen.placement, from, destination);
+    const int width = std::max(2, pen.context.layout.barHeight / 12);
+    DrawPieces(pen.canvas, pieces, pen.ink.rim, width + 2);
+    DrawPieces(pen.canvas, pieces, pen.ink.current, width);
+    // The distance stands at the middle of the line.
+    const std::vector<Point>& middlePiece = pieces[pieces.size() / 2];
+    const Point middle = middlePiece[middlePiece.size() / 2];
+    std::string distance;
+    FormatDistance(pen.context.app.options.unitSystem,
+                   DistanceKm(from.latitude, from.longitude, destination.latitude,
+                              destination.longitude),
+                   &distance);
+    const Font font = LabelFont(pen.context);
+    Rect box = TextBoxAt(pen.canvas, distance, font, middle);
+    box.left -= 3;
+    box.right += 3;
+    if (!pen.labels.Take(box)) return;
+    pen.canvas.DrawRectangle(box, pen.ink.current, pen.ink.rim);
+    pen.canvas.DrawText(distance, font, box, kAlignCenter, pen.ink.labelBack);
+}
+
+void DrawDestinations(LayerPen& pen) {
+    const ViewContext& context = pen.context;
+    Navigation& navigation = const_cast<Navigation&>(context.app.navigation);
+    const std::lock_guard<std::mutex> guard(navigation.lock);
+    const int current = context.app.options.navigation ? navigation.current : kNoDestination;
+    const int size = MarkSize(context) + 1;
+    int index = 0;
+    std::optional<GeoPoint> currentPoint;
+    navigation.destinations.ForEach([&](const GeoPoint& point) {
+        const bool isCurrent = index++ == current;
+        if (isCurrent) currentPoint = point;
+        const Point at = MapPoint(context, pen.placement, point.latitude, point.longitude);
+        const Color color =
+            isCurrent ? pen.ink.current : (point.reached ? pen.ink.reached : pen.ink.destination);
+        if (context.app.options.showRange) {
+            const double radius = MapRadius(context, pen.placement, point.latitude,
+                                            ProximityRangeKm(point, context.app.options));
+            if (radius >= kMinimumRangeRadius && radius < kCoordinateLimit) {
+                pen.canvas.DrawEllipse(CircleBox(at, static_cast<int>(std::lround(radius))),
+                                       kNoColor, pen.ink.range, 2);
+            }
+        }
+        if (!IsVisible(pen.visible, at, size * 2)) return;
+        pen.canvas.DrawRectangle({at.x - size, at.y - size, at.x + size + 1, at.y + size + 1},
+                                 color, pen.ink.rim);
+        DrawLabel(pen, point.name, at, isCurrent ? pen.ink.current : pen.ink.labelText);
+    });
+    if (currentPoint) DrawLineToDestination(pen, *currentPoint);
+}
+
+// The current destination's name, distance and time to go, in the map's
+// top left corner.
+void DrawDestinationInfo(LayerPen& pen) {
+    const ViewContext& context = pen.context;
+    const AppState& app = context.app;
+    if (!app.options.navigation || !HasLiveFix(context)) return;
+    GeoPoint destination;
+    if (!CopyCurrentDestination(const_cast<Navigation&>(app.navigation), destination)) return;
+    std::string distance;
+    FormatDistance(app.options.unitSystem, app.gps.destinationDistanceKm, &distance);
+    std::string time = "-";
+    if (app.gps.destinationSeconds >= 0) {
+        FormatDuration(app.gps.destinationSeconds, &time, kDurationCompact);
+    }
+    const Font font = LabelFont(context);
+    const std::string lines[] = {"\u25B6 " + destination.name, distance, time};
+    int width = 0;
+    for (const std::string& line : lines) {
+        width = std::max(width, pen.canvas.MeasureText(line, font).width);
+    }
+    const int pad = font.height / 3;
+    const Rect& body = context.layout.body;
+    const Rect box{body.left + pad, body.top + pad, body.left + 3 * pad + width,
+                   body.top + 2 * pad + 3 * font.height};
+    pen.labels.Take(box);
+    pen.canvas.DrawRectangle(box, pen.ink.labelBack, pen.ink.current, 2);
+    for (int line = 0; line < 3; ++line) {
+        const int top = box.top + pad + line * font.height;
+        pen.canvas.DrawText(lines[line], font,
+                            {box.left + pad, top, box.right - pad, top + font.height},
+                            kAlignVCenter, line == 0 ? pen.ink.current : pen.ink.labelText);
+    }
+}
+
+// The position: an arrow along the course with a live fix, a hollow ring
+// at the last known place without one.
+void DrawPosition(LayerPen& pen) {
+    const ViewContext& context = pen.context;
+    const MapFollow& place = context.app.mapFollow;
+    if (!place.havePosition) return;
+    const Point at = MapPoint(context, pen.placement, place.latitude, place.longitude);
+    const int size = std::max(7, context.layout.barHeight * 2 / 3);
+    if (!HasLiveFix(context)) {
+        pen.canvas.DrawEllipse(CircleBox(at, size / 2), kNoColor, PaletteOf(context).dim, 3);
+        return;
+    }
+    const double course = context.app.gps.course;
+    const std::vector<Point> arrow{Polar(at, size, course), Polar(at, size * 0.75, course + 140),
+                                   Polar(at, size * 0.3, course + 180),
+                                   Polar(at, size * 0.75, course + 220)};
+    pen.canvas.DrawPolygon(arrow, PaletteOf(context).accent, pen.ink.rim, 2);
+}
+
+}  // namespace
+
+bool IsMapView(int view) {
+    return view == kViewWorldMap || view == kViewMap;
+}
+
+bool IsFullScreenShown(const AppState& app) {
+    return app.options.fullScreen != 0 && IsMapView(app.currentView);
+}
+
+Point MapPoint(const ViewContext& context, const MapPlacement& placement, double latitude,
+               double longitude) {
+    const MapProjection::Point at = context.app.projection.ProjectToScreen(
+        latitude, longitude, placement.x0, placement.y0, placement.distance);
+    return {ClampCoordinate(at.x), ClampCoordinate(at.y)};
+}
+
+double MapRadius(const ViewContext& context, const MapPlacement& placement, double latitude,
+                 double km) {
+    const MapProjection& projection = context.app.projection;
+    return km * projection.Scale() / projection.AdjustForLatitude(latitude, placement.distance);
+}
+
+void DrawMapLayers(Canvas& canvas, const ViewContext& context, const MapPlacement& placement) {
+    const Options& options = context.app.options;
+    LayerPen pen{canvas, context, placement, InkOf(context), context.layout.body, {}};
+    if (options.showTrack) DrawTrack(pen);
+    if (options.showDestinationInfo) DrawDestinationInfo(pen);
+    if (options.showDestinations) DrawDestinations(pen);
+    DrawWaypointsAndPoi(pen);
+    DrawPosition(pen);
+}
+
+std::optional<TappedPoint> FindPointAt(const ViewContext& context, const MapPlacement& placement,
+                                       Point at, int reach) {
+    const AppState& app = context.app;
+    std::optional<GeoPoint> nearest;
+    long best = static_cast<long>(reach) * reach + 1;
+    const auto consider = [&](DynamicList<GeoPoint>& points) {
+        points.ForEach([&](const GeoPoint& point) {
+            const Point shown = MapPoint(context, placement, point.latitude, point.longitude);
+            const long dx = shown.x - at.x;
+            const long dy = shown.y - at.y;
+            if (dx * dx + dy * dy >= best) return;
+            best = dx * dx + dy * dy;
+            nearest = point;
+        });
+    };
+    {
+        PointLists& lists = const_cast<PointLists&>(app.points);
+        const std::lock_guard<std::mutex> guard(lists.lock);
+        if (app.options.showWaypoint) consider(lists.waypoints);
+        if (app.options.showPoi) consider(lists.pois);
+    }
+    if (app.options.showDestinations) {
+        Navigation& navigation = const_cast<Navigation&>(app.navigation);
+        const std::lock_guard<std::mutex> guard(navigation.lock);
+        consider(navigation.destinations);
+    }
+    if (!nearest) return std::nullopt;
+    TappedPoint tapped{nearest->name, {}};
+    if (HasLiveFix(context)) {
+        FormatDistance(app.options.unitSystem,
+                       DistanceKm(app.gps.latitude, app.gps.longitude, nearest->latitude,
+                                  nearest->longitude),
+                       &tapped.distance);
+    }
+    return tapped;
+}
+
+}  // namespace tolvane
