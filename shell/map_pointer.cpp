@@ -26,11 +26,9 @@ void MapPointer::Press(QPoint at) {
 void MapPointer::Move(QPoint at, const ViewLayout& layout) {
     if (!dragging_ && (at - pressed_).manhattanLength() < QApplication::startDragDistance()) return;
     dragging_ = true;
-    const double width = std::max(1, layout.body.Width());
     const QPoint moved = at - last_;
     last_ = at;
-    // The map moves with the hand: its centre goes the other way.
-    DragShownMap(program_, -moved.x() / width, -moved.y() / width);
+    DragShownMap(program_, moved.x(), moved.y(), layout.body);
 }
 
 bool MapPointer::Release() {

@@ -51,6 +51,7 @@ void ViewRenderer::PrepareImagery(const AppState& app, FileTime nowUtc) const {
         imageryRead_ = true;
         imagery_.day = ReadWorldPicture(QStringLiteral(TOLVANE_EARTH_PICTURE), app.projection);
         imagery_.night = ReadWorldPicture(QStringLiteral(TOLVANE_NIGHT_PICTURE), app.projection);
+        LightNightSide(imagery_);
     }
     // The night palette shows the city lights alone; only the day needs
     // the sun's shadow.

@@ -78,21 +78,23 @@ bool ZoomMap(AppState& app, int step) {
     return StepZoom(map.worldMapZoom, step, floor, kZoomCeiling);
 }
 
-// Pans the shown map by east and south steps; while the GPS is on this
-// also stops the map following the position for a while.
-void PanMap(AppState& app, double east, double south) {
-    if (app.currentView == kViewWorldMap) {
-        PanWorldMap(app, east / kPanStepsPerWidth, south / kPanStepsPerWidth);
-    } else {
-        MapDragRest& rest = app.mapDragRest;
-        rest.east += east;
-        rest.south += south;
-        const double columns = std::trunc(rest.east);
-        const double rows = std::trunc(rest.south);
-        app.mapKeys.panColumns += static_cast<int>(columns);
-        app.mapKeys.panRows += static_cast<int>(rows);
-        rest = {rest.east - columns, rest.south - rows};
-    }
+// The Map view's pan steps across its width, which a drag moves by.
+constexpr int kPanStepsPerWidth = 8;
+
+// Pans the Map view by east and south steps, whole ones at a time.
+void PanPictureMap(AppState& app, double east, double south) {
+    MapDragRest& rest = app.mapDragRest;
+    rest.east += east;
+    rest.south += south;
+    const double columns = std::trunc(rest.east);
+    const double rows = std::trunc(rest.south);
+    app.mapKeys.panColumns += static_cast<int>(columns);
+    app.mapKeys.panRows += static_cast<int>(rows);
+    rest = {rest.east - columns, rest.south - rows};
+}
+
+// A pan stops the map following the position for a while when the GPS is on.
+void PauseFollowing(AppState& app) {
     if (app.gps.connected) app.mapCountdown = kPanFollowPauseTicks;
 }
 
@@ -106,8 +108,14 @@ void OnMapArrow(Program& program, Key key) {
             return;
         }
     } else {
-        PanMap(app, key == Key::kRight ? 1 : key == Key::kLeft ? -1 : 0,
-               key == Key::kDown ? 1 : key == Key::kUp ? -1 : 0);
+        const int east = key == Key::kRight ? 1 : key == Key::kLeft ? -1 : 0;
+        const int south = key == Key::kDown ? 1 : key == Key::kUp ? -1 : 0;
+        if (app.currentView == kViewWorldMap) {
+            StepWorldMap(app, east, south);
+        } else {
+            PanPictureMap(app, east, south);
+        }
+        PauseFollowing(app);
     }
     program.host.Repaint();
 }
@@ -184,9 +192,17 @@ void ZoomShownMap(Program& program, int steps) {
     program.host.Repaint();
 }
 
-void DragShownMap(Program& program, double east, double south) {
-    if (!IsMapView(program.app.currentView)) return;
-    PanMap(program.app, east * kPanStepsPerWidth, south * kPanStepsPerWidth);
+void DragShownMap(Program& program, int dx, int dy, const Rect& body) {
+    AppState& app = program.app;
+    if (!IsMapView(app.currentView)) return;
+    // The map moves with the hand: its centre goes the other way.
+    if (app.currentView == kViewWorldMap) {
+        PanWorldMap(app, -dx, -dy, WorldMapPlacement(app, body).distance);
+    } else {
+        const double step = std::max(1, body.Width()) / static_cast<double>(kPanStepsPerWidth);
+        PanPictureMap(app, -dx / step, -dy / step);
+    }
+    PauseFollowing(app);
     program.host.Repaint();
 }
 

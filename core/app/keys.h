@@ -3,6 +3,7 @@
 #include <cstdint>
 
 #include "core/app/program.h"
+#include "core/views/canvas.h"
 
 namespace tolvane {
 
@@ -38,9 +39,6 @@ inline constexpr FileTime kArrowKeyInterval = kFileTimeTicksPerSecond / 10;
 // A pan step stops the map views following the position for this many ticks.
 inline constexpr int kPanFollowPauseTicks = 10;
 
-// One pan step of an arrow key moves a map by this part of its width.
-inline constexpr int kPanStepsPerWidth = 8;
-
 void OnKeyDown(Program& program, Key key);
 void OnKeyUp(Program& program, Key key);
 
@@ -48,9 +46,9 @@ void OnKeyUp(Program& program, Key key);
 // zoom ends the limit beep sounds. The wheel and the pinch zoom with it.
 void ZoomShownMap(Program& program, int steps);
 
-// Moves the shown map under a dragging finger or mouse: east and south are
-// parts of the map's width. The World Map moves by exactly that; the Map
-// view by whole pan steps, keeping the rest for the next move.
-void DragShownMap(Program& program, double east, double south);
+// Moves the shown map under a dragging finger or mouse, which moved by dx,
+// dy pixels over the map's body. The World Map moves by exactly that; the
+// Map view by whole pan steps, keeping the rest for the next move.
+void DragShownMap(Program& program, int dx, int dy, const Rect& body);
 
 }  // namespace tolvane

@@ -18,6 +18,8 @@ constexpr FileTime kTicksPerMinute = 60 * kFileTimeTicksPerSecond;
 // about 3 degrees above the horizon to 6 below, civil twilight.
 constexpr double kTwilightTop = 0.05;
 constexpr double kTwilightBottom = -0.10;
+// How much of the day picture's light the night side keeps, of 256.
+constexpr int kNightShade = 56;
 
 // Mixes two 0xRRGGBB colours, weight 0..256 of the first.
 std::uint32_t Blend(std::uint32_t first, std::uint32_t second, int weight) {
@@ -26,6 +28,16 @@ std::uint32_t Blend(std::uint32_t first, std::uint32_t second, int weight) {
         const int a = static_cast<int>((first >> shift) & 0xFFu);
         const int b = static_cast<int>((second >> shift) & 0xFFu);
         result |= static_cast<std::uint32_t>((a * weight + b * (256 - weight)) >> 8) << shift;
+    }
+    return result;
+}
+
+// Adds two 0xRRGGBB colours, each channel at most full.
+std::uint32_t Lighten(std::uint32_t first, std::uint32_t second) {
+    std::uint32_t result = 0;
+    for (int shift = 0; shift <= 16; shift += 8) {
+        const std::uint32_t sum = ((first >> shift) & 0xFFu) + ((second >> shift) & 0xFFu);
+        result |= std::min(sum, 0xFFu) << shift;
     }
     return result;
 }
@@ -82,6 +94,15 @@ Image ReprojectToMap(const Image& equirectangular, const MapProjection& projecti
     return map;
 }
 
+void LightNightSide(WorldImagery& imagery) {
+    const Image& day = imagery.day;
+    Image& night = imagery.night;
+    if (night.width != day.width || night.height != day.height) return;
+    for (std::size_t at = 0; at < night.pixels.size(); ++at) {
+        night.pixels[at] = Lighten(Blend(day.pixels[at], 0, kNightShade), night.pixels[at]);
+    }
+}
+
 void ShadeDayAndNight(WorldImagery& imagery, const MapProjection& projection, FileTime utc) {
     const Image& day = imagery.day;
     const FileTime minute = utc - utc % kTicksPerMinute;
@@ -113,9 +134,8 @@ void ShadeDayAndNight(WorldImagery& imagery, const MapProjection& projection, Fi
             const double light = std::clamp(
                 (sinElevation - kTwilightBottom) / (kTwilightTop - kTwilightBottom), 0.0, 1.0);
             const std::size_t at = start + static_cast<std::size_t>(column);
-            // Without the city lights the night side is the day picture dimmed.
             const std::uint32_t dark =
-                haveNight ? imagery.night.pixels[at] : Blend(day.pixels[at], 0, 80);
+                haveNight ? imagery.night.pixels[at] : Blend(day.pixels[at], 0, kNightShade);
             imagery.shaded.pixels[at] = Blend(day.pixels[at], dark, static_cast<int>(light * 256));
         }
     }

@@ -33,6 +33,10 @@ double YToLatitude(const MapProjection& projection, double y, double distance);
 // row of its own latitude, so a latitude lands on the row LatitudeToY gives.
 Image ReprojectToMap(const Image& equirectangular, const MapProjection& projection);
 
+// Lays the day picture in deep shade under the city lights, so that the
+// land still shows on the night side; once, after both are read.
+void LightNightSide(WorldImagery& imagery);
+
 // Makes imagery.shaded for the time utc: the day picture on the sunlit
 // side, the city lights on the night side and a blend across the twilight.
 // Does nothing while the minute of utc is the one already shaded.

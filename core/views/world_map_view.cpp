@@ -27,7 +27,7 @@ struct GroundInk {
 };
 
 const GroundInk& GroundInkOf(const ViewContext& context) {
-    static constexpr GroundInk kDay{0x0E1B2C, 0x9FB4CC, 0xE8EEF5};
+    static constexpr GroundInk kDay{0x0E1B2C, 0x5E7690, 0xE8EEF5};
     static constexpr GroundInk kNight{0x000000, 0x3A2A1C, 0x98683A};
     return context.app.options.nightView ? kNight : kDay;
 }
@@ -36,9 +36,12 @@ double ZoomFactor(int level) {
     return std::exp2(static_cast<double>(level) / kWorldMapZoomStepsPerDoubling);
 }
 
-// Pixels per km at the equator for the map's width and zoom.
-double PixelsPerKm(const AppState& app, int width) {
-    return width / (360.0 * kKmPerDegreeLongitude) * ZoomFactor(app.mapKeys.worldMapZoom);
+// Pixels per km at the equator for a map of width x height at the zoom.
+double PixelsPerKm(const AppState& app, double width, double height) {
+    const MapProjection& projection = app.projection;
+    const double worldHeightKm = 2 * projection.LatitudeToY(kCutLatitude, projection.Scale());
+    const double fill = std::max(width / (360.0 * kKmPerDegreeLongitude), height / worldHeightKm);
+    return fill * ZoomFactor(app.mapKeys.worldMapZoom);
 }
 
 double WorldWidth(const MapPlacement& placement, const AppState& app) {
@@ -124,6 +127,20 @@ struct Grid {
     const GroundInk& ink;
 };
 
+// A grid label with a dark shadow, so that it reads on ice and cloud too.
+void DrawGridLabel(Canvas& canvas, const std::string& text, const Grid& grid, const Rect& box,
+                   unsigned align) {
+    canvas.DrawText(text, grid.font, {box.left + 1, box.top + 1, box.right + 1, box.bottom + 1},
+                    align, grid.ink.ground);
+    canvas.DrawText(text, grid.font, box, align, grid.ink.gridLabel);
+}
+
+// Every how many grid lines a label fits, for labels size pixels long
+// on lines spacing pixels apart.
+int LabelEvery(double size, double spacing) {
+    return std::max(1, static_cast<int>(std::ceil(size / std::max(1.0, spacing))));
+}
+
 void DrawMeridians(Canvas& canvas, const ViewContext& context, const MapPlacement& placement,
                    const Grid& grid) {
     const Rect& body = context.layout.body;
@@ -134,12 +151,16 @@ void DrawMeridians(Canvas& canvas, const ViewContext& context, const MapPlacemen
         std::min(body.bottom, static_cast<int>(std::lround(world.top + world.height)));
     const double west = (body.left - placement.x0) / perDegree;
     const double east = (body.right - placement.x0) / perDegree;
-    for (double at = std::ceil(west / grid.step) * grid.step; at <= east; at += grid.step) {
+    const double labelWidth = canvas.MeasureText("000.0°W", grid.font).width;
+    const int every = LabelEvery(labelWidth, grid.step * perDegree);
+    for (long line = std::lround(std::ceil(west / grid.step)); line * grid.step <= east; ++line) {
+        const double at = line * grid.step;
         const int x = static_cast<int>(std::lround(placement.x0 + at * perDegree));
         canvas.DrawLine({x, top}, {x, bottom}, grid.ink.grid);
+        if (line % every != 0) continue;
         const std::string label = GridLabel(WrapLongitude(at), grid.step, 'E', 'W');
-        canvas.DrawText(label, grid.font, {x + 3, top + 1, x + 200, top + 1 + grid.font.height},
-                        kAlignLeft, grid.ink.gridLabel);
+        DrawGridLabel(canvas, label, grid, {x + 3, top + 1, x + 200, top + 1 + grid.font.height},
+                      kAlignLeft);
     }
 }
 
@@ -147,16 +168,21 @@ void DrawParallels(Canvas& canvas, const ViewContext& context, const MapPlacemen
                    const Grid& grid) {
     const Rect& body = context.layout.body;
     const MapProjection& projection = context.app.projection;
-    const int steps = static_cast<int>(std::lround(kCutLatitude / grid.step));
+    const int steps = static_cast<int>(std::floor(kCutLatitude / grid.step + 1e-9));
+    // The lines crowd towards the poles less than at the equator: the
+    // equator's spacing decides.
+    const double spacing = projection.LatitudeToY(grid.step, placement.distance);
+    const int every = LabelEvery(grid.font.height * 2.0, spacing);
     for (int index = -steps; index <= steps; ++index) {
         const double latitude = index * grid.step;
         const int y = static_cast<int>(
             std::lround(placement.y0 - projection.LatitudeToY(latitude, placement.distance)));
         if (y < body.top || y >= body.bottom) continue;
         canvas.DrawLine({body.left, y}, {body.right, y}, grid.ink.grid);
+        if (index % every != 0) continue;
         const std::string label = GridLabel(latitude, grid.step, 'N', 'S');
-        canvas.DrawText(label, grid.font, {body.left + 3, y - grid.font.height - 1, body.right, y},
-                        kAlignLeft | kAlignBottom, grid.ink.gridLabel);
+        DrawGridLabel(canvas, label, grid, {body.left + 3, y - grid.font.height - 1, body.right, y},
+                      kAlignLeft | kAlignBottom);
     }
 }
 
@@ -184,7 +210,7 @@ void DrawMissingNote(Canvas& canvas, const ViewContext& context) {
 }  // namespace
 
 MapPlacement WorldMapPlacement(const AppState& app, const Rect& body) {
-    const double pixelsPerKm = PixelsPerKm(app, body.Width());
+    const double pixelsPerKm = PixelsPerKm(app, body.Width(), body.Height());
     MapPlacement placement;
     placement.distance = app.projection.Scale() / pixelsPerKm;
     const MapCentre& centre = app.worldMapCentre;
@@ -216,19 +242,21 @@ std::vector<MapPlacement> WorldMapCopies(const AppState& app, const Rect& body) 
     return copies;
 }
 
-void PanWorldMap(AppState& app, double east, double south) {
-    // At a nominal width of one pixel per km at zoom 0: the fractions are of
-    // the map's width whatever its size.
-    constexpr int kNominalWidth = 1000;
+void PanWorldMap(AppState& app, double east, double south, double distance) {
     const MapProjection& projection = app.projection;
-    const double pixelsPerKm = PixelsPerKm(app, kNominalWidth);
-    const double distance = projection.Scale() / pixelsPerKm;
+    const double pixelsPerKm = projection.Scale() / distance;
     MapCentre& centre = app.worldMapCentre;
     centre.longitude =
-        WrapLongitude(centre.longitude + east * kNominalWidth /
-                                             (pixelsPerKm * kKmPerDegreeLongitude));
-    const double y = projection.LatitudeToY(centre.latitude, distance) - south * kNominalWidth;
+        WrapLongitude(centre.longitude + east / (pixelsPerKm * kKmPerDegreeLongitude));
+    const double y = projection.LatitudeToY(centre.latitude, distance) - south;
     centre.latitude = YToLatitude(projection, y, distance);
+}
+
+void StepWorldMap(AppState& app, int east, int south) {
+    // A map one pixel a step wide, at the world's zoom.
+    constexpr int kStepsPerWorld = 8;
+    const double distance = app.projection.Scale() / PixelsPerKm(app, kStepsPerWorld, 0);
+    PanWorldMap(app, east, south, distance);
 }
 
 void PaintWorldMapView(Canvas& canvas, const ViewContext& context) {

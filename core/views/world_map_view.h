@@ -8,8 +8,9 @@
 
 namespace tolvane {
 
-// The World Map's zoom: at level 0 the whole world spans the map's width,
-// and every 16 levels double the scale.
+// The World Map's zoom: at level 0 the world fills the map, its whole
+// width across a tall map or its whole height down a wide one, and every
+// 16 levels double the scale.
 inline constexpr int kWorldMapZoomStepsPerDoubling = 16;
 // The World Map's scale limit: zoomed out, the world shrinks to no less
 // than half the map's width, beyond which it would only be a smaller dot.
@@ -24,9 +25,13 @@ MapPlacement WorldMapPlacement(const AppState& app, const Rect& body);
 // repeating east and west of the 180 degree meridian as the earth does.
 std::vector<MapPlacement> WorldMapCopies(const AppState& app, const Rect& body);
 
-// Moves the World Map's centre by east and south, in parts of the map's
-// width; the latitude stays within the 80 degrees the map shows.
-void PanWorldMap(AppState& app, double east, double south);
+// Moves the World Map's centre by east and south screen pixels of the map
+// as placed at distance; the latitude stays within the 80 degrees it shows.
+void PanWorldMap(AppState& app, double east, double south, double distance);
+
+// Moves the World Map by arrow key steps: each an eighth of the world's
+// width at zoom 0, smaller as the map is zoomed in.
+void StepWorldMap(AppState& app, int east, int south);
 
 // Paints the World Map: the pictures of the earth with the night side
 // shaded, the graticule, the layers and the coordinate strip. Without the

@@ -115,7 +115,7 @@ TEST(KeysTest, TheWorldMapZoomStopsAtItsScaleLimitWithTheLimitBeep) {
     program.app.gps.connected = 1;
     program.app.worldMapCentre = {0, 0};
     map.worldMapZoom = 0;
-    DragShownMap(program, -0.5, 0);
+    DragShownMap(program, 500, 0, {0, 0, 1000, 600});  // half the width to the east
     EXPECT_NEAR(program.app.worldMapCentre.longitude, -180, 1e-9);
     EXPECT_EQ(program.app.mapCountdown, kPanFollowPauseTicks);
 }

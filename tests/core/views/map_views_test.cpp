@@ -116,7 +116,7 @@ TEST(MapViewsTest, TheWorldMapRepeatsAcrossTheSeamAndKeepsItsEdgesOffTheScreen) 
     const double top = copies[0].y0 - app.projection.LatitudeToY(80, copies[0].distance);
     EXPECT_NEAR(top, body.top, 1e-6);
 
-    PanWorldMap(app, 0.25, 0);  // a quarter of the map's width: 90 degrees
+    PanWorldMap(app, 320, 0, copies[0].distance);  // a quarter of the map's width: 90 degrees
     EXPECT_NEAR(app.worldMapCentre.longitude, -100, 1e-9);
 }
 
