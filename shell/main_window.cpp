@@ -5,10 +5,10 @@
 #include <QKeyEvent>
 #include <QMouseEvent>
 #include <QNativeGestureEvent>
-#include <QToolTip>
-#include <QWheelEvent>
 #include <QPainter>
+#include <QToolTip>
 #include <QVBoxLayout>
+#include <QWheelEvent>
 
 #include "core/app/commands.h"
 #include "core/app/menu_model.h"

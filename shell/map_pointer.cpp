@@ -62,7 +62,8 @@ QString TappedPointText(const AppState& app, const ViewLayout& layout, const Fon
             FindPointAt(context, placement, {at.x(), at.y()}, layout.barHeight);
         if (!point) continue;
         QString text = QString::fromStdString(point->name);
-        if (!point->distance.empty()) text += QLatin1Char('\n') + QString::fromStdString(point->distance);
+        if (!point->distance.empty())
+            text += QLatin1Char('\n') + QString::fromStdString(point->distance);
         return text;
     }
     return {};

@@ -25,7 +25,7 @@ struct ViewPicture {
 constexpr ViewPicture kPictures[] = {
     {kViewGpsInfo, "gps-info.png"},   {kViewSatellites, "satellites.png"},
     {kViewCompass, "compass.png"},    {kViewSpeed, "speed.png"},
-    {kViewTripStat, "trip-stat.png"},  {kViewWorldMap, "world-map.png"},
+    {kViewTripStat, "trip-stat.png"}, {kViewWorldMap, "world-map.png"},
 };
 
 // Paints each view of app into folder; false, having said why on standard

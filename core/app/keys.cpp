@@ -148,6 +148,7 @@ void OnEnter(Program& program) {
         case kViewWorldMap:
         case kViewMap:
             app.mapKeys.zoomMode = !app.mapKeys.zoomMode;
+            program.host.Repaint();  // the map shows what the arrows do now
             break;
         default:
             break;

@@ -167,9 +167,9 @@ void DrawTrack(LayerPen& pen) {
 }
 
 void DrawDiamond(Canvas& canvas, Point at, int size, Color fill, Color rim) {
-    canvas.DrawPolygon({{at.x, at.y - size}, {at.x + size, at.y}, {at.x, at.y + size},
-                        {at.x - size, at.y}},
-                       fill, rim);
+    canvas.DrawPolygon(
+        {{at.x, at.y - size}, {at.x + size, at.y}, {at.x, at.y + size}, {at.x - size, at.y}}, fill,
+        rim);
 }
 
 template <typename DrawMark>
@@ -241,10 +241,10 @@ void DrawLineToDestination(LayerPen& pen, const GeoPoint& destination) {
     const std::vector<Point>& middlePiece = pieces[pieces.size() / 2];
     const Point middle = middlePiece[middlePiece.size() / 2];
     std::string distance;
-    FormatDistance(pen.context.app.options.unitSystem,
-                   DistanceKm(from.latitude, from.longitude, destination.latitude,
-                              destination.longitude),
-                   &distance);
+    FormatDistance(
+        pen.context.app.options.unitSystem,
+        DistanceKm(from.latitude, from.longitude, destination.latitude, destination.longitude),
+        &distance);
     const Font font = LabelFont(pen.context);
     Rect box = TextBoxAt(pen.canvas, distance, font, middle);
     box.left -= 3;
@@ -399,10 +399,10 @@ std::optional<TappedPoint> FindPointAt(const ViewContext& context, const MapPlac
     if (!nearest) return std::nullopt;
     TappedPoint tapped{nearest->name, {}};
     if (HasLiveFix(context)) {
-        FormatDistance(app.options.unitSystem,
-                       DistanceKm(app.gps.latitude, app.gps.longitude, nearest->latitude,
-                                  nearest->longitude),
-                       &tapped.distance);
+        FormatDistance(
+            app.options.unitSystem,
+            DistanceKm(app.gps.latitude, app.gps.longitude, nearest->latitude, nearest->longitude),
+            &tapped.distance);
     }
     return tapped;
 }

@@ -71,7 +71,8 @@ void DrawWorldPicture(Canvas& canvas, const Image& picture, const WorldBox& worl
                       const Rect& body) {
     const double perColumn = world.width / picture.width;
     const double perRow = world.height / picture.height;
-    const int left = std::max(0, static_cast<int>(std::floor((body.left - world.left) / perColumn)));
+    const int left =
+        std::max(0, static_cast<int>(std::floor((body.left - world.left) / perColumn)));
     const int right =
         std::min(picture.width, static_cast<int>(std::ceil((body.right - world.left) / perColumn)));
     const int top = std::max(0, static_cast<int>(std::floor((body.top - world.top) / perRow)));
@@ -207,6 +208,20 @@ void DrawMissingNote(Canvas& canvas, const ViewContext& context) {
     PaintLine(canvas, note, Font{height * 3 / 5, 400}, box, kAlignCenter, PaletteOf(context).label);
 }
 
+// What the arrow keys do now, in the map's bottom right corner.
+void DrawArrowMode(Canvas& canvas, const ViewContext& context) {
+    const Rect& body = context.layout.body;
+    const std::string text = context.app.mapKeys.zoomMode ? "\u21F3 Zoom" : "\u2725 Pan";
+    const Font font{std::max(8, context.layout.barHeight / 2), 600};
+    const TextSize size = canvas.MeasureText(text, font);
+    const int pad = font.height / 3;
+    const Rect box{body.right - size.width - 3 * pad, body.bottom - size.height - 3 * pad,
+                   body.right - pad, body.bottom - pad};
+    const Palette& palette = PaletteOf(context);
+    canvas.DrawRectangle(box, palette.panel, palette.panelEdge);
+    canvas.DrawText(text, font, box, kAlignCenter, palette.label);
+}
+
 }  // namespace
 
 MapPlacement WorldMapPlacement(const AppState& app, const Rect& body) {
@@ -272,6 +287,7 @@ void PaintWorldMapView(Canvas& canvas, const ViewContext& context) {
     }
     if (!copies.empty()) DrawGraticule(canvas, context, copies.front());
     for (const MapPlacement& copy : copies) DrawMapLayers(canvas, context, copy);
+    DrawArrowMode(canvas, context);
     if (picture == nullptr) DrawMissingNote(canvas, context);
     canvas.ResetClip();
     PaintCoordinateStrip(canvas, context);
