@@ -24,6 +24,10 @@ constexpr double kSeamJump = 180.0;
 constexpr double kArcStepDegrees = 2.0;
 constexpr int kMinimumArcSteps = 8;
 constexpr int kMinimumRangeRadius = 2;
+// A track keeps a point only this many pixels (across plus down) from the
+// last one, and is stroked in runs of this many points.
+constexpr int kTrackPixelStep = 2;
+constexpr std::size_t kRunLength = 128;
 
 // The colours of the map marks, which stand on pictures of any colour, so
 // each has a light rim.
@@ -117,30 +121,48 @@ void DrawLabel(LayerPen& pen, const std::string& name, Point at, Color color) {
     pen.canvas.DrawText(name, font, box, kAlignCenter, color);
 }
 
-// Draws each line of a list of screen pieces that has at least two points.
-void DrawPieces(Canvas& canvas, const std::vector<std::vector<Point>>& pieces, Color color,
-                int width) {
+// Draws each line of a list of screen pieces that has at least two points
+// and crosses the visible rectangle.
+void DrawPieces(Canvas& canvas, const std::vector<std::vector<Point>>& pieces, const Rect& visible,
+                Color color, int width) {
     for (const std::vector<Point>& piece : pieces) {
-        if (piece.size() >= 2) canvas.DrawPolyline(piece, color, width);
+        if (piece.size() < 2) continue;
+        Rect bounds{piece[0].x, piece[0].y, piece[0].x, piece[0].y};
+        for (const Point& at : piece) {
+            bounds = {std::min(bounds.left, at.x), std::min(bounds.top, at.y),
+                      std::max(bounds.right, at.x), std::max(bounds.bottom, at.y)};
+        }
+        if (bounds.right + width < visible.left || bounds.left - width > visible.right ||
+            bounds.bottom + width < visible.top || bounds.top - width > visible.bottom) {
+            continue;
+        }
+        canvas.DrawPolyline(piece, color, width);
     }
 }
 
 // Splits a line of positions into screen pieces: a new piece begins where
-// it crosses the 180 degree meridian, and points that fall on the pixel of
-// the one before are left out.
+// it crosses the 180 degree meridian. Points closer than a pixel or two to
+// the last one kept add nothing a reader could see and are left out, and
+// long pieces are cut into short runs, which the window strokes much faster
+// than one line of thousands of points.
 class SeamSplitter {
   public:
     SeamSplitter(const ViewContext& context, const MapPlacement& placement)
         : context_(context), placement_(placement) {}
 
     void Add(double latitude, double longitude) {
-        if (pieces_.empty() || std::fabs(longitude - lastLongitude_) > kSeamJump) {
-            pieces_.emplace_back();
-        }
+        const bool crossing = std::fabs(longitude - lastLongitude_) > kSeamJump;
         lastLongitude_ = longitude;
         const Point at = MapPoint(context_, placement_, latitude, longitude);
+        if (pieces_.empty() || crossing) {
+            pieces_.push_back({at});
+            return;
+        }
         std::vector<Point>& piece = pieces_.back();
-        if (piece.empty() || !(piece.back() == at)) piece.push_back(at);
+        const Point last = piece.back();
+        if (std::abs(at.x - last.x) + std::abs(at.y - last.y) < kTrackPixelStep) return;
+        piece.push_back(at);
+        if (piece.size() == kRunLength) pieces_.push_back({at});
     }
     const std::vector<std::vector<Point>>& Pieces() const { return pieces_; }
 
@@ -155,7 +177,8 @@ void DrawTrackList(Canvas& canvas, const ViewContext& context, const MapPlacemen
                    DynamicList<TrackPoint>& track, Color color) {
     SeamSplitter line(context, placement);
     track.ForEach([&line](const TrackPoint& point) { line.Add(point.latitude, point.longitude); });
-    DrawPieces(canvas, line.Pieces(), color, std::max(2, context.layout.barHeight / 10));
+    DrawPieces(canvas, line.Pieces(), context.layout.body, color,
+               std::max(2, context.layout.barHeight / 10));
 }
 
 void DrawTrack(LayerPen& pen) {
@@ -164,6 +187,15 @@ void DrawTrack(LayerPen& pen) {
     const std::lock_guard<std::mutex> guard(track.lock);
     DrawTrackList(pen.canvas, pen.context, pen.placement, track.viewedTrack, pen.ink.viewedTrack);
     DrawTrackList(pen.canvas, pen.context, pen.placement, track.liveTrack, pen.ink.track);
+}
+
+// A square mark on a light rim, drawn as two plain fills, which the window
+// draws fastest.
+void DrawSquareMark(Canvas& canvas, Point at, int size, Color fill, Color rim) {
+    canvas.DrawRectangle({at.x - size - 1, at.y - size - 1, at.x + size + 2, at.y + size + 2}, rim,
+                         kNoColor);
+    canvas.DrawRectangle({at.x - size, at.y - size, at.x + size + 1, at.y + size + 1}, fill,
+                         kNoColor);
 }
 
 void DrawDiamond(Canvas& canvas, Point at, int size, Color fill, Color rim) {
@@ -189,7 +221,7 @@ void DrawWaypointsAndPoi(LayerPen& pen) {
     const int size = MarkSize(pen.context);
     if (options.showPoi) {
         DrawPointList(pen, lists.pois, [&](const GeoPoint& point, Point at) {
-            pen.canvas.DrawEllipse(CircleBox(at, size), CategoryColor(point.category), pen.ink.rim);
+            DrawSquareMark(pen.canvas, at, size - 1, CategoryColor(point.category), pen.ink.rim);
             DrawLabel(pen, point.name, at, pen.ink.labelText);
         });
     }
@@ -235,8 +267,8 @@ void DrawLineToDestination(LayerPen& pen, const GeoPoint& destination) {
     const std::vector<std::vector<Point>> pieces =
         GreatCircle(pen.context, pen.placement, from, destination);
     const int width = std::max(2, pen.context.layout.barHeight / 12);
-    DrawPieces(pen.canvas, pieces, pen.ink.rim, width + 2);
-    DrawPieces(pen.canvas, pieces, pen.ink.current, width);
+    DrawPieces(pen.canvas, pieces, pen.visible, pen.ink.rim, width + 2);
+    DrawPieces(pen.canvas, pieces, pen.visible, pen.ink.current, width);
     // The distance stands at the middle of the line.
     const std::vector<Point>& middlePiece = pieces[pieces.size() / 2];
     const Point middle = middlePiece[middlePiece.size() / 2];
@@ -277,8 +309,7 @@ void DrawDestinations(LayerPen& pen) {
             }
         }
         if (!IsVisible(pen.visible, at, size * 2)) return;
-        pen.canvas.DrawRectangle({at.x - size, at.y - size, at.x + size + 1, at.y + size + 1},
-                                 color, pen.ink.rim);
+        DrawSquareMark(pen.canvas, at, size, color, pen.ink.rim);
         DrawLabel(pen, point.name, at, isCurrent ? pen.ink.current : pen.ink.labelText);
     });
     if (currentPoint) DrawLineToDestination(pen, *currentPoint);
