@@ -14,6 +14,9 @@ namespace tolvane {
 namespace {
 
 constexpr double kRadiansPerDegree = std::numbers::pi / 180.0;
+constexpr double kKmPerDegreeLongitude = 114.319;
+constexpr double kKmPerDegreeLatitude = 111.0;
+constexpr double kCutLatitude = 80.0;
 // Screen coordinates stay far inside int even when a map is zoomed in on
 // a point far away; the painter's clip keeps what lies outside unseen.
 constexpr double kCoordinateLimit = 1e8;
@@ -78,13 +81,17 @@ Font LabelFont(const ViewContext& context) {
 // under names written over each other.
 class LabelSpace {
   public:
-    bool Take(const Rect& box) {
+    bool IsFree(const Rect& box) const {
         for (const Rect& other : taken_) {
             if (box.left < other.right && other.left < box.right && box.top < other.bottom &&
                 other.top < box.bottom) {
                 return false;
             }
         }
+        return true;
+    }
+    bool Take(const Rect& box) {
+        if (!IsFree(box)) return false;
         taken_.push_back(box);
         return true;
     }
@@ -112,10 +119,16 @@ bool IsVisible(const Rect& visible, Point at, int margin) {
 void DrawLabel(LayerPen& pen, const std::string& name, Point at, Color color) {
     if (!pen.context.app.options.showLabel || name.empty()) return;
     const Font font = LabelFont(pen.context);
-    const TextSize size = pen.canvas.MeasureText(name, font);
     const int gap = MarkSize(pen.context) + 2;
-    const Rect box{at.x + gap, at.y - size.height / 2, at.x + gap + size.width + 4,
-                   at.y + size.height / 2 + 1};
+    const auto boxOf = [&](int width) {
+        return Rect{at.x + gap, at.y - font.height / 2, at.x + gap + width + 4,
+                    at.y + font.height / 2 + 1};
+    };
+    // Where many points crowd, most labels find no room: a label's width
+    // guessed from its length (a third of the font height a byte, less than
+    // nearly any text takes) rules those out before the window measures it.
+    if (!pen.labels.IsFree(boxOf(static_cast<int>(name.size()) * font.height / 3))) return;
+    const Rect box = boxOf(pen.canvas.MeasureText(name, font).width);
     if (!pen.labels.Take(box)) return;
     pen.canvas.DrawRectangle(box, pen.ink.labelBack, kNoColor);
     pen.canvas.DrawText(name, font, box, kAlignCenter, color);
@@ -140,6 +153,38 @@ void DrawPieces(Canvas& canvas, const std::vector<std::vector<Point>>& pieces, c
     }
 }
 
+// The map projection for one placement, with the sums of the stretch table
+// taken once instead of once a point: a track has thousands of points. The
+// sums are added in the projection's own order, so every point lands on
+// the very pixel the projection gives.
+class PlacedProjection {
+  public:
+    PlacedProjection(const MapProjection& projection, const MapPlacement& placement)
+        : placement_(placement),
+          pixelsPerKm_(projection.Scale() / placement.distance),
+          pixelsPerDegree_(pixelsPerKm_ * kKmPerDegreeLatitude) {
+        for (int k = 0; k < kStretchTableSize; ++k) stretch_[k] = projection.StretchFactor(k);
+        for (int k = 1; k < kStretchTableSize; ++k) {
+            sums_[k] = sums_[k - 1] + stretch_[k - 1] * pixelsPerDegree_;
+        }
+    }
+
+    Point At(double latitude, double longitude) const {
+        const double a = std::fmin(std::fabs(latitude), kCutLatitude);
+        const int whole = static_cast<int>(a);
+        const double y = sums_[whole] + stretch_[whole] * (a - whole) * pixelsPerDegree_;
+        const double x = pixelsPerKm_ * longitude * kKmPerDegreeLongitude + placement_.x0;
+        return {ClampCoordinate(x), ClampCoordinate(placement_.y0 - (latitude < 0 ? -y : y))};
+    }
+
+  private:
+    const MapPlacement& placement_;
+    double pixelsPerKm_;
+    double pixelsPerDegree_;
+    double stretch_[kStretchTableSize] = {};
+    double sums_[kStretchTableSize] = {};
+};
+
 // Splits a line of positions into screen pieces: a new piece begins where
 // it crosses the 180 degree meridian. Points closer than a pixel or two to
 // the last one kept add nothing a reader could see and are left out, and
@@ -148,12 +193,12 @@ void DrawPieces(Canvas& canvas, const std::vector<std::vector<Point>>& pieces, c
 class SeamSplitter {
   public:
     SeamSplitter(const ViewContext& context, const MapPlacement& placement)
-        : context_(context), placement_(placement) {}
+        : projection_(context.app.projection, placement) {}
 
     void Add(double latitude, double longitude) {
         const bool crossing = std::fabs(longitude - lastLongitude_) > kSeamJump;
         lastLongitude_ = longitude;
-        const Point at = MapPoint(context_, placement_, latitude, longitude);
+        const Point at = projection_.At(latitude, longitude);
         if (pieces_.empty() || crossing) {
             pieces_.push_back({at});
             return;
@@ -167,8 +212,7 @@ class SeamSplitter {
     const std::vector<std::vector<Point>>& Pieces() const { return pieces_; }
 
   private:
-    const ViewContext& context_;
-    const MapPlacement& placement_;
+    PlacedProjection projection_;
     double lastLongitude_ = 0;
     std::vector<std::vector<Point>> pieces_;
 };
