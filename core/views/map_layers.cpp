@@ -29,7 +29,7 @@ constexpr int kMinimumArcSteps = 8;
 constexpr int kMinimumRangeRadius = 2;
 // A track keeps a point only this many pixels (across plus down) from the
 // last one, and is stroked in runs of this many points.
-constexpr int kTrackPixelStep = 2;
+constexpr int kTrackPixelStep = 3;
 constexpr std::size_t kRunLength = 128;
 
 // The colours of the map marks, which stand on pictures of any colour, so
