@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 #include <numbers>
+#include <utility>
 #include <vector>
 
 #include "core/base/device_helpers.h"
@@ -74,30 +75,68 @@ int MarkSize(const ViewContext& context) {
 }
 
 Font LabelFont(const ViewContext& context) {
-    return {std::max(9, context.layout.barHeight * 11 / 20), 600};
+    return {std::max(9, context.layout.barHeight / 2), 600};
 }
 
 // The labels already set, so that a crowd of points does not bury the map
 // under names written over each other.
 class LabelSpace {
   public:
+    explicit LabelSpace(const Rect& area)
+        : area_(area),
+          columns_(std::max(0, (area.Width() + kCell - 1) / kCell)),
+          rows_(std::max(0, (area.Height() + kCell - 1) / kCell)),
+          taken_(static_cast<std::size_t>(columns_) * rows_, false) {}
+
+    // Whether no cell the box touches is taken.
     bool IsFree(const Rect& box) const {
-        for (const Rect& other : taken_) {
-            if (box.left < other.right && other.left < box.right && box.top < other.bottom &&
-                other.top < box.bottom) {
-                return false;
+        const Cells cells = CellsOf(box, 0, kCell - 1);
+        for (int row = cells.top; row < cells.bottom; ++row) {
+            for (int column = cells.left; column < cells.right; ++column) {
+                if (taken_[Index(column, row)]) return false;
             }
         }
         return true;
     }
+    // Takes the cells the box covers whole, so that boxes side by side do
+    // not rule each other out.
+    void Block(const Rect& box) {
+        const Cells cells = CellsOf(box, kCell - 1, 0);
+        for (int row = cells.top; row < cells.bottom; ++row) {
+            for (int column = cells.left; column < cells.right; ++column) {
+                taken_[Index(column, row)] = true;
+            }
+        }
+    }
     bool Take(const Rect& box) {
         if (!IsFree(box)) return false;
-        taken_.push_back(box);
+        Block(box);
         return true;
     }
 
   private:
-    std::vector<Rect> taken_;
+    static constexpr int kCell = 4;
+    struct Cells {
+        int left, top, right, bottom;
+    };
+    // The cells of box: starts rounded up by startRound, ends by endRound.
+    Cells CellsOf(const Rect& box, int startRound, int endRound) const {
+        const auto cell = [](int offset, int round, int count) {
+            return std::clamp((std::max(0, offset) + round) / kCell, 0, count);
+        };
+        return {cell(box.left - area_.left, startRound, columns_),
+                cell(box.top - area_.top, startRound, rows_),
+                cell(box.right - area_.left, endRound, columns_),
+                cell(box.bottom - area_.top, endRound, rows_)};
+    }
+    std::size_t Index(int column, int row) const {
+        return static_cast<std::size_t>(row) * columns_ + column;
+    }
+
+    Rect area_;
+    int columns_;
+    int rows_;
+    std::vector<bool> taken_;
 };
 
 // What a point layer draws with: where the screen is, the ink and the
@@ -119,7 +158,7 @@ bool IsVisible(const Rect& visible, Point at, int margin) {
 void DrawLabel(LayerPen& pen, const std::string& name, Point at, Color color) {
     if (!pen.context.app.options.showLabel || name.empty()) return;
     const Font font = LabelFont(pen.context);
-    const int gap = MarkSize(pen.context) + 2;
+    const int gap = MarkSize(pen.context) + 4;  // clear of the mark and its rim
     const auto boxOf = [&](int width) {
         return Rect{at.x + gap, at.y - font.height / 2, at.x + gap + width + 4,
                     at.y + font.height / 2 + 1};
@@ -248,33 +287,42 @@ void DrawDiamond(Canvas& canvas, Point at, int size, Color fill, Color rim) {
         rim);
 }
 
+using ShownPoints = std::vector<std::pair<const GeoPoint*, Point>>;
+
+// The marks of a list of points on the screen, each keeping its place clear
+// of labels; what was drawn joins shown.
 template <typename DrawMark>
-void DrawPointList(LayerPen& pen, DynamicList<GeoPoint>& points, DrawMark drawMark) {
+void DrawPointMarks(LayerPen& pen, DynamicList<GeoPoint>& points, ShownPoints& shown,
+                    DrawMark drawMark) {
     const int margin = MarkSize(pen.context) * 2;
     points.ForEach([&](const GeoPoint& point) {
         const Point at = MapPoint(pen.context, pen.placement, point.latitude, point.longitude);
         if (!IsVisible(pen.visible, at, margin)) return;
         drawMark(point, at);
+        pen.labels.Block(CircleBox(at, MarkSize(pen.context) + 1));
+        shown.emplace_back(&point, at);
     });
 }
 
+// The POI and waypoint marks, then their labels where they find room, so
+// that no mark covers a name.
 void DrawWaypointsAndPoi(LayerPen& pen) {
     const Options& options = pen.context.app.options;
     PointLists& lists = const_cast<PointLists&>(pen.context.app.points);
     const std::lock_guard<std::mutex> guard(lists.lock);
     const int size = MarkSize(pen.context);
+    ShownPoints shown;
     if (options.showPoi) {
-        DrawPointList(pen, lists.pois, [&](const GeoPoint& point, Point at) {
+        DrawPointMarks(pen, lists.pois, shown, [&](const GeoPoint& point, Point at) {
             DrawSquareMark(pen.canvas, at, size - 1, CategoryColor(point.category), pen.ink.rim);
-            DrawLabel(pen, point.name, at, pen.ink.labelText);
         });
     }
     if (options.showWaypoint) {
-        DrawPointList(pen, lists.waypoints, [&](const GeoPoint& point, Point at) {
+        DrawPointMarks(pen, lists.waypoints, shown, [&](const GeoPoint&, Point at) {
             DrawDiamond(pen.canvas, at, size + 1, pen.ink.waypoint, pen.ink.rim);
-            DrawLabel(pen, point.name, at, pen.ink.labelText);
         });
     }
+    for (const auto& [point, at] : shown) DrawLabel(pen, point->name, at, pen.ink.labelText);
 }
 
 // The great circle from the position to the destination, in screen pieces.
@@ -354,6 +402,7 @@ void DrawDestinations(LayerPen& pen) {
         }
         if (!IsVisible(pen.visible, at, size * 2)) return;
         DrawSquareMark(pen.canvas, at, size, color, pen.ink.rim);
+        pen.labels.Block(CircleBox(at, size + 1));
         DrawLabel(pen, point.name, at, isCurrent ? pen.ink.current : pen.ink.labelText);
     });
     if (currentPoint) DrawLineToDestination(pen, *currentPoint);
@@ -437,7 +486,12 @@ double MapRadius(const ViewContext& context, const MapPlacement& placement, doub
 
 void DrawMapLayers(Canvas& canvas, const ViewContext& context, const MapPlacement& placement) {
     const Options& options = context.app.options;
-    LayerPen pen{canvas, context, placement, InkOf(context), context.layout.body, {}};
+    LayerPen pen{canvas,
+                 context,
+                 placement,
+                 InkOf(context),
+                 context.layout.body,
+                 LabelSpace(context.layout.body)};
     if (options.showTrack) DrawTrack(pen);
     if (options.showDestinationInfo) DrawDestinationInfo(pen);
     if (options.showDestinations) DrawDestinations(pen);
