@@ -35,3 +35,13 @@ function(tolvane_require_program variable program debianPackage)
     tolvane_missing("program ${program}" ${debianPackage})
   endif()
 endfunction()
+
+# tolvane_require_file(VARIABLE FILE DEBIAN_PACKAGE SEARCH_FOLDER)
+# A data file of a package, the folder that holds it in the cache variable
+# VARIABLE.
+function(tolvane_require_file variable file debianPackage folder)
+  find_path(${variable} NAMES ${file} PATHS ${folder} NO_DEFAULT_PATH)
+  if(NOT ${variable})
+    tolvane_missing("file ${folder}/${file}" ${debianPackage})
+  endif()
+endfunction()

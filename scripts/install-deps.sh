@@ -11,6 +11,7 @@ packages=(
   gpsd espeak-ng gpsbabel libxml2-utils libxml2-dev
   qt6-base-dev qt6-multimedia-dev qt6-connectivity-dev libgl-dev fonts-dejavu-core
   xvfb xdotool desktop-file-utils appstream
+  xplanet-images
 )
 
 if [ "${1:-}" = --list ]; then

@@ -95,15 +95,20 @@ QString UsageText() {
         "  --screenshot DIR    open no window: play a recording through the GPS\n"
         "                      pipeline at full speed, then paint every view into DIR\n"
         "                      as gps-info.png, satellites.png, compass.png, speed.png,\n"
-        "                      trip-stat.png and map.png (the Map view with recent\n"
-        "                      map 1 of the settings record)\n"
+        "                      trip-stat.png, world-map.png and map.png (the Map\n"
+        "                      view with recent map 1 of the settings record)\n"
         "  --size WxH          the size of the pictures (default 480x640)\n"
         "  --replay LOG        the NMEA log to play (default: the demo recording)\n"
         "  --at SECONDS        paint after this many seconds of the log (default 60,\n"
         "                      or its end when shorter)\n"
         "  --options FILE      start from this settings record (Options.dat), so that\n"
         "                      a record with Night View paints the night palette\n"
-        "  --help              show this text\n");
+        "  --help              show this text\n"
+        "\n"
+        "World Map (key 2): Enter switches the arrow keys between zooming (Up, Down)\n"
+        "and panning; a drag pans, the wheel or a pinch zooms, a tap on a point shows\n"
+        "its name and distance. The map follows the position again 10 seconds after\n"
+        "a pan while the GPS is on. Its pictures come from the package xplanet-images.\n");
 }
 
 }  // namespace tolvane::shell

@@ -5,19 +5,23 @@
 #include <QGuiApplication>
 #include <QKeyEvent>
 #include <QMouseEvent>
+#include <QNativeGestureEvent>
 #include <QPainter>
 #include <QScreen>
+#include <QToolTip>
 #include <QVBoxLayout>
+#include <QWheelEvent>
 
 #include "core/app/commands.h"
 #include "core/app/map_commands.h"
 #include "core/app/menu_model.h"
 #include "core/base/debug_trace.h"
+#include "core/views/map_layers.h"
 #include "shell/soft_key_bar.h"
 
 namespace tolvane::shell {
 
-ViewArea::ViewArea(const Program& program, ViewRenderer renderer, QWidget* parent)
+ViewArea::ViewArea(Program& program, ViewRenderer renderer, QWidget* parent)
     : QWidget(parent), program_(program), renderer_(std::move(renderer)) {
     // Every pixel is painted from the back buffer: nothing to erase first.
     setAttribute(Qt::WA_OpaquePaintEvent);
@@ -26,7 +30,7 @@ ViewArea::ViewArea(const Program& program, ViewRenderer renderer, QWidget* paren
 }
 
 void ViewArea::LayOut() {
-    renderer_.LayOut(size(), program_.app.options.fullScreen != 0);
+    renderer_.LayOut(size(), IsFullScreenShown(program_.app));
 }
 
 void ViewArea::resizeEvent(QResizeEvent* /*event*/) {
@@ -48,6 +52,48 @@ void ViewArea::paintEvent(QPaintEvent* /*event*/) {
         DebugTrace("first frame painted at " + std::to_string(QDateTime::currentMSecsSinceEpoch()) +
                    " ms\n");
     }
+}
+
+void ViewArea::mousePressEvent(QMouseEvent* event) {
+    if (!IsMapView(program_.app.currentView)) return QWidget::mousePressEvent(event);
+    pointer_.Press(event->position().toPoint());
+}
+
+void ViewArea::mouseMoveEvent(QMouseEvent* event) {
+    if (!IsMapView(program_.app.currentView) || !(event->buttons() & Qt::LeftButton)) {
+        return QWidget::mouseMoveEvent(event);
+    }
+    pointer_.Move(event->position().toPoint(), renderer_.Layout());
+}
+
+void ViewArea::mouseReleaseEvent(QMouseEvent* event) {
+    if (!IsMapView(program_.app.currentView) || !pointer_.Release()) return;
+    const QPoint at = event->position().toPoint();
+    // A tap on the picture places the reference point being placed; taken
+    // on release, so that its dialog opens with the pointer let go.
+    if (TapRefPoint(program_, renderer_.Layout().body, at.x(), at.y())) return;
+    const QString text = TappedPointText(program_.app, renderer_.Layout(), renderer_.Fonts(), at);
+    if (text.isEmpty()) {
+        QToolTip::hideText();
+    } else {
+        QToolTip::showText(mapToGlobal(at), text, this);
+    }
+}
+
+void ViewArea::wheelEvent(QWheelEvent* event) {
+    if (!IsMapView(program_.app.currentView)) return QWidget::wheelEvent(event);
+    pointer_.Wheel(event->angleDelta().y());
+}
+
+bool ViewArea::event(QEvent* event) {
+    if (event->type() == QEvent::NativeGesture && IsMapView(program_.app.currentView)) {
+        const auto* gesture = static_cast<QNativeGestureEvent*>(event);
+        if (gesture->gestureType() == Qt::ZoomNativeGesture) {
+            pointer_.Pinch(gesture->value());
+            return true;
+        }
+    }
+    return QWidget::event(event);
 }
 
 std::optional<Key> KeyFromQt(int qtKey) {
@@ -103,7 +149,7 @@ MainWindow::MainWindow(Program& program, const WindowSetup& setup, const QString
 }
 
 bool MainWindow::FollowFullScreen() {
-    const bool fullScreen = program_.app.options.fullScreen != 0;
+    const bool fullScreen = IsFullScreenShown(program_.app);
     if (softKeys_->isHidden() == fullScreen) return false;
     softKeys_->setHidden(fullScreen);
     return true;
@@ -151,15 +197,6 @@ void MainWindow::keyReleaseEvent(QKeyEvent* event) {
     // lets the next press of an arrow key through at once.
     if (!key || event->isAutoRepeat()) return QWidget::keyReleaseEvent(event);
     OnKeyUp(program_, *key);
-}
-
-void MainWindow::mouseReleaseEvent(QMouseEvent* event) {
-    // A tap on the picture places the reference point being placed; taken
-    // on release, so that its dialog opens with the pointer let go.
-    const QPoint at = views_->mapFrom(this, event->position().toPoint());
-    if (!TapRefPoint(program_, views_->Layout().body, at.x(), at.y())) {
-        QWidget::mouseReleaseEvent(event);
-    }
 }
 
 void MainWindow::closeEvent(QCloseEvent* event) {

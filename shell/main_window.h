@@ -8,6 +8,7 @@
 #include "core/app/keys.h"
 #include "core/app/program.h"
 #include "core/app/startup.h"
+#include "shell/map_pointer.h"
 #include "shell/qt_host.h"
 #include "shell/view_renderer.h"
 
@@ -22,7 +23,7 @@ class ViewArea final : public QWidget {
     Q_OBJECT
 
   public:
-    ViewArea(const Program& program, ViewRenderer renderer, QWidget* parent = nullptr);
+    ViewArea(Program& program, ViewRenderer renderer, QWidget* parent = nullptr);
 
     // Lays the views out again for the current size and full-screen state.
     void LayOut();
@@ -31,9 +32,16 @@ class ViewArea final : public QWidget {
   protected:
     void paintEvent(QPaintEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
+    // The mouse, stylus and touchpad pan and zoom the map views.
+    void mousePressEvent(QMouseEvent* event) override;
+    void mouseMoveEvent(QMouseEvent* event) override;
+    void mouseReleaseEvent(QMouseEvent* event) override;
+    void wheelEvent(QWheelEvent* event) override;
+    bool event(QEvent* event) override;
 
   private:
-    const Program& program_;
+    Program& program_;
+    MapPointer pointer_{program_};
     ViewRenderer renderer_;
     QImage backBuffer_;
     bool paintedOnce_ = false;
@@ -76,7 +84,6 @@ class MainWindow final : public QWidget, public HostWindow {
   protected:
     void keyPressEvent(QKeyEvent* event) override;
     void keyReleaseEvent(QKeyEvent* event) override;
-    void mouseReleaseEvent(QMouseEvent* event) override;
     void closeEvent(QCloseEvent* event) override;
 
   private:

@@ -10,6 +10,7 @@
 #include "core/base/program_paths.h"
 #include "core/base/string_manager.h"
 #include "core/maps/recent_maps.h"
+#include "core/views/map_layers.h"
 #include "shell/map_loader.h"
 #include "shell/view_renderer.h"
 #include "tools/replay/replay.h"
@@ -28,7 +29,7 @@ struct ViewPicture {
 constexpr ViewPicture kPictures[] = {
     {kViewGpsInfo, "gps-info.png"},   {kViewSatellites, "satellites.png"},
     {kViewCompass, "compass.png"},    {kViewSpeed, "speed.png"},
-    {kViewTripStat, "trip-stat.png"}, {kViewMap, "map.png"},
+    {kViewTripStat, "trip-stat.png"}, {kViewWorldMap, "world-map.png"}, {kViewMap, "map.png"},
 };
 
 // The picture of recent map 1, for the Map view's picture. A relative path
@@ -57,12 +58,12 @@ bool PaintPictures(AppState& app, FileTime nowUtc, const CommandLine& line) {
     const ScreenMetrics screen =
         ApplySquareScreenRule({96, 96, line.size.width(), line.size.height()});
     ViewRenderer renderer(screen.dpiY, false, QString::fromLatin1(kPictureFontFamily));
-    renderer.LayOut(line.size, app.options.fullScreen != 0);
     const int shownView = app.currentView;
     QTextStream out(stdout);
     bool written = true;
     for (const ViewPicture& picture : kPictures) {
         app.currentView = picture.view;
+        renderer.LayOut(line.size, IsFullScreenShown(app));
         QImage image = MakeBackBuffer(line.size, 1);
         renderer.Paint(image, app, nowUtc);
         const QString path = QDir(line.screenshotFolder).filePath(QLatin1String(picture.fileName));

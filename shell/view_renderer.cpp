@@ -45,11 +45,40 @@ void ViewRenderer::LayOut(QSize size, bool fullScreen) {
     layout_ = LayOutViews(size.width(), size.height(), largeLayout_, fullScreen, fonts_);
 }
 
+void ViewRenderer::PrepareImagery(const AppState& app, FileTime nowUtc) const {
+    if (app.currentView != kViewWorldMap) return;
+    if (!imageryRead_) {
+        imageryRead_ = true;
+        imagery_.day = ReadWorldPicture(QStringLiteral(TOLVANE_EARTH_PICTURE), app.projection);
+        imagery_.night = ReadWorldPicture(QStringLiteral(TOLVANE_NIGHT_PICTURE), app.projection);
+        LightNightSide(imagery_);
+    }
+    // The night palette shows the city lights alone; only the day needs
+    // the sun's shadow.
+    if (!app.options.nightView) ShadeDayAndNight(imagery_, app.projection, nowUtc);
+}
+
 void ViewRenderer::Paint(QImage& image, const AppState& app, FileTime nowUtc) const {
+    PrepareImagery(app, nowUtc);
     QPainter painter(&image);
     QtCanvas canvas(painter, fontFamily_);
     static const SystemLocaleFormats kLocale;
-    PaintView(canvas, ViewContext{app, layout_, fonts_, nowUtc, &kLocale});
+    PaintView(canvas, ViewContext{app, layout_, fonts_, nowUtc, &kLocale, &imagery_});
+}
+
+Image ReadWorldPicture(const QString& path, const MapProjection& projection) {
+    const QImage read = QImage(path).convertToFormat(QImage::Format_RGB32);
+    if (read.isNull()) return {};
+    Image picture{read.width(), read.height(), {}};
+    picture.pixels.resize(static_cast<std::size_t>(read.width()) * read.height());
+    for (int row = 0; row < read.height(); ++row) {
+        const auto* line = reinterpret_cast<const std::uint32_t*>(read.constScanLine(row));
+        for (int column = 0; column < read.width(); ++column) {
+            picture.pixels[static_cast<std::size_t>(row) * read.width() + column] =
+                line[column] & 0xFFFFFFu;
+        }
+    }
+    return ReprojectToMap(picture, projection);
 }
 
 QImage MakeBackBuffer(QSize size, qreal devicePixelRatio) {

@@ -7,6 +7,7 @@
 #include "core/app/app_state.h"
 #include "core/views/font_set.h"
 #include "core/views/view_frame.h"
+#include "core/views/world_imagery.h"
 
 namespace tolvane::shell {
 
@@ -25,15 +26,28 @@ class ViewRenderer {
 
     // Paints the current view into image, whose device pixel ratio says how
     // many pixels a logical pixel takes.
+    // The World Map's pictures are read and re-projected the first time it
+    // is painted, and its night side shaded again each minute.
     void Paint(QImage& image, const AppState& app, FileTime nowUtc) const;
 
+    // The pictures of the earth as the World Map last drew them.
+    const WorldImagery& Imagery() const { return imagery_; }
+
   private:
+    void PrepareImagery(const AppState& app, FileTime nowUtc) const;
+
     int screenBaseHeight_;
     FontSet fonts_;
     bool largeLayout_;
     QString fontFamily_;
     ViewLayout layout_;
+    mutable WorldImagery imagery_;
+    mutable bool imageryRead_ = false;
 };
+
+// A picture file as the core's image, re-projected into the map
+// projection; empty when the file cannot be read.
+Image ReadWorldPicture(const QString& path, const MapProjection& projection);
 
 // A back buffer of size logical pixels at a device pixel ratio.
 QImage MakeBackBuffer(QSize size, qreal devicePixelRatio);

@@ -92,6 +92,20 @@ struct MapKeys {
     int panRows = 0;       // steps to the south
 };
 
+// Where the World Map is centred, in degrees: the position while it
+// follows, else where panning took it.
+struct MapCentre {
+    double latitude = 0;
+    double longitude = 0;
+};
+
+// The part of a drag over the Map view not yet turned into whole pan steps,
+// in steps east and south.
+struct MapDragRest {
+    double east = 0;
+    double south = 0;
+};
+
 // The one application-state block that owns all long-lived state.
 struct AppState {
     Options options{};
@@ -125,6 +139,8 @@ struct AppState {
     ArrowKeyTimes arrowKeys;
     MapKeys mapKeys;
     MapState map;  // the Map view's picture and its calibration
+    MapCentre worldMapCentre;
+    MapDragRest mapDragRest;
 
     PointLists points;
 };

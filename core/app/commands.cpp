@@ -1,7 +1,5 @@
 #include "core/app/commands.h"
 
-#include <array>
-
 #include "core/app/gid_commands.h"
 #include "core/app/gps_commands.h"
 #include "core/app/language_messages.h"
@@ -12,20 +10,6 @@
 
 namespace tolvane {
 namespace {
-
-// The commands of the menu whose dialogs, map views and file choosers this
-// program does not have yet. They stay in the menu, greyed, so that nothing
-// the user can choose does nothing.
-constexpr std::array kCommandsWithoutOwner = {
-    kCommandWorldMap,
-    kCommandShowTrack,
-    kCommandShowPoi,
-    kCommandShowWaypoint,
-    kCommandShowDestinations,
-    kCommandShowDestinationInfo,
-    kCommandShowLabel,
-    kCommandShowRange,
-};
 
 bool InRange(int id, int first, int last) {
     return id >= first && id <= last;
@@ -55,13 +39,6 @@ bool OpensDialog(int id) {
         default:
             return false;
     }
-}
-
-bool HasNoOwnerYet(int id) {
-    for (const int command : kCommandsWithoutOwner) {
-        if (command == id) return true;
-    }
-    return false;
 }
 
 // The voice guide can be switched on only with a working engine, but one
@@ -197,6 +174,14 @@ constexpr Route kRoutes[] = {
     {kCommandMap, ShowMapView},
     {kCommandShowMap, ToggleCommand<&Options::showMap>},
     {kCommandShowRefPoints, ToggleCommand<&Options::showRefPoints>},
+    {kCommandWorldMap, ShowViewCommand<kViewWorldMap>},
+    {kCommandShowTrack, ToggleCommand<&Options::showTrack>},
+    {kCommandShowWaypoint, ToggleCommand<&Options::showWaypoint>},
+    {kCommandShowPoi, ToggleCommand<&Options::showPoi>},
+    {kCommandShowDestinations, ToggleCommand<&Options::showDestinations>},
+    {kCommandShowDestinationInfo, ToggleCommand<&Options::showDestinationInfo>},
+    {kCommandShowLabel, ToggleCommand<&Options::showLabel>},
+    {kCommandShowRange, ToggleCommand<&Options::showRange>},
     {kCommandNightView, ToggleCommand<&Options::nightView>},
     {kCommandFullScreen, ToggleCommand<&Options::fullScreen>},
     {kCommandStartGps, StartGps},
@@ -233,7 +218,6 @@ bool RunRadioCommand(Program& program, int id) {
 }  // namespace
 
 bool IsCommandAvailable(Program& program, int id) {
-    if (HasNoOwnerYet(id)) return false;
     if (IsMapCommand(id)) return IsMapCommandAvailable(program.app, id);
     switch (id) {
         case kCommandNextDestination:

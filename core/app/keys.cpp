@@ -1,9 +1,15 @@
 #include "core/app/keys.h"
 
+#include <algorithm>
+#include <cmath>
+
 #include "core/app/commands.h"
 #include "core/app/map_commands.h"
 #include "core/base/string_manager.h"
 #include "core/nav/instrument_memory.h"
+#include "core/views/map_layers.h"
+#include "core/views/map_view.h"
+#include "core/views/world_map_view.h"
 
 namespace tolvane {
 namespace {
@@ -32,10 +38,6 @@ bool IsArrow(Key key) {
 
 int ArrowIndex(Key key) {
     return static_cast<int>(key) - static_cast<int>(Key::kLeft);
-}
-
-bool InMapView(const AppState& app) {
-    return app.currentView == kViewWorldMap || app.currentView == kViewMap;
 }
 
 void PlayLimitBeep(Host& host) {
@@ -69,29 +71,33 @@ bool StepZoom(int& level, int step, int floor, int ceiling) {
     return true;
 }
 
-bool ZoomMap(AppState& app, Key key) {
-    if (key == Key::kLeft || key == Key::kRight) return false;
-    const int step = key == Key::kUp ? 1 : -1;
+// One zoom step of the shown map; false at its end. The World Map also
+// stops at its scale limit, which lies above its lowest level.
+bool ZoomMap(AppState& app, int step) {
     MapKeys& map = app.mapKeys;
     if (app.currentView == kViewMap) return StepZoom(map.mapZoom, step, 0, kZoomCeiling);
-    return StepZoom(map.worldMapZoom, step, kWorldMapZoomFloor + 1, kZoomCeiling);
+    const int floor = std::max(kWorldMapZoomFloor + 1, kWorldMapLowestZoom);
+    return StepZoom(map.worldMapZoom, step, floor, kZoomCeiling);
 }
 
-// An arrow's step to the east and to the south.
-int EastStep(Key key) {
-    return key == Key::kRight ? 1 : key == Key::kLeft ? -1 : 0;
-}
-
-int SouthStep(Key key) {
-    return key == Key::kDown ? 1 : key == Key::kUp ? -1 : 0;
-}
-
-void PanMap(AppState& app, Key key) {
-    MapKeys& map = app.mapKeys;
+// Pans the Map view by east and south steps, whole ones at a time.
+void PanPictureMap(AppState& app, double east, double south) {
     // The steps count from where the map last followed the position.
-    if (app.gps.connected && app.mapCountdown == 0) map.panColumns = map.panRows = 0;
-    map.panColumns += EastStep(key);
-    map.panRows += SouthStep(key);
+    if (app.gps.connected && app.mapCountdown == 0) {
+        app.mapKeys.panColumns = app.mapKeys.panRows = 0;
+    }
+    MapDragRest& rest = app.mapDragRest;
+    rest.east += east;
+    rest.south += south;
+    const double columns = std::trunc(rest.east);
+    const double rows = std::trunc(rest.south);
+    app.mapKeys.panColumns += static_cast<int>(columns);
+    app.mapKeys.panRows += static_cast<int>(rows);
+    rest = {rest.east - columns, rest.south - rows};
+}
+
+// A pan stops the map following the position for a while when the GPS is on.
+void PauseFollowing(AppState& app) {
     if (app.gps.connected) app.mapCountdown = kPanFollowPauseTicks;
 }
 
@@ -99,12 +105,20 @@ void OnMapArrow(Program& program, Key key) {
     AppState& app = program.app;
     if (!AcceptArrow(app, key, program.host.NowUtc())) return;
     if (app.mapKeys.zoomMode) {
-        if (!ZoomMap(app, key)) {
+        const bool upOrDown = key == Key::kUp || key == Key::kDown;
+        if (!upOrDown || !ZoomMap(app, key == Key::kUp ? 1 : -1)) {
             PlayLimitBeep(program.host);
             return;
         }
     } else {
-        PanMap(app, key);
+        const int east = key == Key::kRight ? 1 : key == Key::kLeft ? -1 : 0;
+        const int south = key == Key::kDown ? 1 : key == Key::kUp ? -1 : 0;
+        if (app.currentView == kViewWorldMap) {
+            StepWorldMap(app, east, south);
+        } else {
+            PanPictureMap(app, east, south);
+        }
+        PauseFollowing(app);
     }
     program.host.Repaint();
 }
@@ -137,6 +151,7 @@ void OnEnter(Program& program) {
         case kViewWorldMap:
         case kViewMap:
             app.mapKeys.zoomMode = !app.mapKeys.zoomMode;
+            program.host.Repaint();  // the map shows what the arrows do now
             break;
         default:
             break;
@@ -169,7 +184,7 @@ void OnKeyDown(Program& program, Key key) {
         SendKeyCommand(program, kCommandNightView);
     } else if (key == Key::kEnter) {
         OnEnter(program);
-    } else if (InMapView(app)) {
+    } else if (IsMapView(app.currentView)) {
         OnMapArrow(program, key);
     } else if (app.currentView == kViewSpeed) {
         OnSpeedArrow(program, key);
@@ -178,6 +193,35 @@ void OnKeyDown(Program& program, Key key) {
 
 void OnKeyUp(Program& program, Key key) {
     if (IsArrow(key)) program.app.arrowKeys.released[ArrowIndex(key)] = true;
+}
+
+void ZoomShownMap(Program& program, int steps) {
+    if (!IsMapView(program.app.currentView)) return;
+    const int step = steps > 0 ? 1 : -1;
+    for (int taken = 0; taken != steps; taken += step) {
+        if (!ZoomMap(program.app, step)) {
+            PlayLimitBeep(program.host);
+            break;
+        }
+    }
+    program.host.Repaint();
+}
+
+void DragShownMap(Program& program, int dx, int dy, const Rect& body) {
+    AppState& app = program.app;
+    if (!IsMapView(app.currentView)) return;
+    // The map moves with the hand: its centre goes the other way.
+    if (app.currentView == kViewWorldMap) {
+        PanWorldMap(app, -dx, -dy, WorldMapPlacement(app, body).distance);
+    } else {
+        // A pan step moves the picture by MapStepPixels of its own pixels;
+        // counted on the screen, the picture follows the hand.
+        const double step =
+            std::max(1.0, MapStepPixels(app) * ComputeMapGeometry(app, body).screenPerPixel);
+        PanPictureMap(app, -dx / step, -dy / step);
+    }
+    PauseFollowing(app);
+    program.host.Repaint();
 }
 
 }  // namespace tolvane

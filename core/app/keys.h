@@ -3,6 +3,7 @@
 #include <cstdint>
 
 #include "core/app/program.h"
+#include "core/views/canvas.h"
 
 namespace tolvane {
 
@@ -40,5 +41,14 @@ inline constexpr int kPanFollowPauseTicks = 10;
 
 void OnKeyDown(Program& program, Key key);
 void OnKeyUp(Program& program, Key key);
+
+// Zooms the shown map by whole key steps, in (positive) or out; where the
+// zoom ends the limit beep sounds. The wheel and the pinch zoom with it.
+void ZoomShownMap(Program& program, int steps);
+
+// Moves the shown map under a dragging finger or mouse, which moved by dx,
+// dy pixels over the map's body. The World Map moves by exactly that; the
+// Map view by whole pan steps, keeping the rest for the next move.
+void DragShownMap(Program& program, int dx, int dy, const Rect& body);
 
 }  // namespace tolvane

@@ -24,7 +24,11 @@ void MainTimerProc(AppState& app, Host& host) {
     GpsState& gps = app.gps;
     UpdateGpsState(app);
     ApplyMinimumSpeedHold(gps, app.options.unitSystem, app.options.minimumSpeed);
-    if (HasFix(gps)) app.mapFollow = {gps.latitude, gps.longitude, true};
+    if (HasFix(gps)) {
+        app.mapFollow = {gps.latitude, gps.longitude, true};
+        // The World Map follows the position unless a pan paused it.
+        if (app.mapCountdown == 0) app.worldMapCentre = {gps.latitude, gps.longitude};
+    }
     AdvanceTripStatistics(gps, [&app](double latitude, double longitude, double& km) {
         return UpdateDestinationFigures(app.navigation, app.options, latitude, longitude, km);
     });

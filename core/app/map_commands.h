@@ -12,9 +12,9 @@ namespace tolvane {
 // tap on the picture, asks for the point's latitude and longitude.
 inline constexpr int kCommandPlaceRefPoint = 40005;
 
-inline constexpr std::uint32_t kTextMapMissing = 14100;
-inline constexpr std::uint32_t kTextMapUnreadable = 14101;
-inline constexpr std::uint32_t kTextRefPointsNotSaved = 14102;
+inline constexpr std::uint32_t kTextMapMissing = 14500;
+inline constexpr std::uint32_t kTextMapUnreadable = 14501;
+inline constexpr std::uint32_t kTextRefPointsNotSaved = 14502;
 
 // Whether a command of the Map menu and the Map view can run now; false for
 // ids that are not theirs.

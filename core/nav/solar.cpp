@@ -88,6 +88,15 @@ SunPosition SunPositionAt(FileTime utc, double latitude, double longitude) {
     return {azimuth, std::asin(std::clamp(sinElevation, -1.0, 1.0)) / kRadiansPerDegree};
 }
 
+SubsolarPoint SubsolarPointAt(FileTime utc) {
+    const SolarDay solar = SolarDayAt(utc);
+    const double minutesOfDay = static_cast<double>(utc - UtcMidnight(utc)) / kTicksPerMinute;
+    // Where the true solar time is noon: the hour angle is zero there.
+    double longitude = (720.0 - minutesOfDay - solar.equationMinutes) / 4.0;
+    if (longitude < -180.0) longitude += 360.0;
+    return {solar.declination / kRadiansPerDegree, longitude};
+}
+
 SunTimes TodaysSunTimes(FileTime nowUtc, double latitude, double longitude) {
     // The UTC day whose date is today's local date; the series gives the
     // events of the solar day at the observer's longitude around its noon.

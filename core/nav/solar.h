@@ -16,6 +16,14 @@ struct SunPosition {
 // time and a few tenths of a degree), with no refraction.
 SunPosition SunPositionAt(FileTime utc, double latitude, double longitude);
 
+// The point of the earth where the sun stands overhead at a time in UTC,
+// in degrees; the day-night line of the World Map is drawn around it.
+struct SubsolarPoint {
+    double latitude = 0;
+    double longitude = 0;
+};
+SubsolarPoint SubsolarPointAt(FileTime utc);
+
 enum class SunDay { kRisesAndSets, kAlwaysUp, kAlwaysDown };
 
 // The sun's rising and setting on one day, as UTC file times. Near the

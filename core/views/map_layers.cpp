@@ -1,20 +1,539 @@
 #include "core/views/map_layers.h"
 
+#include <algorithm>
 #include <cmath>
+#include <numbers>
+#include <utility>
+#include <vector>
+
+#include "core/base/device_helpers.h"
+#include "core/nav/distance.h"
+#include "core/nav/formatting.h"
+#include "core/views/instrument_parts.h"
 
 namespace tolvane {
+namespace {
 
-void DrawMapLayers(Canvas& canvas, const ViewContext& context, const MapPlacement& placement) {
+constexpr double kRadiansPerDegree = std::numbers::pi / 180.0;
+constexpr double kKmPerDegreeLongitude = 114.319;
+constexpr double kKmPerDegreeLatitude = 111.0;
+constexpr double kCutLatitude = 80.0;
+// Screen coordinates stay far inside int even when a map is zoomed in on
+// a point far away; the painter's clip keeps what lies outside unseen.
+constexpr double kCoordinateLimit = 1e8;
+// Longitude steps larger than this are a track crossing the 180 degree
+// meridian, not a track running round the world the long way.
+constexpr double kSeamJump = 180.0;
+// The great-circle line to the destination, in pieces of at most this arc.
+constexpr double kArcStepDegrees = 2.0;
+constexpr int kMinimumArcSteps = 8;
+constexpr int kMinimumRangeRadius = 2;
+// A track keeps a point only this many pixels (across plus down) from the
+// last one, and is stroked in runs of this many points.
+constexpr int kTrackPixelStep = 3;
+constexpr std::size_t kRunLength = 128;
+
+// The colours of the map marks, which stand on pictures of any colour, so
+// each has a light rim.
+struct MapInk {
+    Color track;
+    Color viewedTrack;
+    Color waypoint;
+    Color destination;
+    Color current;
+    Color reached;
+    Color range;
+    Color rim;
+    Color labelBack;
+    Color labelText;
+};
+
+const MapInk& InkOf(const ViewContext& context) {
+    static constexpr MapInk kDay{0xE5392A, 0x8E24AA, 0x1565C0, 0x2E7D32, 0xF57C00,
+                                 0x9E9E9E, 0xF57C00, 0xFFFFFF, 0xFFFFFF, 0x1A1A1A};
+    static constexpr MapInk kNight{0xD0502A, 0x8A5A9A, 0x6A8AB0, 0x6E9440, 0xE39B3A,
+                                   0x4E4640, 0xB87A20, 0x2A1C12, 0x140A06, 0xCF9148};
+    return context.app.options.nightView ? kNight : kDay;
+}
+
+// Eight clearly different colours for the POI categories.
+constexpr Color kCategoryColors[] = {0xD81B60, 0x8E24AA, 0x3949AB, 0x039BE5,
+                                     0x00897B, 0x7CB342, 0xFDD835, 0x6D4C41};
+
+Color CategoryColor(const std::string& category) {
+    std::size_t hash = 0;
+    for (const char c : category) hash = hash * 31 + static_cast<unsigned char>(c);
+    return kCategoryColors[hash % std::size(kCategoryColors)];
+}
+
+int ClampCoordinate(double value) {
+    return static_cast<int>(std::lround(std::clamp(value, -kCoordinateLimit, kCoordinateLimit)));
+}
+
+int MarkSize(const ViewContext& context) {
+    return std::max(3, context.layout.barHeight / 4);
+}
+
+Font LabelFont(const ViewContext& context) {
+    return {std::max(9, context.layout.barHeight / 2), 600};
+}
+
+// The labels already set, so that a crowd of points does not bury the map
+// under names written over each other.
+class LabelSpace {
+  public:
+    explicit LabelSpace(const Rect& area)
+        : area_(area),
+          columns_(std::max(0, (area.Width() + kCell - 1) / kCell)),
+          rows_(std::max(0, (area.Height() + kCell - 1) / kCell)),
+          taken_(static_cast<std::size_t>(columns_) * rows_, false) {}
+
+    // Whether no cell the box touches is taken.
+    bool IsFree(const Rect& box) const {
+        const Cells cells = CellsOf(box, 0, kCell - 1);
+        for (int row = cells.top; row < cells.bottom; ++row) {
+            for (int column = cells.left; column < cells.right; ++column) {
+                if (taken_[Index(column, row)]) return false;
+            }
+        }
+        return true;
+    }
+    // Takes the cells the box covers whole, so that boxes side by side do
+    // not rule each other out.
+    void Block(const Rect& box) {
+        const Cells cells = CellsOf(box, kCell - 1, 0);
+        for (int row = cells.top; row < cells.bottom; ++row) {
+            for (int column = cells.left; column < cells.right; ++column) {
+                taken_[Index(column, row)] = true;
+            }
+        }
+    }
+    bool Take(const Rect& box) {
+        if (!IsFree(box)) return false;
+        Block(box);
+        return true;
+    }
+
+  private:
+    static constexpr int kCell = 4;
+    struct Cells {
+        int left, top, right, bottom;
+    };
+    // The cells of box: starts rounded up by startRound, ends by endRound.
+    Cells CellsOf(const Rect& box, int startRound, int endRound) const {
+        const auto cell = [](int offset, int round, int count) {
+            return std::clamp((std::max(0, offset) + round) / kCell, 0, count);
+        };
+        return {cell(box.left - area_.left, startRound, columns_),
+                cell(box.top - area_.top, startRound, rows_),
+                cell(box.right - area_.left, endRound, columns_),
+                cell(box.bottom - area_.top, endRound, rows_)};
+    }
+    std::size_t Index(int column, int row) const {
+        return static_cast<std::size_t>(row) * columns_ + column;
+    }
+
+    Rect area_;
+    int columns_;
+    int rows_;
+    std::vector<bool> taken_;
+};
+
+// What a point layer draws with: where the screen is, the ink and the
+// labels so far.
+struct LayerPen {
+    Canvas& canvas;
+    const ViewContext& context;
+    const MapPlacement& placement;
+    const MapInk& ink;
+    Rect visible;
+    LabelSpace labels;
+};
+
+bool IsVisible(const Rect& visible, Point at, int margin) {
+    return at.x >= visible.left - margin && at.x < visible.right + margin &&
+           at.y >= visible.top - margin && at.y < visible.bottom + margin;
+}
+
+void DrawLabel(LayerPen& pen, const std::string& name, Point at, Color color) {
+    if (!pen.context.app.options.showLabel || name.empty()) return;
+    const Font font = LabelFont(pen.context);
+    const int gap = MarkSize(pen.context) + 4;  // clear of the mark and its rim
+    const auto boxOf = [&](int width) {
+        return Rect{at.x + gap, at.y - font.height / 2, at.x + gap + width + 4,
+                    at.y + font.height / 2 + 1};
+    };
+    // Where many points crowd, most labels find no room: a label's width
+    // guessed from its length (a third of the font height a byte, less than
+    // nearly any text takes) rules those out before the window measures it.
+    if (!pen.labels.IsFree(boxOf(static_cast<int>(name.size()) * font.height / 3))) return;
+    const Rect box = boxOf(pen.canvas.MeasureText(name, font).width);
+    if (!pen.labels.Take(box)) return;
+    pen.canvas.DrawRectangle(box, pen.ink.labelBack, kNoColor);
+    pen.canvas.DrawText(name, font, box, kAlignCenter, color);
+}
+
+// Draws each line of a list of screen pieces that has at least two points
+// and crosses the visible rectangle.
+void DrawPieces(Canvas& canvas, const std::vector<std::vector<Point>>& pieces, const Rect& visible,
+                Color color, int width) {
+    for (const std::vector<Point>& piece : pieces) {
+        if (piece.size() < 2) continue;
+        Rect bounds{piece[0].x, piece[0].y, piece[0].x, piece[0].y};
+        for (const Point& at : piece) {
+            bounds = {std::min(bounds.left, at.x), std::min(bounds.top, at.y),
+                      std::max(bounds.right, at.x), std::max(bounds.bottom, at.y)};
+        }
+        if (bounds.right + width < visible.left || bounds.left - width > visible.right ||
+            bounds.bottom + width < visible.top || bounds.top - width > visible.bottom) {
+            continue;
+        }
+        canvas.DrawPolyline(piece, color, width);
+    }
+}
+
+// The map projection for one placement, with the sums of the stretch table
+// taken once instead of once a point: a track has thousands of points. The
+// sums are added in the projection's own order, so every point lands on
+// the very pixel the projection gives.
+class PlacedProjection {
+  public:
+    PlacedProjection(const MapProjection& projection, const MapPlacement& placement)
+        : placement_(placement),
+          pixelsPerKm_(projection.Scale() / placement.distance),
+          pixelsPerDegree_(pixelsPerKm_ * kKmPerDegreeLatitude) {
+        for (int k = 0; k < kStretchTableSize; ++k) stretch_[k] = projection.StretchFactor(k);
+        for (int k = 1; k < kStretchTableSize; ++k) {
+            sums_[k] = sums_[k - 1] + stretch_[k - 1] * pixelsPerDegree_;
+        }
+    }
+
+    Point At(double latitude, double longitude) const {
+        const double a = std::fmin(std::fabs(latitude), kCutLatitude);
+        const int whole = static_cast<int>(a);
+        const double y = sums_[whole] + stretch_[whole] * (a - whole) * pixelsPerDegree_;
+        const double x = pixelsPerKm_ * longitude * kKmPerDegreeLongitude + placement_.x0;
+        return {ClampCoordinate(x), ClampCoordinate(placement_.y0 - (latitude < 0 ? -y : y))};
+    }
+
+  private:
+    const MapPlacement& placement_;
+    double pixelsPerKm_;
+    double pixelsPerDegree_;
+    double stretch_[kStretchTableSize] = {};
+    double sums_[kStretchTableSize] = {};
+};
+
+// Splits a line of positions into screen pieces: a new piece begins where
+// it crosses the 180 degree meridian. Points closer than a pixel or two to
+// the last one kept add nothing a reader could see and are left out, and
+// long pieces are cut into short runs, which the window strokes much faster
+// than one line of thousands of points.
+class SeamSplitter {
+  public:
+    SeamSplitter(const ViewContext& context, const MapPlacement& placement)
+        : projection_(context.app.projection, placement) {}
+
+    void Add(double latitude, double longitude) {
+        const bool crossing = std::fabs(longitude - lastLongitude_) > kSeamJump;
+        lastLongitude_ = longitude;
+        const Point at = projection_.At(latitude, longitude);
+        if (pieces_.empty() || crossing) {
+            pieces_.push_back({at});
+            return;
+        }
+        std::vector<Point>& piece = pieces_.back();
+        const Point last = piece.back();
+        if (std::abs(at.x - last.x) + std::abs(at.y - last.y) < kTrackPixelStep) return;
+        piece.push_back(at);
+        if (piece.size() == kRunLength) pieces_.push_back({at});
+    }
+    const std::vector<std::vector<Point>>& Pieces() const { return pieces_; }
+
+  private:
+    PlacedProjection projection_;
+    double lastLongitude_ = 0;
+    std::vector<std::vector<Point>> pieces_;
+};
+
+void DrawTrackList(Canvas& canvas, const ViewContext& context, const MapPlacement& placement,
+                   DynamicList<TrackPoint>& track, Color color) {
+    SeamSplitter line(context, placement);
+    track.ForEach([&line](const TrackPoint& point) { line.Add(point.latitude, point.longitude); });
+    DrawPieces(canvas, line.Pieces(), context.layout.body, color,
+               std::max(2, context.layout.barHeight / 10));
+}
+
+void DrawTrack(LayerPen& pen) {
+    // The track lock keeps the track timer from appending meanwhile.
+    TrackLogger& track = const_cast<TrackLogger&>(pen.context.app.track);
+    const std::lock_guard<std::mutex> guard(track.lock);
+    DrawTrackList(pen.canvas, pen.context, pen.placement, track.viewedTrack, pen.ink.viewedTrack);
+    DrawTrackList(pen.canvas, pen.context, pen.placement, track.liveTrack, pen.ink.track);
+}
+
+// A square mark on a light rim, drawn as two plain fills, which the window
+// draws fastest.
+void DrawSquareMark(Canvas& canvas, Point at, int size, Color fill, Color rim) {
+    canvas.DrawRectangle({at.x - size - 1, at.y - size - 1, at.x + size + 2, at.y + size + 2}, rim,
+                         kNoColor);
+    canvas.DrawRectangle({at.x - size, at.y - size, at.x + size + 1, at.y + size + 1}, fill,
+                         kNoColor);
+}
+
+void DrawDiamond(Canvas& canvas, Point at, int size, Color fill, Color rim) {
+    canvas.DrawPolygon(
+        {{at.x, at.y - size}, {at.x + size, at.y}, {at.x, at.y + size}, {at.x - size, at.y}}, fill,
+        rim);
+}
+
+using ShownPoints = std::vector<std::pair<const GeoPoint*, Point>>;
+
+// The marks of a list of points on the screen, each keeping its place clear
+// of labels; what was drawn joins shown.
+template <typename DrawMark>
+void DrawPointMarks(LayerPen& pen, DynamicList<GeoPoint>& points, ShownPoints& shown,
+                    DrawMark drawMark) {
+    const int margin = MarkSize(pen.context) * 2;
+    points.ForEach([&](const GeoPoint& point) {
+        const Point at = MapPoint(pen.context, pen.placement, point.latitude, point.longitude);
+        if (!IsVisible(pen.visible, at, margin)) return;
+        drawMark(point, at);
+        pen.labels.Block(CircleBox(at, MarkSize(pen.context) + 1));
+        shown.emplace_back(&point, at);
+    });
+}
+
+// The POI and waypoint marks, then their labels where they find room, so
+// that no mark covers a name.
+void DrawWaypointsAndPoi(LayerPen& pen) {
+    const Options& options = pen.context.app.options;
+    PointLists& lists = const_cast<PointLists&>(pen.context.app.points);
+    const std::lock_guard<std::mutex> guard(lists.lock);
+    const int size = MarkSize(pen.context);
+    ShownPoints shown;
+    if (options.showPoi) {
+        DrawPointMarks(pen, lists.pois, shown, [&](const GeoPoint& point, Point at) {
+            DrawSquareMark(pen.canvas, at, size - 1, CategoryColor(point.category), pen.ink.rim);
+        });
+    }
+    if (options.showWaypoint) {
+        DrawPointMarks(pen, lists.waypoints, shown, [&](const GeoPoint&, Point at) {
+            DrawDiamond(pen.canvas, at, size + 1, pen.ink.waypoint, pen.ink.rim);
+        });
+    }
+    for (const auto& [point, at] : shown) DrawLabel(pen, point->name, at, pen.ink.labelText);
+}
+
+// The great circle from the position to the destination, in screen pieces.
+std::vector<std::vector<Point>> GreatCircle(const ViewContext& context,
+                                            const MapPlacement& placement, const MapFollow& from,
+                                            const GeoPoint& to) {
+    const double phi1 = from.latitude * kRadiansPerDegree;
+    const double phi2 = to.latitude * kRadiansPerDegree;
+    const double lambda1 = from.longitude * kRadiansPerDegree;
+    const double lambda2 = to.longitude * kRadiansPerDegree;
+    const double a[3] = {std::cos(phi1) * std::cos(lambda1), std::cos(phi1) * std::sin(lambda1),
+                         std::sin(phi1)};
+    const double b[3] = {std::cos(phi2) * std::cos(lambda2), std::cos(phi2) * std::sin(lambda2),
+                         std::sin(phi2)};
+    const double arc = std::acos(std::clamp(a[0] * b[0] + a[1] * b[1] + a[2] * b[2], -1.0, 1.0));
+    const int steps =
+        std::max(kMinimumArcSteps, static_cast<int>(arc / kRadiansPerDegree / kArcStepDegrees));
+    SeamSplitter line(context, placement);
+    for (int step = 0; step <= steps; ++step) {
+        const double t = static_cast<double>(step) / steps;
+        // Spherical interpolation; a zero arc is the point itself.
+        const double wa = arc > 1e-12 ? std::sin((1 - t) * arc) / std::sin(arc) : 1 - t;
+        const double wb = arc > 1e-12 ? std::sin(t * arc) / std::sin(arc) : t;
+        const double p[3] = {wa * a[0] + wb * b[0], wa * a[1] + wb * b[1], wa * a[2] + wb * b[2]};
+        line.Add(std::atan2(p[2], std::hypot(p[0], p[1])) / kRadiansPerDegree,
+                 std::atan2(p[1], p[0]) / kRadiansPerDegree);
+    }
+    return line.Pieces();
+}
+
+void DrawLineToDestination(LayerPen& pen, const GeoPoint& destination) {
+    const MapFollow& from = pen.context.app.mapFollow;
+    if (!from.havePosition) return;
+    const std::vector<std::vector<Point>> pieces =
+        GreatCircle(pen.context, pen.placement, from, destination);
+    const int width = std::max(2, pen.context.layout.barHeight / 12);
+    DrawPieces(pen.canvas, pieces, pen.visible, pen.ink.rim, width + 2);
+    DrawPieces(pen.canvas, pieces, pen.visible, pen.ink.current, width);
+    // The distance stands at the middle of the line.
+    const std::vector<Point>& middlePiece = pieces[pieces.size() / 2];
+    const Point middle = middlePiece[middlePiece.size() / 2];
+    std::string distance;
+    FormatDistance(
+        pen.context.app.options.unitSystem,
+        DistanceKm(from.latitude, from.longitude, destination.latitude, destination.longitude),
+        &distance);
+    const Font font = LabelFont(pen.context);
+    Rect box = TextBoxAt(pen.canvas, distance, font, middle);
+    box.left -= 3;
+    box.right += 3;
+    if (!pen.labels.Take(box)) return;
+    pen.canvas.DrawRectangle(box, pen.ink.current, pen.ink.rim);
+    pen.canvas.DrawText(distance, font, box, kAlignCenter, pen.ink.labelBack);
+}
+
+void DrawDestinations(LayerPen& pen) {
+    const ViewContext& context = pen.context;
+    Navigation& navigation = const_cast<Navigation&>(context.app.navigation);
+    const std::lock_guard<std::mutex> guard(navigation.lock);
+    const int current = context.app.options.navigation ? navigation.current : kNoDestination;
+    const int size = MarkSize(context) + 1;
+    int index = 0;
+    std::optional<GeoPoint> currentPoint;
+    navigation.destinations.ForEach([&](const GeoPoint& point) {
+        const bool isCurrent = index++ == current;
+        if (isCurrent) currentPoint = point;
+        const Point at = MapPoint(context, pen.placement, point.latitude, point.longitude);
+        const Color color =
+            isCurrent ? pen.ink.current : (point.reached ? pen.ink.reached : pen.ink.destination);
+        if (context.app.options.showRange) {
+            const double radius = MapRadius(context, pen.placement, point.latitude,
+                                            ProximityRangeKm(point, context.app.options));
+            if (radius >= kMinimumRangeRadius && radius < kCoordinateLimit) {
+                pen.canvas.DrawEllipse(CircleBox(at, static_cast<int>(std::lround(radius))),
+                                       kNoColor, pen.ink.range, 2);
+            }
+        }
+        if (!IsVisible(pen.visible, at, size * 2)) return;
+        DrawSquareMark(pen.canvas, at, size, color, pen.ink.rim);
+        pen.labels.Block(CircleBox(at, size + 1));
+        DrawLabel(pen, point.name, at, isCurrent ? pen.ink.current : pen.ink.labelText);
+    });
+    if (currentPoint) DrawLineToDestination(pen, *currentPoint);
+}
+
+// The current destination's name, distance and time to go, in the map's
+// top left corner.
+void DrawDestinationInfo(LayerPen& pen) {
+    const ViewContext& context = pen.context;
+    const AppState& app = context.app;
+    if (!app.options.navigation || !HasLiveFix(context)) return;
+    GeoPoint destination;
+    if (!CopyCurrentDestination(const_cast<Navigation&>(app.navigation), destination)) return;
+    std::string distance;
+    FormatDistance(app.options.unitSystem, app.gps.destinationDistanceKm, &distance);
+    std::string time = "-";
+    if (app.gps.destinationSeconds >= 0) {
+        FormatDuration(app.gps.destinationSeconds, &time, kDurationCompact);
+    }
+    const Font font = LabelFont(context);
+    const std::string lines[] = {"\u25B6 " + destination.name, distance, time};
+    int width = 0;
+    for (const std::string& line : lines) {
+        width = std::max(width, pen.canvas.MeasureText(line, font).width);
+    }
+    const int pad = font.height / 3;
+    const Rect& body = context.layout.body;
+    const Rect box{body.left + pad, body.top + pad, body.left + 3 * pad + width,
+                   body.top + 2 * pad + 3 * font.height};
+    pen.labels.Take(box);
+    pen.canvas.DrawRectangle(box, pen.ink.labelBack, pen.ink.current, 2);
+    for (int line = 0; line < 3; ++line) {
+        const int top = box.top + pad + line * font.height;
+        pen.canvas.DrawText(lines[line], font,
+                            {box.left + pad, top, box.right - pad, top + font.height},
+                            kAlignVCenter, line == 0 ? pen.ink.current : pen.ink.labelText);
+    }
+}
+
+// The position: an arrow along the course with a live fix, a hollow ring
+// at the last known place without one.
+void DrawPosition(LayerPen& pen) {
+    const ViewContext& context = pen.context;
     const MapFollow& place = context.app.mapFollow;
     if (!place.havePosition) return;
+    const Point at = MapPoint(context, pen.placement, place.latitude, place.longitude);
+    const int size = std::max(7, context.layout.barHeight * 2 / 3);
+    if (!HasLiveFix(context)) {
+        pen.canvas.DrawEllipse(CircleBox(at, size / 2), kNoColor, PaletteOf(context).dim, 3);
+        return;
+    }
+    const double course = context.app.gps.course;
+    const std::vector<Point> arrow{Polar(at, size, course), Polar(at, size * 0.75, course + 140),
+                                   Polar(at, size * 0.3, course + 180),
+                                   Polar(at, size * 0.75, course + 220)};
+    pen.canvas.DrawPolygon(arrow, PaletteOf(context).accent, pen.ink.rim, 2);
+}
+
+}  // namespace
+
+bool IsMapView(int view) {
+    return view == kViewWorldMap || view == kViewMap;
+}
+
+bool IsFullScreenShown(const AppState& app) {
+    return app.options.fullScreen != 0 && IsMapView(app.currentView);
+}
+
+Point MapPoint(const ViewContext& context, const MapPlacement& placement, double latitude,
+               double longitude) {
     const MapProjection::Point at = context.app.projection.ProjectToScreen(
-        place.latitude, place.longitude, placement.x0, placement.y0, placement.distance);
-    const int x = static_cast<int>(std::lround(at.x));
-    const int y = static_cast<int>(std::lround(at.y));
-    const int arm = context.layout.barHeight / 2;
-    const Color color = PaletteOf(context).accent;
-    canvas.DrawLine({x - arm, y}, {x + arm, y}, color, 2);
-    canvas.DrawLine({x, y - arm}, {x, y + arm}, color, 2);
+        latitude, longitude, placement.x0, placement.y0, placement.distance);
+    return {ClampCoordinate(at.x), ClampCoordinate(at.y)};
+}
+
+double MapRadius(const ViewContext& context, const MapPlacement& placement, double latitude,
+                 double km) {
+    const MapProjection& projection = context.app.projection;
+    return km * projection.Scale() / projection.AdjustForLatitude(latitude, placement.distance);
+}
+
+void DrawMapLayers(Canvas& canvas, const ViewContext& context, const MapPlacement& placement) {
+    const Options& options = context.app.options;
+    LayerPen pen{canvas,
+                 context,
+                 placement,
+                 InkOf(context),
+                 context.layout.body,
+                 LabelSpace(context.layout.body)};
+    if (options.showTrack) DrawTrack(pen);
+    if (options.showDestinationInfo) DrawDestinationInfo(pen);
+    if (options.showDestinations) DrawDestinations(pen);
+    DrawWaypointsAndPoi(pen);
+    DrawPosition(pen);
+}
+
+std::optional<TappedPoint> FindPointAt(const ViewContext& context, const MapPlacement& placement,
+                                       Point at, int reach) {
+    const AppState& app = context.app;
+    std::optional<GeoPoint> nearest;
+    long best = static_cast<long>(reach) * reach + 1;
+    const auto consider = [&](DynamicList<GeoPoint>& points) {
+        points.ForEach([&](const GeoPoint& point) {
+            const Point shown = MapPoint(context, placement, point.latitude, point.longitude);
+            const long dx = shown.x - at.x;
+            const long dy = shown.y - at.y;
+            if (dx * dx + dy * dy >= best) return;
+            best = dx * dx + dy * dy;
+            nearest = point;
+        });
+    };
+    {
+        PointLists& lists = const_cast<PointLists&>(app.points);
+        const std::lock_guard<std::mutex> guard(lists.lock);
+        if (app.options.showWaypoint) consider(lists.waypoints);
+        if (app.options.showPoi) consider(lists.pois);
+    }
+    if (app.options.showDestinations) {
+        Navigation& navigation = const_cast<Navigation&>(app.navigation);
+        const std::lock_guard<std::mutex> guard(navigation.lock);
+        consider(navigation.destinations);
+    }
+    if (!nearest) return std::nullopt;
+    TappedPoint tapped{nearest->name, {}};
+    if (HasLiveFix(context)) {
+        FormatDistance(
+            app.options.unitSystem,
+            DistanceKm(app.gps.latitude, app.gps.longitude, nearest->latitude, nearest->longitude),
+            &tapped.distance);
+    }
+    return tapped;
 }
 
 }  // namespace tolvane

@@ -9,6 +9,8 @@
 
 namespace tolvane {
 
+struct WorldImagery;
+
 // The user's own ways of writing a date and a time of day; the window asks
 // the desktop's locale.
 class LocaleFormats {
@@ -28,6 +30,9 @@ struct ViewContext {
     FileTime nowUtc = 0;
     // Without the user's formats, dates and times are written as ISO 8601.
     const LocaleFormats* locale = nullptr;
+    // The World Map's pictures of the earth; without them it draws only
+    // its graticule.
+    const WorldImagery* worldImagery = nullptr;
 };
 
 }  // namespace tolvane

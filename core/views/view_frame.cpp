@@ -1,6 +1,7 @@
 #include "core/views/view_frame.h"
 
 #include <algorithm>
+#include <cstdio>
 #include <vector>
 
 #include "core/base/string_manager.h"
@@ -74,6 +75,18 @@ constexpr ViewName kViewNames[] = {
     {40048, "GPS Info"},  {40012, "Satellites"}, {40015, "Compass"},    {40014, "Speed"},
     {40020, "World Map"}, {10660, "Map"},        {40262, "Trip Stat."},
 };
+
+// The view's name; the World Map adds the time in UTC, the clock its day
+// and night line follows.
+std::string TitleText(const ViewContext& context) {
+    const int view = context.app.currentView;
+    std::string title = ViewTitle(view);
+    if (view != kViewWorldMap || context.nowUtc <= 0) return title;
+    const CivilTime utc = FileTimeToCivil(context.nowUtc);
+    char clock[16];
+    std::snprintf(clock, sizeof clock, "  %02d:%02d UTC", utc.hour, utc.minute);
+    return title + clock;
+}
 
 }  // namespace
 
@@ -156,7 +169,7 @@ void PaintTitleBar(Canvas& canvas, const ViewContext& context) {
     canvas.DrawRectangle(bar, palette.titleBackground, kNoColor);
     const int marksLeft = PaintStatusMarks(canvas, context, palette);
     const int pad = bar.Height() / 3;
-    canvas.DrawText(ViewTitle(context.app.currentView), context.fonts.Slot(kTitleFontSlot),
+    canvas.DrawText(TitleText(context), context.fonts.Slot(kTitleFontSlot),
                     {bar.left + pad, bar.top, marksLeft, bar.bottom}, kAlignVCenter,
                     palette.titleText);
 }

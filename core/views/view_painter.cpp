@@ -7,6 +7,7 @@
 #include "core/views/satellites_view.h"
 #include "core/views/speed_view.h"
 #include "core/views/trip_stat_view.h"
+#include "core/views/world_map_view.h"
 
 namespace tolvane {
 namespace {
@@ -38,6 +39,8 @@ void PaintView(Canvas& canvas, const ViewContext& context) {
             return PaintTripStatView(canvas, context);
         case kViewMap:
             return PaintMapView(canvas, context);
+        case kViewWorldMap:
+            return PaintWorldMapView(canvas, context);
         default:
             return PaintPlaceholder(canvas, context);
     }

@@ -20,13 +20,13 @@
 namespace tolvane::shell {
 namespace {
 
-constexpr std::uint32_t kTextRefPointTitle = 14110;
-constexpr std::uint32_t kTextLatitude = 14111;
-constexpr std::uint32_t kTextLongitude = 14112;
-constexpr std::uint32_t kTextDropPoint = 14113;
-constexpr std::uint32_t kTextCoordinateHint = 14114;
-constexpr std::uint32_t kTextLoadingMap = 14115;
-constexpr std::uint32_t kTextMapPictures = 14116;
+constexpr std::uint32_t kTextRefPointTitle = 14510;
+constexpr std::uint32_t kTextLatitude = 14511;
+constexpr std::uint32_t kTextLongitude = 14512;
+constexpr std::uint32_t kTextDropPoint = 14513;
+constexpr std::uint32_t kTextCoordinateHint = 14514;
+constexpr std::uint32_t kTextLoadingMap = 14515;
+constexpr std::uint32_t kTextMapPictures = 14516;
 
 // The picture formats of "Load Map" in the cases their names come in.
 constexpr const char* kMapPatterns[] = {"bmp", "gif", "png", "jpg", "jpeg", "tif", "tiff"};

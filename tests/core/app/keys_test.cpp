@@ -4,6 +4,7 @@
 
 #include <algorithm>
 
+#include "core/views/world_map_view.h"
 #include "tests/core/app/program_fixture.h"
 
 namespace tolvane {
@@ -86,6 +87,36 @@ TEST(KeysTest, AHeldArrowStepsAtMostOncePer100Milliseconds) {
     OnKeyUp(program, Key::kLeft);
     OnKeyDown(program, Key::kLeft);
     EXPECT_EQ(map.panColumns, -1);
+    EXPECT_EQ(program.app.mapCountdown, kPanFollowPauseTicks);
+}
+
+// The World Map zooms out only to its scale limit, above the level's own
+// floor, and in to 255; the wheel takes the same steps and stops at the
+// same ends with one beep.
+TEST(KeysTest, TheWorldMapZoomStopsAtItsScaleLimitWithTheLimitBeep) {
+    testing::ProgramFixture fixture;
+    Program& program = fixture.program;
+    MapKeys& map = program.app.mapKeys;
+    OnKeyDown(program, Key::kDigit2);
+    ASSERT_EQ(program.app.currentView, kViewWorldMap);
+    for (int press = 0; press < 20; ++press) {
+        fixture.host.now += 100 * kMillisecond;
+        OnKeyDown(program, Key::kDown);
+    }
+    EXPECT_EQ(map.worldMapZoom, kWorldMapLowestZoom);
+    EXPECT_EQ(Count(fixture.host.events, "beep"), 20 + kWorldMapLowestZoom);
+    ZoomShownMap(program, 300);
+    EXPECT_EQ(map.worldMapZoom, 255);
+    EXPECT_EQ(Count(fixture.host.events, "beep"), 21 + kWorldMapLowestZoom);
+    ZoomShownMap(program, -8);
+    EXPECT_EQ(map.worldMapZoom, 247);
+
+    // A drag pans the World Map and pauses following while the GPS is on.
+    program.app.gps.connected = 1;
+    program.app.worldMapCentre = {0, 0};
+    map.worldMapZoom = 0;
+    DragShownMap(program, 500, 0, {0, 0, 1000, 600});  // half the width to the east
+    EXPECT_NEAR(program.app.worldMapCentre.longitude, -180, 1e-9);
     EXPECT_EQ(program.app.mapCountdown, kPanFollowPauseTicks);
 }
 

@@ -1,0 +1,296 @@
+#include "core/views/world_map_view.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstdio>
+
+#include "core/base/string_manager.h"
+#include "core/views/instrument_parts.h"
+#include "core/views/world_imagery.h"
+
+namespace tolvane {
+namespace {
+
+constexpr double kKmPerDegreeLongitude = 114.319;
+constexpr double kCutLatitude = 80.0;
+// Language string of the note shown when the pictures are missing.
+constexpr std::uint32_t kTextNoWorldPictures = 13100;
+// The graticule's steps in degrees: 30 at first, finer as the map is
+// zoomed in, so that a few lines always cross the map.
+constexpr double kGridSteps[] = {30, 15, 10, 5, 2, 1, 0.5, 0.25, 0.1, 0.05, 0.02, 0.01};
+constexpr int kMaximumCopies = 3;
+
+struct GroundInk {
+    Color ground;  // beyond the 80 degree edges and without pictures
+    Color grid;
+    Color gridLabel;
+};
+
+const GroundInk& GroundInkOf(const ViewContext& context) {
+    static constexpr GroundInk kDay{0x0E1B2C, 0x5E7690, 0xE8EEF5};
+    static constexpr GroundInk kNight{0x000000, 0x3A2A1C, 0x98683A};
+    return context.app.options.nightView ? kNight : kDay;
+}
+
+double ZoomFactor(int level) {
+    return std::exp2(static_cast<double>(level) / kWorldMapZoomStepsPerDoubling);
+}
+
+// Pixels per km at the equator for a map of width x height at the zoom.
+double PixelsPerKm(const AppState& app, double width, double height) {
+    const MapProjection& projection = app.projection;
+    const double worldHeightKm = 2 * projection.LatitudeToY(kCutLatitude, projection.Scale());
+    const double fill = std::max(width / (360.0 * kKmPerDegreeLongitude), height / worldHeightKm);
+    return fill * ZoomFactor(app.mapKeys.worldMapZoom);
+}
+
+double WorldWidth(const MapPlacement& placement, const AppState& app) {
+    return app.projection.Scale() / placement.distance * 360.0 * kKmPerDegreeLongitude;
+}
+
+double HalfHeight(const MapPlacement& placement, const AppState& app) {
+    return app.projection.LatitudeToY(kCutLatitude, placement.distance);
+}
+
+// The part of the screen a copy of the world covers.
+struct WorldBox {
+    double left;
+    double top;
+    double width;
+    double height;
+};
+
+WorldBox WorldBoxOf(const MapPlacement& placement, const AppState& app) {
+    const double width = WorldWidth(placement, app);
+    const double half = HalfHeight(placement, app);
+    return {placement.x0 - width / 2, placement.y0 - half, width, 2 * half};
+}
+
+// Draws the part of a picture of the world that shows in body.
+void DrawWorldPicture(Canvas& canvas, const Image& picture, const WorldBox& world,
+                      const Rect& body) {
+    const double perColumn = world.width / picture.width;
+    const double perRow = world.height / picture.height;
+    const int left =
+        std::max(0, static_cast<int>(std::floor((body.left - world.left) / perColumn)));
+    const int right =
+        std::min(picture.width, static_cast<int>(std::ceil((body.right - world.left) / perColumn)));
+    const int top = std::max(0, static_cast<int>(std::floor((body.top - world.top) / perRow)));
+    const int bottom =
+        std::min(picture.height, static_cast<int>(std::ceil((body.bottom - world.top) / perRow)));
+    if (left >= right || top >= bottom) return;
+    const Rect target{static_cast<int>(std::lround(world.left + left * perColumn)),
+                      static_cast<int>(std::lround(world.top + top * perRow)),
+                      static_cast<int>(std::lround(world.left + right * perColumn)),
+                      static_cast<int>(std::lround(world.top + bottom * perRow))};
+    canvas.DrawImage(picture, {left, top, right, bottom}, target);
+}
+
+const Image* PictureOf(const ViewContext& context) {
+    const WorldImagery* imagery = context.worldImagery;
+    if (imagery == nullptr || imagery->day.width <= 0) return nullptr;
+    // The night palette shows the city lights everywhere, dark enough to
+    // keep the eyes used to the night.
+    if (context.app.options.nightView && imagery->night.width > 0) return &imagery->night;
+    return imagery->shaded.width > 0 ? &imagery->shaded : &imagery->day;
+}
+
+// The step of the graticule: the finest whose lines stand at least
+// minimum pixels apart, but never coarser than 30 degrees.
+double GridStep(double pixelsPerDegree, double minimum) {
+    double chosen = kGridSteps[0];
+    for (const double step : kGridSteps) {
+        if (step * pixelsPerDegree < minimum) break;
+        chosen = step;
+    }
+    return chosen;
+}
+
+// "30°N", "0°", "120.5°W": a grid line's value with its hemisphere.
+std::string GridLabel(double degrees, double step, char positive, char negative) {
+    const int decimals = step >= 1 ? 0 : (step >= 0.1 ? 1 : 2);
+    char text[32];
+    std::snprintf(text, sizeof text, "%.*f\u00B0", decimals, std::fabs(degrees));
+    const bool zero = std::fabs(degrees) < step / 2;
+    const bool edge = positive == 'E' && std::fabs(std::fabs(degrees) - 180) < step / 2;
+    if (zero || edge) return text;
+    return std::string(text) + (degrees > 0 ? positive : negative);
+}
+
+// A longitude of a repeated world, brought back into -180..180.
+double WrapLongitude(double longitude) {
+    return longitude - 360.0 * std::floor((longitude + 180.0) / 360.0);
+}
+
+struct Grid {
+    double step;
+    Font font;
+    const GroundInk& ink;
+};
+
+// A grid label with a dark shadow, so that it reads on ice and cloud too.
+void DrawGridLabel(Canvas& canvas, const std::string& text, const Grid& grid, const Rect& box,
+                   unsigned align) {
+    canvas.DrawText(text, grid.font, {box.left + 1, box.top + 1, box.right + 1, box.bottom + 1},
+                    align, grid.ink.ground);
+    canvas.DrawText(text, grid.font, box, align, grid.ink.gridLabel);
+}
+
+// Every how many grid lines a label fits, for labels size pixels long
+// on lines spacing pixels apart.
+int LabelEvery(double size, double spacing) {
+    return std::max(1, static_cast<int>(std::ceil(size / std::max(1.0, spacing))));
+}
+
+void DrawMeridians(Canvas& canvas, const ViewContext& context, const MapPlacement& placement,
+                   const Grid& grid) {
+    const Rect& body = context.layout.body;
+    const WorldBox world = WorldBoxOf(placement, context.app);
+    const double perDegree = world.width / 360.0;
+    const int top = std::max(body.top, static_cast<int>(std::lround(world.top)));
+    const int bottom =
+        std::min(body.bottom, static_cast<int>(std::lround(world.top + world.height)));
+    const double west = (body.left - placement.x0) / perDegree;
+    const double east = (body.right - placement.x0) / perDegree;
+    const double labelWidth = canvas.MeasureText("000.0°W", grid.font).width;
+    const int every = LabelEvery(labelWidth, grid.step * perDegree);
+    for (long line = std::lround(std::ceil(west / grid.step)); line * grid.step <= east; ++line) {
+        const double at = line * grid.step;
+        const int x = static_cast<int>(std::lround(placement.x0 + at * perDegree));
+        canvas.DrawLine({x, top}, {x, bottom}, grid.ink.grid);
+        if (line % every != 0) continue;
+        const std::string label = GridLabel(WrapLongitude(at), grid.step, 'E', 'W');
+        DrawGridLabel(canvas, label, grid, {x + 3, top + 1, x + 200, top + 1 + grid.font.height},
+                      kAlignLeft);
+    }
+}
+
+void DrawParallels(Canvas& canvas, const ViewContext& context, const MapPlacement& placement,
+                   const Grid& grid) {
+    const Rect& body = context.layout.body;
+    const MapProjection& projection = context.app.projection;
+    const int steps = static_cast<int>(std::floor(kCutLatitude / grid.step + 1e-9));
+    // The lines crowd towards the poles less than at the equator: the
+    // equator's spacing decides.
+    const double spacing = projection.LatitudeToY(grid.step, placement.distance);
+    const int every = LabelEvery(grid.font.height * 2.0, spacing);
+    for (int index = -steps; index <= steps; ++index) {
+        const double latitude = index * grid.step;
+        const int y = static_cast<int>(
+            std::lround(placement.y0 - projection.LatitudeToY(latitude, placement.distance)));
+        if (y < body.top || y >= body.bottom) continue;
+        canvas.DrawLine({body.left, y}, {body.right, y}, grid.ink.grid);
+        if (index % every != 0) continue;
+        const std::string label = GridLabel(latitude, grid.step, 'N', 'S');
+        DrawGridLabel(canvas, label, grid, {body.left + 3, y - grid.font.height - 1, body.right, y},
+                      kAlignLeft | kAlignBottom);
+    }
+}
+
+void DrawGraticule(Canvas& canvas, const ViewContext& context, const MapPlacement& placement) {
+    const Rect& body = context.layout.body;
+    const double perDegree = WorldWidth(placement, context.app) / 360.0;
+    const double minimum = std::max(48.0, body.Width() / 6.0);
+    const Grid grid{GridStep(perDegree, minimum),
+                    {std::max(8, context.layout.barHeight / 2), 400},
+                    GroundInkOf(context)};
+    DrawMeridians(canvas, context, placement, grid);
+    DrawParallels(canvas, context, placement, grid);
+}
+
+void DrawMissingNote(Canvas& canvas, const ViewContext& context) {
+    const Rect& body = context.layout.body;
+    std::string note = CStringManager::GetInstance().GetText(kTextNoWorldPictures);
+    if (note.empty()) note = "No pictures of the earth: install xplanet-images";
+    const int height = context.layout.barHeight;
+    const Rect box{body.left, body.bottom - height, body.right, body.bottom};
+    canvas.DrawRectangle(box, PaletteOf(context).panel, kNoColor);
+    PaintLine(canvas, note, Font{height * 3 / 5, 400}, box, kAlignCenter, PaletteOf(context).label);
+}
+
+// What the arrow keys do now, in the map's bottom right corner.
+void DrawArrowMode(Canvas& canvas, const ViewContext& context) {
+    const Rect& body = context.layout.body;
+    const std::string text = context.app.mapKeys.zoomMode ? "\u21F3 Zoom" : "\u2725 Pan";
+    const Font font{std::max(8, context.layout.barHeight / 2), 600};
+    const TextSize size = canvas.MeasureText(text, font);
+    const int pad = font.height / 3;
+    const Rect box{body.right - size.width - 3 * pad, body.bottom - size.height - 3 * pad,
+                   body.right - pad, body.bottom - pad};
+    const Palette& palette = PaletteOf(context);
+    canvas.DrawRectangle(box, palette.panel, palette.panelEdge);
+    canvas.DrawText(text, font, box, kAlignCenter, palette.label);
+}
+
+}  // namespace
+
+MapPlacement WorldMapPlacement(const AppState& app, const Rect& body) {
+    const double pixelsPerKm = PixelsPerKm(app, body.Width(), body.Height());
+    MapPlacement placement;
+    placement.distance = app.projection.Scale() / pixelsPerKm;
+    const MapCentre& centre = app.worldMapCentre;
+    const double middleX = (body.left + body.right) / 2.0;
+    const double middleY = (body.top + body.bottom) / 2.0;
+    placement.x0 = middleX - pixelsPerKm * centre.longitude * kKmPerDegreeLongitude;
+    placement.y0 = middleY + app.projection.LatitudeToY(centre.latitude, placement.distance);
+    const double half = HalfHeight(placement, app);
+    if (2 * half <= body.Height()) {
+        placement.y0 = middleY;
+    } else {
+        // No ground beyond the 80 degree edges while the world can fill the height.
+        placement.y0 = std::clamp(placement.y0, body.bottom - half, body.top + half);
+    }
+    return placement;
+}
+
+std::vector<MapPlacement> WorldMapCopies(const AppState& app, const Rect& body) {
+    const MapPlacement placement = WorldMapPlacement(app, body);
+    const double width = WorldWidth(placement, app);
+    std::vector<MapPlacement> copies;
+    for (int copy = -kMaximumCopies; copy <= kMaximumCopies; ++copy) {
+        MapPlacement shifted = placement;
+        shifted.x0 += copy * width;
+        if (shifted.x0 + width / 2 > body.left && shifted.x0 - width / 2 < body.right) {
+            copies.push_back(shifted);
+        }
+    }
+    return copies;
+}
+
+void PanWorldMap(AppState& app, double east, double south, double distance) {
+    const MapProjection& projection = app.projection;
+    const double pixelsPerKm = projection.Scale() / distance;
+    MapCentre& centre = app.worldMapCentre;
+    centre.longitude =
+        WrapLongitude(centre.longitude + east / (pixelsPerKm * kKmPerDegreeLongitude));
+    const double y = projection.LatitudeToY(centre.latitude, distance) - south;
+    centre.latitude = YToLatitude(projection, y, distance);
+}
+
+void StepWorldMap(AppState& app, int east, int south) {
+    // A map one pixel a step wide, at the world's zoom.
+    constexpr int kStepsPerWorld = 8;
+    const double distance = app.projection.Scale() / PixelsPerKm(app, kStepsPerWorld, 0);
+    PanWorldMap(app, east, south, distance);
+}
+
+void PaintWorldMapView(Canvas& canvas, const ViewContext& context) {
+    const Rect& body = context.layout.body;
+    canvas.SetClip(body);
+    canvas.DrawRectangle(body, GroundInkOf(context).ground, kNoColor);
+    const std::vector<MapPlacement> copies = WorldMapCopies(context.app, body);
+    const Image* picture = PictureOf(context);
+    for (const MapPlacement& copy : copies) {
+        if (picture != nullptr) {
+            DrawWorldPicture(canvas, *picture, WorldBoxOf(copy, context.app), body);
+        }
+    }
+    if (!copies.empty()) DrawGraticule(canvas, context, copies.front());
+    for (const MapPlacement& copy : copies) DrawMapLayers(canvas, context, copy);
+    DrawArrowMode(canvas, context);
+    if (picture == nullptr) DrawMissingNote(canvas, context);
+    canvas.ResetClip();
+    PaintCoordinateStrip(canvas, context);
+}
+
+}  // namespace tolvane

@@ -1,0 +1,72 @@
+#include "shell/map_pointer.h"
+
+#include <QApplication>
+
+#include "core/app/keys.h"
+#include "core/views/map_layers.h"
+#include "core/views/map_view.h"
+#include "core/views/world_map_view.h"
+
+namespace tolvane::shell {
+namespace {
+
+// One notch of a mouse wheel is 120 in Qt's eighths of a degree; it zooms
+// by four key steps, a quarter of a doubling.
+constexpr int kWheelNotch = 120;
+constexpr int kStepsPerNotch = 4;
+// A pinch zooms by one notch's steps for every tenth it grows or shrinks.
+constexpr double kPinchNotch = 0.1;
+
+}  // namespace
+
+void MapPointer::Press(QPoint at) {
+    pressed_ = last_ = at;
+    dragging_ = false;
+}
+
+void MapPointer::Move(QPoint at, const ViewLayout& layout) {
+    if (!dragging_ && (at - pressed_).manhattanLength() < QApplication::startDragDistance()) return;
+    dragging_ = true;
+    const QPoint moved = at - last_;
+    last_ = at;
+    DragShownMap(program_, moved.x(), moved.y(), layout.body);
+}
+
+bool MapPointer::Release() {
+    const bool tap = !dragging_;
+    dragging_ = false;
+    return tap;
+}
+
+void MapPointer::Wheel(int angleDelta) {
+    wheelRest_ += angleDelta;
+    const int notches = wheelRest_ / kWheelNotch;
+    if (notches == 0) return;
+    wheelRest_ -= notches * kWheelNotch;
+    ZoomShownMap(program_, notches * kStepsPerNotch);
+}
+
+void MapPointer::Pinch(double scaleChange) {
+    pinchRest_ += scaleChange;
+    const int notches = static_cast<int>(pinchRest_ / kPinchNotch);
+    if (notches == 0) return;
+    pinchRest_ -= notches * kPinchNotch;
+    ZoomShownMap(program_, notches * kStepsPerNotch);
+}
+
+QString TappedPointText(const AppState& app, const ViewLayout& layout, const FontSet& fonts,
+                        QPoint at) {
+    const ViewContext context{app, layout, fonts};
+    for (const MapPlacement& placement : ShownMapPlacements(app, layout.body)) {
+        const std::optional<TappedPoint> point =
+            FindPointAt(context, placement, {at.x(), at.y()}, layout.barHeight);
+        if (!point) continue;
+        QString text = QString::fromStdString(point->name);
+        if (!point->distance.empty())
+            text += QLatin1Char('\n') + QString::fromStdString(point->distance);
+        return text;
+    }
+    return {};
+}
+
+}  // namespace tolvane::shell
