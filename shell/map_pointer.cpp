@@ -17,6 +17,16 @@ constexpr int kStepsPerNotch = 4;
 // A pinch zooms by one notch's steps for every tenth it grows or shrinks.
 constexpr double kPinchNotch = 0.1;
 
+// Where the shown map puts the earth: the World Map repeats it east and
+// west; the Map view places it only when its picture is calibrated.
+std::vector<MapPlacement> ShownMapPlacements(const AppState& app, const Rect& body) {
+    if (app.currentView == kViewWorldMap) return WorldMapCopies(app, body);
+    if (app.currentView != kViewMap) return {};
+    const MapGeometry geometry = ComputeMapGeometry(app, body);
+    if (!geometry.calibrated) return {};
+    return {geometry.placement};
+}
+
 }  // namespace
 
 void MapPointer::Press(QPoint at) {

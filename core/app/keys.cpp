@@ -80,6 +80,15 @@ bool ZoomMap(AppState& app, int step) {
     return StepZoom(map.worldMapZoom, step, floor, kZoomCeiling);
 }
 
+// An arrow's step to the east and to the south.
+int EastStep(Key key) {
+    return key == Key::kRight ? 1 : key == Key::kLeft ? -1 : 0;
+}
+
+int SouthStep(Key key) {
+    return key == Key::kDown ? 1 : key == Key::kUp ? -1 : 0;
+}
+
 // Pans the Map view by east and south steps, whole ones at a time.
 void PanPictureMap(AppState& app, double east, double south) {
     // The steps count from where the map last followed the position.
@@ -111,8 +120,8 @@ void OnMapArrow(Program& program, Key key) {
             return;
         }
     } else {
-        const int east = key == Key::kRight ? 1 : key == Key::kLeft ? -1 : 0;
-        const int south = key == Key::kDown ? 1 : key == Key::kUp ? -1 : 0;
+        const int east = EastStep(key);
+        const int south = SouthStep(key);
         if (app.currentView == kViewWorldMap) {
             StepWorldMap(app, east, south);
         } else {

@@ -20,8 +20,8 @@ mkdir -m 700 "$work/runtime"
 env -u TOLVANE_HOME XDG_CONFIG_HOME="$work/config" XDG_RUNTIME_DIR="$work/runtime" \
   HOME="$work" "$work/prefix/bin/tolvane" --screenshot "$work/pictures" --at 5 >"$work/out"
 [ -d "$work/config/tolvane" ] || { echo "no settings folder in \$XDG_CONFIG_HOME"; exit 1; }
-[ "$(wc -l <"$work/out")" -eq 6 ] || { echo "not six pictures:"; cat "$work/out"; exit 1; }
+[ "$(wc -l <"$work/out")" -eq 7 ] || { echo "not seven pictures:"; cat "$work/out"; exit 1; }
 # The demo recording came from the installed resources: the default replay.
-for picture in gps-info satellites compass speed trip-stat map; do
+for picture in gps-info satellites compass speed trip-stat world-map map; do
   [ -s "$work/pictures/$picture.png" ] || { echo "missing $picture.png"; exit 1; }
 done

@@ -358,7 +358,7 @@ void WindowTest::ScreenshotsPaintEveryViewOfARecordingDayAndNight() {
             const double brightness = MeanBrightness(picture);
             // The World Map is a picture of the earth, dark by day too; its
             // night is held darker than its day below.
-            if (name == names.back()) {
+            if (name == QStringLiteral("world-map.png")) {
                 worldBrightness[night] = brightness;
                 continue;
             }
