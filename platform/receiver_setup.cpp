@@ -18,6 +18,7 @@
 #include <set>
 
 #include "core/app/gps_setup.h"
+#include "core/base/string_manager.h"
 #include "platform/serial_device.h"
 
 namespace tolvane::platform {
@@ -129,13 +130,13 @@ std::string DeviceProblemText(const std::string& devicePath, int error) {
     struct stat node;
     if (error == ENOENT || error == ENODEV || error == ENXIO || error == EIO ||
         ::stat(devicePath.c_str(), &node) != 0) {
-        return SetupText(kTextDeviceGone, {devicePath});
+        return FillLanguageText(kTextDeviceGone, {devicePath});
     }
     if (error == EACCES || error == EPERM) {
         const std::string group = GroupName(node.st_gid);
-        return SetupText(kTextDeviceNoPermission, {devicePath, group, group});
+        return FillLanguageText(kTextDeviceNoPermission, {devicePath, group, group});
     }
-    return SetupText(kTextDeviceCannotOpen, {devicePath, std::strerror(error)});
+    return FillLanguageText(kTextDeviceCannotOpen, {devicePath, std::strerror(error)});
 }
 
 std::string DeviceProblem(const std::string& devicePath) {

@@ -4,6 +4,7 @@
 #include <filesystem>
 #include <set>
 
+#include "core/base/string_manager.h"
 #include "core/data/geo_point_file.h"
 
 namespace fs = std::filesystem;

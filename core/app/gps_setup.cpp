@@ -11,32 +11,20 @@ constexpr int kSaveAttempts = 5;
 
 }  // namespace
 
-std::string SetupText(std::uint32_t id, const std::vector<std::string>& arguments) {
-    std::string text = LanguageText(id);
-    std::size_t from = 0;
-    for (const std::string& argument : arguments) {
-        const std::size_t place = text.find("%s", from);
-        if (place == std::string::npos) break;
-        text.replace(place, 2, argument);
-        from = place + argument.size();
-    }
-    return text;
-}
-
 std::string LiveLineText(const NmeaListenSummary& summary, std::uint32_t baudRate,
                          std::int64_t nowMilliseconds) {
     const std::string baud = std::to_string(baudRate);
-    if (summary.sentences == 0) return SetupText(kTextLiveNothingYet, {baud});
+    if (summary.sentences == 0) return FillLanguageText(kTextLiveNothingYet, {baud});
     const std::int64_t seconds = nowMilliseconds > summary.lastMilliseconds
                                      ? (nowMilliseconds - summary.lastMilliseconds) / 1000
                                      : 0;
-    return SetupText(kTextLiveHeard, {std::to_string(summary.sentences), baud, summary.lastSentence,
+    return FillLanguageText(kTextLiveHeard, {std::to_string(summary.sentences), baud, summary.lastSentence,
                                       std::to_string(seconds)});
 }
 
 std::string OtherGnssAdvice(const NmeaListenSummary& summary, bool multiGnss) {
     if (!TalksOnlyOtherGnss(summary)) return {};
-    return SetupText(multiGnss ? kTextLiveOtherGnssRead : kTextLiveOtherGnss,
+    return FillLanguageText(multiGnss ? kTextLiveOtherGnssRead : kTextLiveOtherGnss,
                      {summary.otherTalker});
 }
 

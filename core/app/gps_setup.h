@@ -46,8 +46,6 @@ inline constexpr std::uint32_t kTextSearchFailed = 14345;
 inline constexpr std::uint32_t kTextSearchCancel = 14346;
 inline constexpr std::uint32_t kTextSearchUse = 14347;
 
-// The language text of id with each "%s" filled by the next argument in turn.
-std::string SetupText(std::uint32_t id, const std::vector<std::string>& arguments = {});
 
 // The live line of GPS Setup: "12 sentences, 4800 baud, last $GPRMC 2 s ago",
 // or that nothing has come yet at the rate being tried.

@@ -39,6 +39,18 @@ std::map<std::uint32_t, std::string> ParseBuiltInEnglish() {
 
 }  // namespace
 
+std::string FillLanguageText(std::uint32_t id, const std::vector<std::string>& arguments) {
+    std::string text = LanguageText(id);
+    std::size_t from = 0;
+    for (const std::string& argument : arguments) {
+        const std::size_t place = text.find("%s", from);
+        if (place == std::string::npos) break;
+        text.replace(place, 2, argument);
+        from = place + argument.size();
+    }
+    return text;
+}
+
 std::string LanguageText(std::uint32_t id) {
     std::string text = CStringManager::GetInstance().GetText(id);
     if (!text.empty()) return text;

@@ -4,6 +4,7 @@
 #include <map>
 #include <mutex>
 #include <string>
+#include <vector>
 
 namespace tolvane {
 
@@ -52,6 +53,9 @@ class CStringManager {
 // into the program when the file lacks it (a missing or damaged file), so
 // that a message is never shown empty. Empty only for an id neither has.
 std::string LanguageText(std::uint32_t id);
+
+// A language text with each "%s" replaced by the next argument, in order.
+std::string FillLanguageText(std::uint32_t id, const std::vector<std::string>& arguments = {});
 
 // The language file's name for a language selector pair.
 std::string LanguageFilePath(int primaryLanguage, int subLanguage);

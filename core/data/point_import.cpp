@@ -78,18 +78,6 @@ std::string LineText(int line) {
 
 }  // namespace
 
-std::string FillLanguageText(std::uint32_t id, const std::vector<std::string>& arguments) {
-    std::string text = LanguageText(id);
-    std::size_t from = 0;
-    for (const std::string& argument : arguments) {
-        const std::size_t place = text.find("%s", from);
-        if (place == std::string::npos) break;
-        text.replace(place, 2, argument);
-        from = place + argument.size();
-    }
-    return text;
-}
-
 std::string GroupedCount(std::size_t count) {
     std::string digits = std::to_string(count);
     for (std::size_t at = digits.size(); at > 3; at -= 3) digits.insert(at - 3, " ");

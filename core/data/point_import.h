@@ -93,8 +93,6 @@ inline constexpr std::uint32_t kTextImportEmpty = 17426;
 inline constexpr std::uint32_t kTextTrackPartlyRead = 17430;
 inline constexpr std::uint32_t kTextTrackEmpty = 17431;
 
-// A language text with each "%s" replaced by the next argument, in order.
-std::string FillLanguageText(std::uint32_t id, const std::vector<std::string>& arguments);
 
 // A count with its thousands set apart by blanks, "3 400", as the preview
 // shows it.

@@ -7,6 +7,7 @@
 
 #include "core/app/gps_setup.h"
 #include "core/gps/port_source.h"
+#include "core/base/string_manager.h"
 
 namespace tolvane::shell {
 
@@ -20,7 +21,7 @@ class BluetoothSearchWorker final : public QObject {
         Stop();
         if (QBluetoothLocalDevice::allDevices().isEmpty()) {
             emit Finished(
-                QString::fromStdString(SetupText(kTextSearchNoAdapter, {kErrorBluetoothPort})));
+                QString::fromStdString(FillLanguageText(kTextSearchNoAdapter, {kErrorBluetoothPort})));
             return;
         }
         agent_ = new QBluetoothServiceDiscoveryAgent(this);
@@ -58,8 +59,8 @@ class BluetoothSearchWorker final : public QObject {
             error == QBluetoothServiceDiscoveryAgent::InvalidBluetoothAdapterError ||
             error == QBluetoothServiceDiscoveryAgent::PoweredOffError;
         const std::string code = std::string(kErrorBluetoothPort) + ", " + std::to_string(error);
-        if (noAdapter) return QString::fromStdString(SetupText(kTextSearchNoAdapter, {code}));
-        return QString::fromStdString(SetupText(kTextSearchFailed, {words.toStdString(), code}));
+        if (noAdapter) return QString::fromStdString(FillLanguageText(kTextSearchNoAdapter, {code}));
+        return QString::fromStdString(FillLanguageText(kTextSearchFailed, {words.toStdString(), code}));
     }
 
     QBluetoothServiceDiscoveryAgent* agent_ = nullptr;

@@ -312,9 +312,9 @@ void GpsSetupDialog::ShowProbe() {
     if (!status.problem.empty()) {
         line = status.problem;
     } else if (status.exhausted) {
-        line = SetupText(kTextLiveNoNmea);
+        line = FillLanguageText(kTextLiveNoNmea);
     } else if (status.searching && status.summary.sentences == 0) {
-        line = SetupText(kTextLiveTrying, {baud});
+        line = FillLanguageText(kTextLiveTrying, {baud});
     } else {
         line = LiveLineText(status.summary, status.baudRate, platform::ReceiverProbe::Now());
     }
@@ -331,7 +331,7 @@ void GpsSetupDialog::ShowGpsdState() {
     std::thread([label] {
         const std::string address = platform::GpsdAddressText();
         const std::string text =
-            SetupText(platform::GpsdAnswers() ? kTextGpsdRunning : kTextGpsdNotRunning, {address});
+            FillLanguageText(platform::GpsdAnswers() ? kTextGpsdRunning : kTextGpsdNotRunning, {address});
         QMetaObject::invokeMethod(
             qApp,
             [label, text] {
@@ -365,7 +365,7 @@ void GpsSetupDialog::EndSearch(const QString& problem) {
         searchState_->setText(Text(kTextSearchNoneFound));
     } else {
         searchState_->setText(
-            QString::fromStdString(SetupText(kTextSearchFound, {std::to_string(found_.size())})));
+            QString::fromStdString(FillLanguageText(kTextSearchFound, {std::to_string(found_.size())})));
     }
 }
 
@@ -413,7 +413,7 @@ void GpsSetupDialog::accept() {
         if (!device.empty() && !platform::WritePortLink(portName, device, reason)) {
             QMessageBox::warning(
                 this, QString::fromStdString(program_.title),
-                QString::fromStdString(SetupText(kTextLinkNotWritten, {portName, device, reason})));
+                QString::fromStdString(FillLanguageText(kTextLinkNotWritten, {portName, device, reason})));
             return;
         }
     }
