@@ -1,6 +1,7 @@
 #include "core/app/local_settings.h"
 
 #include <algorithm>
+#include <charconv>
 #include <filesystem>
 #include <fstream>
 #include <system_error>
@@ -9,6 +10,9 @@ namespace tolvane {
 namespace {
 
 constexpr std::string_view kMultiGnssName = "multi-gnss";
+constexpr std::string_view kBluetoothChannelName = "bluetooth-channel";
+// RFCOMM channels run from 1 to 30.
+constexpr int kLastRfcommChannel = 30;
 // The file is a few lines; what lies beyond this is no setting of the
 // program and is not read.
 constexpr std::size_t kMostRead = 64 * 1024;
@@ -27,6 +31,14 @@ void ReadSetting(std::string_view line, AppState& app) {
     const std::string_view name = Trimmed(line.substr(0, equals));
     const std::string_view value = Trimmed(line.substr(equals + 1));
     if (name == kMultiGnssName && (value == "0" || value == "1")) app.multiGnss = value == "1";
+    if (name == kBluetoothChannelName) {
+        int channel = 0;
+        const auto [end, error] = std::from_chars(value.data(), value.data() + value.size(), channel);
+        if (error == std::errc() && end == value.data() + value.size() && channel >= 1 &&
+            channel <= kLastRfcommChannel) {
+            app.runtime.bluetoothChannel = channel;
+        }
+    }
 }
 
 }  // namespace
@@ -47,7 +59,10 @@ void ReadLocalSettings(std::string_view text, AppState& app) {
 std::string LocalSettingsText(const AppState& app) {
     return "# Tolvane GPS Utilities: the settings kept beside Options.dat.\n"
            "# multi-gnss: 1 reads the GN, GL, GA, GB and GQ talkers as GP, 0 GP alone.\n" +
-           std::string(kMultiGnssName) + " = " + (app.multiGnss ? "1" : "0") + "\n";
+           std::string(kMultiGnssName) + " = " + (app.multiGnss ? "1" : "0") + "\n" +
+           "# bluetooth-channel: the RFCOMM channel of the chosen Bluetooth receiver.\n" +
+           std::string(kBluetoothChannelName) + " = " + std::to_string(app.runtime.bluetoothChannel) +
+           "\n";
 }
 
 void LoadLocalSettings(Program& program) {

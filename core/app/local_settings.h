@@ -12,7 +12,9 @@ namespace tolvane {
 // a line; blank lines and lines starting with '#' are passed over, and so
 // are names the program does not know and values it cannot read, which
 // leave their setting at its default:
-//   multi-gnss = 1    read the GN, GL, GA, GB and GQ talkers as GP (0: off)
+//   multi-gnss = 1          read the GN, GL, GA, GB and GQ talkers as GP (0: off)
+//   bluetooth-channel = 1   the RFCOMM channel the receiver search found
+//                           (1 to 30; 0 or missing: unknown, channel 1 is tried)
 inline constexpr char kLocalSettingsFileName[] = "tolvane.conf";
 
 // The file's path: beside the settings record at optionsPath.

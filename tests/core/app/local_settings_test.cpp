@@ -22,6 +22,20 @@ TEST(LocalSettingsTest, OnlyAReadableLineSetsTheSwitch) {
     EXPECT_FALSE(MultiGnssOf("multi-gnss = yes\nmulti-gnss 1\nmultignss = 1\n=\n"));
 }
 
+TEST(LocalSettingsTest, TheBluetoothChannelIsKeptWhenItIsAnRfcommChannel) {
+    AppState app;
+    app.runtime.bluetoothChannel = 5;
+    AppState read;
+    ReadLocalSettings(LocalSettingsText(app), read);
+    EXPECT_EQ(read.runtime.bluetoothChannel, 5);
+    for (const char* bad : {"bluetooth-channel = 31", "bluetooth-channel = 0",
+                            "bluetooth-channel = 3x", "bluetooth-channel = -2"}) {
+        AppState kept;
+        ReadLocalSettings(bad, kept);
+        EXPECT_EQ(kept.runtime.bluetoothChannel, 0) << bad;
+    }
+}
+
 // The file is written beside Options.dat, read by the next start, and the
 // switch reaches the port source when the GPS starts.
 TEST(LocalSettingsTest, TheSwitchSurvivesARestartAndReachesThePortSourceAtStart) {
