@@ -3,6 +3,7 @@
 #include <QImage>
 #include <QPolygon>
 #include <QTransform>
+#include <algorithm>
 
 namespace tolvane::shell {
 namespace {
@@ -128,7 +129,7 @@ void QtCanvas::DrawImage(const Image& image, const Rect& source, const Rect& tar
 }
 
 void QtCanvas::DrawImageMapped(const Image& image, const Rect& source, Point topLeft,
-                               Point topRight, Point bottomLeft) {
+                               Point topRight, Point bottomLeft, double brightness) {
     if (image.width <= 0 || image.height <= 0 || source.Width() <= 0 || source.Height() <= 0) {
         return;
     }
@@ -142,6 +143,12 @@ void QtCanvas::DrawImageMapped(const Image& image, const Rect& source, Point top
     painter_.setTransform(transform, true);
     painter_.setRenderHint(QPainter::SmoothPixmapTransform);
     painter_.drawImage(QRectF(0, 0, width, height), BorrowedImage(image), ToQRect(source));
+    // The pixels carry no alpha, so the picture is darkened by a veil of
+    // black over it rather than drawn translucent.
+    if (brightness < 1) {
+        painter_.fillRect(QRectF(0, 0, width, height),
+                          QColor(0, 0, 0, qRound(255 * (1 - std::max(0.0, brightness)))));
+    }
     painter_.restore();
 }
 

@@ -29,7 +29,7 @@ class QtCanvas final : public Canvas {
 
     void DrawImage(const Image& image, const Rect& source, const Rect& target) override;
     void DrawImageMapped(const Image& image, const Rect& source, Point topLeft, Point topRight,
-                         Point bottomLeft) override;
+                         Point bottomLeft, double brightness) override;
 
     void SetClip(const Rect& box) override;
     void ResetClip() override;

@@ -81,9 +81,10 @@ class Canvas {
     virtual void DrawImage(const Image& image, const Rect& source, const Rect& target) = 0;
     // Draws the source part of image onto the parallelogram whose corners
     // the source's top-left, top-right and bottom-left corners go to: a
-    // map picture turned and stretched by its calibration.
+    // map picture turned and stretched by its calibration. Below a brightness
+    // of 1 the picture is drawn darker, so that it does not dazzle at night.
     virtual void DrawImageMapped(const Image& image, const Rect& source, Point topLeft,
-                                 Point topRight, Point bottomLeft) = 0;
+                                 Point topRight, Point bottomLeft, double brightness) = 0;
 
     // Limits drawing to box until the clip is reset.
     virtual void SetClip(const Rect& box) = 0;

@@ -60,6 +60,9 @@ Rect VisibleSource(const MapGeometry& geometry, const Rect& body, const MapPictu
             level(maxX, picture.width, true), level(maxY, picture.height, true)};
 }
 
+// How bright the picture is drawn in the night palette.
+constexpr double kNightPictureBrightness = 0.45;
+
 void PaintPicture(Canvas& canvas, const ViewContext& context, const MapGeometry& geometry) {
     const MapPicture& picture = *context.app.map.picture;
     if (picture.levels.empty()) return;
@@ -70,8 +73,12 @@ void PaintPicture(Canvas& canvas, const ViewContext& context, const MapGeometry&
     const auto screen = [&](int x, int y) {
         return Rounded(geometry.pictureToScreen.Apply(x / levelScale, y / levelScale));
     };
+    // At night the picture is dimmed, so that a paper map's white does not
+    // dazzle.
+    const double brightness = context.app.options.nightView != 0 ? kNightPictureBrightness : 1.0;
     canvas.DrawImageMapped(image, source, screen(source.left, source.top),
-                           screen(source.right, source.top), screen(source.left, source.bottom));
+                           screen(source.right, source.top), screen(source.left, source.bottom),
+                           brightness);
 }
 
 // Each set point as a ring with its number, and its residual once a

@@ -50,7 +50,7 @@ class RecordingCanvas final : public Canvas {
     }
     // A mapped image records its top-left and bottom-right corners.
     void DrawImageMapped(const Image&, const Rect&, Point topLeft, Point topRight,
-                         Point bottomLeft) override {
+                         Point bottomLeft, double) override {
         const Point bottomRight{topRight.x + bottomLeft.x - topLeft.x,
                                 topRight.y + bottomLeft.y - topLeft.y};
         calls.push_back({Kind::kImage,
