@@ -108,7 +108,12 @@ QString UsageText() {
         "World Map (key 2): Enter switches the arrow keys between zooming (Up, Down)\n"
         "and panning; a drag pans, the wheel or a pinch zooms, a tap on a point shows\n"
         "its name and distance. The map follows the position again 10 seconds after\n"
-        "a pan while the GPS is on. Its pictures come from the package xplanet-images.\n");
+        "a pan while the GPS is on. Its pictures come from the package xplanet-images.\n"
+        "\n"
+        "GPS Setup (key * or F8) finds the receiver: gpsd, a serial, USB or\n"
+        "Bluetooth port, with the baud rate found by itself. The Menu soft key holds\n"
+        "Options, Track Interval, Speed Alarm, the waypoints and POI, destination\n"
+        "lists, GPX import and View Log File.\n");
 }
 
 }  // namespace tolvane::shell
