@@ -2,14 +2,10 @@
 
 #include "core/app/gps_commands.h"
 #include "core/app/local_settings.h"
+#include "core/app/shutdown.h"
 #include "core/base/string_manager.h"
 
 namespace tolvane {
-namespace {
-
-constexpr int kSaveAttempts = 5;
-
-}  // namespace
 
 std::string LiveLineText(const NmeaListenSummary& summary, std::uint32_t baudRate,
                          std::int64_t nowMilliseconds) {
@@ -70,7 +66,7 @@ void ApplyGpsSetup(Program& program, const GpsSetupChoice& choice, int foundBaud
     runtime.bluetoothChannel = choice.bluetoothChannel;
     program.app.multiGnss = choice.multiGnss;
     SaveLocalSettings(program);
-    SaveOptions(program.files.optionsPath, options, kSaveAttempts);
+    SaveProgramSettings(program);
 }
 
 void AddFoundReceiver(std::vector<BluetoothReceiver>& receivers, const BluetoothReceiver& found) {
