@@ -1,5 +1,6 @@
 #!/usr/bin/env bash
-# Builds everything and runs every test: the check that the build used only
+# Builds everything and runs every test: the check that every include points
+# down the ladder of floors, the check that the build used only
 # packages that install-deps.sh installs, the developer build's tests, the
 # core tests again under the address and undefined-behaviour sanitizers,
 # and a bounded fuzzing run of every reader of outside input. Ends with one
@@ -8,6 +9,8 @@ set -euo pipefail
 cd "$(dirname "$0")/.."
 
 scripts/install-deps.sh
+# Every include points down the ladder of floors; fails before any build.
+scripts/check-layers.sh
 
 jobs=$(nproc)
 logs=$(mktemp -d)

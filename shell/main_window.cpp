@@ -16,7 +16,6 @@
 #include "core/app/map_commands.h"
 #include "core/app/menu_model.h"
 #include "core/base/debug_trace.h"
-#include "core/views/map_layers.h"
 #include "shell/soft_key_bar.h"
 
 namespace tolvane::shell {
@@ -72,7 +71,7 @@ void ViewArea::mouseReleaseEvent(QMouseEvent* event) {
     // A tap on the picture places the reference point being placed; taken
     // on release, so that its dialog opens with the pointer let go.
     if (TapRefPoint(program_, renderer_.Layout().body, at.x(), at.y())) return;
-    const QString text = TappedPointText(program_.app, renderer_.Layout(), renderer_.Fonts(), at);
+    const QString text = TappedPointText(program_.app, renderer_.Layout(), at);
     if (text.isEmpty()) {
         QToolTip::hideText();
     } else {

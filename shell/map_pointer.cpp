@@ -3,9 +3,8 @@
 #include <QApplication>
 
 #include "core/app/keys.h"
-#include "core/views/map_layers.h"
-#include "core/views/map_view.h"
-#include "core/views/world_map_view.h"
+#include "core/placement/picture_map_placement.h"
+#include "core/placement/world_map_placement.h"
 
 namespace tolvane::shell {
 namespace {
@@ -64,12 +63,10 @@ void MapPointer::Pinch(double scaleChange) {
     ZoomShownMap(program_, notches * kStepsPerNotch);
 }
 
-QString TappedPointText(const AppState& app, const ViewLayout& layout, const FontSet& fonts,
-                        QPoint at) {
-    const ViewContext context{app, layout, fonts};
+QString TappedPointText(const AppState& app, const ViewLayout& layout, QPoint at) {
     for (const MapPlacement& placement : ShownMapPlacements(app, layout.body)) {
         const std::optional<TappedPoint> point =
-            FindPointAt(context, placement, {at.x(), at.y()}, layout.barHeight);
+            FindPointAt(app, placement, {at.x(), at.y()}, layout.barHeight);
         if (!point) continue;
         QString text = QString::fromStdString(point->name);
         if (!point->distance.empty())

@@ -4,7 +4,6 @@
 #include <QString>
 
 #include "core/app/program.h"
-#include "core/views/font_set.h"
 #include "core/views/view_frame.h"
 
 namespace tolvane::shell {
@@ -36,7 +35,6 @@ class MapPointer {
 
 // The name and distance of the point shown under at in the current map
 // view, as a tip's text; empty when no point is there.
-QString TappedPointText(const AppState& app, const ViewLayout& layout, const FontSet& fonts,
-                        QPoint at);
+QString TappedPointText(const AppState& app, const ViewLayout& layout, QPoint at);
 
 }  // namespace tolvane::shell

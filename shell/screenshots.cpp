@@ -10,8 +10,7 @@
 #include "core/base/program_paths.h"
 #include "core/base/string_manager.h"
 #include "core/maps/recent_maps.h"
-#include "core/views/map_layers.h"
-#include "shell/map_loader.h"
+#include "shell/dialogs/map_loader.h"
 #include "shell/view_renderer.h"
 #include "tools/replay/replay.h"
 
@@ -27,9 +26,13 @@ struct ViewPicture {
 };
 
 constexpr ViewPicture kPictures[] = {
-    {kViewGpsInfo, "gps-info.png"},   {kViewSatellites, "satellites.png"},
-    {kViewCompass, "compass.png"},    {kViewSpeed, "speed.png"},
-    {kViewTripStat, "trip-stat.png"}, {kViewWorldMap, "world-map.png"}, {kViewMap, "map.png"},
+    {kViewGpsInfo, "gps-info.png"},
+    {kViewSatellites, "satellites.png"},
+    {kViewCompass, "compass.png"},
+    {kViewSpeed, "speed.png"},
+    {kViewTripStat, "trip-stat.png"},
+    {kViewWorldMap, "world-map.png"},
+    {kViewMap, "map.png"},
 };
 
 // The picture of recent map 1, for the Map view's picture. A relative path

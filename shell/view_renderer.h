@@ -4,7 +4,7 @@
 #include <QSize>
 #include <QString>
 
-#include "core/app/app_state.h"
+#include "core/state/app_state.h"
 #include "core/views/font_set.h"
 #include "core/views/view_frame.h"
 #include "core/views/world_imagery.h"

@@ -3,8 +3,8 @@
 #include <string>
 #include <vector>
 
-#include "core/app/app_state.h"
 #include "core/data/point_import.h"
+#include "core/state/app_state.h"
 
 namespace tolvane {
 

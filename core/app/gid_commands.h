@@ -1,11 +1,11 @@
 #pragma once
 
-#include "core/app/app_state.h"
 #include "core/app/host.h"
 #include "core/app/language_messages.h"
 #include "core/base/device_helpers.h"
 #include "core/base/dynamic_library.h"
 #include "core/gps/gid_source.h"
+#include "core/state/app_state.h"
 
 namespace tolvane {
 

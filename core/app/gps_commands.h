@@ -3,10 +3,10 @@
 #include <cstdint>
 #include <string>
 
-#include "core/app/app_state.h"
 #include "core/app/host.h"
 #include "core/app/language_messages.h"
 #include "core/gps/port_source.h"
+#include "core/state/app_state.h"
 
 namespace tolvane {
 

@@ -7,9 +7,8 @@
 #include "core/app/map_commands.h"
 #include "core/base/string_manager.h"
 #include "core/nav/instrument_memory.h"
-#include "core/views/map_layers.h"
-#include "core/views/map_view.h"
-#include "core/views/world_map_view.h"
+#include "core/placement/picture_map_placement.h"
+#include "core/placement/world_map_placement.h"
 
 namespace tolvane {
 namespace {

@@ -8,10 +8,6 @@ namespace {
 
 constexpr int kIdleResetTicks = 7;
 
-bool HasFix(const GpsState& gps) {
-    return gps.connected && gps.fixValid;
-}
-
 }  // namespace
 
 void UpdateGpsState(AppState& app) {
@@ -24,7 +20,7 @@ void MainTimerProc(AppState& app, Host& host) {
     GpsState& gps = app.gps;
     UpdateGpsState(app);
     ApplyMinimumSpeedHold(gps, app.options.unitSystem, app.options.minimumSpeed);
-    if (HasFix(gps)) {
+    if (HasLiveFix(gps)) {
         app.mapFollow = {gps.latitude, gps.longitude, true};
         // The World Map follows the position unless a pan paused it.
         if (app.mapCountdown == 0) app.worldMapCentre = {gps.latitude, gps.longitude};
@@ -38,7 +34,7 @@ void MainTimerProc(AppState& app, Host& host) {
     AdvanceInstrumentMemory(app.instruments, gps, app.options);
 
     gps.noFixBlink = gps.connected && !gps.fixValid ? !gps.noFixBlink : 0;
-    if ((app.currentView == kViewWorldMap || app.currentView == kViewMap) && app.mapCountdown > 0) {
+    if (IsMapView(app.currentView) && app.mapCountdown > 0) {
         --app.mapCountdown;
     }
     if (++gps.idleTicks == kIdleResetTicks) {
@@ -49,9 +45,10 @@ void MainTimerProc(AppState& app, Host& host) {
 }
 
 void TrackTimerProc(AppState& app, Host& host) {
-    const TrackTimerInputs inputs{app.gps, app.options,    app.gpsRunning, app.folders.trackLogDir,
-                                  host,    app.currentView};
-    if (TrackTimerTick(app.track, inputs)) host.Repaint();
+    TrackTimerTick(app.track,
+                   {app.gps, app.options, app.gpsRunning, app.folders.trackLogDir, host});
+    // The map views draw the track live.
+    if (IsMapView(app.currentView)) host.Repaint();
     ReportTrackFailure(app, host);
 }
 

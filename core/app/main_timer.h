@@ -1,7 +1,7 @@
 #pragma once
 
-#include "core/app/app_state.h"
 #include "core/app/host.h"
+#include "core/state/app_state.h"
 
 namespace tolvane {
 

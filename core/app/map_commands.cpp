@@ -7,7 +7,7 @@
 #include "core/app/language_messages.h"
 #include "core/maps/map_files.h"
 #include "core/maps/recent_maps.h"
-#include "core/views/map_view.h"
+#include "core/placement/picture_map_placement.h"
 
 namespace tolvane {
 namespace {

@@ -10,7 +10,7 @@
 #include "core/base/number_fields.h"
 #include "core/base/string_manager.h"
 #include "core/data/geo_point_file.h"
-#include "core/nav/formatting.h"
+#include "core/geo/formatting.h"
 #include "core/nav/voice_guide.h"
 
 namespace tolvane {

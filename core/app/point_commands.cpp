@@ -2,7 +2,7 @@
 
 #include <set>
 
-#include "core/data/csv_text.h"
+#include "core/base/csv_text.h"
 #include "core/nav/destination_list.h"
 
 namespace tolvane {

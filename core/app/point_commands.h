@@ -2,8 +2,8 @@
 
 #include <string>
 
-#include "core/app/app_state.h"
 #include "core/data/point_collection.h"
+#include "core/state/app_state.h"
 
 namespace tolvane {
 

@@ -15,7 +15,7 @@ Program::Program(const ProgramServices& services, const ProgramFiles& programFil
     ResetOptions(app.options);
     app.alarm.path = files.alarmPath;
     port.links.device = &services.serialDevice;
-    port.links.options = &app.options;
+    port.links.logNmeaSetting = &app.options.logNmea;
     LinkPortSourceToHost(port, host);
     // The watchdog runs on the user-interface loop, so the lost-GPS command
     // runs there like any other command.

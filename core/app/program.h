@@ -2,13 +2,13 @@
 
 #include <string>
 
-#include "core/app/app_state.h"
 #include "core/app/host.h"
 #include "core/base/device_helpers.h"
 #include "core/base/dynamic_library.h"
 #include "core/gps/gid_source.h"
 #include "core/gps/port_source.h"
 #include "core/gps/serial_device.h"
+#include "core/state/app_state.h"
 
 namespace tolvane {
 

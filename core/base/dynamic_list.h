@@ -126,6 +126,10 @@ class DynamicList {
     void ForEach(Visitor&& visit) {
         for (Node* node = head_; node != nullptr; node = node->next) visit(node->record);
     }
+    template <typename Visitor>
+    void ForEach(Visitor&& visit) const {
+        for (const Node* node = head_; node != nullptr; node = node->next) visit(node->record);
+    }
 
   private:
     struct Node {

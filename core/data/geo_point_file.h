@@ -4,9 +4,9 @@
 #include <string>
 #include <string_view>
 
+#include "core/base/csv_text.h"
 #include "core/base/dynamic_list.h"
-#include "core/data/csv_text.h"
-#include "core/data/geo_point.h"
+#include "core/geo/geo_point.h"
 
 namespace tolvane {
 

@@ -1,6 +1,6 @@
 #include "core/data/gpx_writer.h"
 
-#include "core/data/csv_text.h"
+#include "core/base/csv_text.h"
 
 namespace tolvane {
 namespace {

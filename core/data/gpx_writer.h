@@ -3,7 +3,7 @@
 #include <string>
 #include <vector>
 
-#include "core/data/geo_point.h"
+#include "core/geo/geo_point.h"
 
 namespace tolvane {
 

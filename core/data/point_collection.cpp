@@ -6,8 +6,8 @@
 
 #include "core/data/geo_point_file.h"
 #include "core/data/point_entry.h"
-#include "core/nav/distance.h"
-#include "core/nav/formatting.h"
+#include "core/geo/distance.h"
+#include "core/geo/formatting.h"
 
 namespace tolvane {
 namespace {

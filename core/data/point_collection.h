@@ -4,7 +4,7 @@
 #include <vector>
 
 #include "core/base/dynamic_list.h"
-#include "core/data/geo_point.h"
+#include "core/geo/geo_point.h"
 
 namespace tolvane {
 

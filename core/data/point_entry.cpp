@@ -2,12 +2,12 @@
 
 #include <optional>
 
+#include "core/base/csv_text.h"
 #include "core/base/string_manager.h"
 #include "core/base/text_encoding.h"
-#include "core/data/csv_text.h"
 #include "core/data/geo_point_file.h"
-#include "core/nav/coordinate_entry.h"
-#include "core/nav/formatting.h"
+#include "core/geo/coordinate_entry.h"
+#include "core/geo/formatting.h"
 
 namespace tolvane {
 namespace {

@@ -7,8 +7,8 @@
 #include <vector>
 
 #include "core/base/file_time.h"
-#include "core/data/geo_point.h"
 #include "core/data/track_file.h"
+#include "core/geo/geo_point.h"
 
 namespace tolvane {
 
@@ -92,7 +92,6 @@ inline constexpr std::uint32_t kTextTrackFileFilter = 17425;
 inline constexpr std::uint32_t kTextImportEmpty = 17426;
 inline constexpr std::uint32_t kTextTrackPartlyRead = 17430;
 inline constexpr std::uint32_t kTextTrackEmpty = 17431;
-
 
 // A count with its thousands set apart by blanks, "3 400", as the preview
 // shows it.

@@ -6,9 +6,9 @@
 #include <string_view>
 #include <vector>
 
+#include "core/base/csv_text.h"
 #include "core/base/dynamic_list.h"
 #include "core/base/file_time.h"
-#include "core/data/csv_text.h"
 #include "core/data/options.h"
 #include "core/gps/gps_state.h"
 

@@ -68,7 +68,7 @@ void AdvanceRunningTrack(TrackLogger& logger, const TrackTimerInputs& in) {
 
 }  // namespace
 
-bool TrackTimerTick(TrackLogger& logger, const TrackTimerInputs& inputs) {
+void TrackTimerTick(TrackLogger& logger, const TrackTimerInputs& inputs) {
     {
         const std::lock_guard<std::mutex> guard(logger.lock);
         if (inputs.gpsRunning) {
@@ -77,7 +77,6 @@ bool TrackTimerTick(TrackLogger& logger, const TrackTimerInputs& inputs) {
             logger.countdown = -1;
         }
     }
-    return inputs.currentView == kWorldMapView || inputs.currentView == kMapView;
 }
 
 void RestartTrackFile(TrackLogger& logger, Options& options, std::int32_t format,

@@ -19,16 +19,14 @@ namespace tolvane {
 inline constexpr std::int32_t kMinimumTrackInterval = 1;
 inline constexpr std::int32_t kMaximumTrackInterval = 3600;
 
-// The views of the view switch that draw the track live (World Map and Map).
-inline constexpr int kWorldMapView = 4;
-inline constexpr int kMapView = 5;
-
 // The track logger's state. Its lock is the program's track lock: the track
 // timer, the Options dialog when it restarts the file, map loading and track
 // drawing take it before they touch the file path, the lists or the map
 // picture, so none of them sees the others' work half done.
 struct TrackLogger {
-    std::mutex lock;
+    // Mutable: the painters, which only read, lock it through a const view
+    // of the state.
+    mutable std::mutex lock;
     // Seconds until the next point; -1 while the GPS was not running at the
     // last tick, which makes the next running tick begin a new track.
     std::int32_t countdown = -1;
@@ -59,7 +57,6 @@ struct TrackTimerInputs {
     bool gpsRunning;
     const std::string& trackLogFolder;
     const Clock& clock;
-    int currentView;
 };
 
 // The one-second track timer: counts the selected interval down and, when
@@ -67,9 +64,8 @@ struct TrackTimerInputs {
 // starts, then every interval); starts and ends the track file as the
 // "Enable Logger" flag changes. Runs inside the track lock. A file that
 // cannot be created or a point that cannot be written is recorded in
-// failedPath. Returns true when the current view draws the track live and
-// must be repainted.
-bool TrackTimerTick(TrackLogger& logger, const TrackTimerInputs& inputs);
+// failedPath.
+void TrackTimerTick(TrackLogger& logger, const TrackTimerInputs& inputs);
 
 // The Options dialog's restart when the track log format (or the storage
 // location, and with it trackLogFolder) changes while logging: stores the

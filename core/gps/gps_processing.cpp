@@ -4,8 +4,8 @@
 #include <iterator>
 #include <limits>
 
-#include "core/nav/distance.h"
-#include "core/nav/units.h"
+#include "core/geo/distance.h"
+#include "core/geo/units.h"
 
 namespace tolvane {
 namespace {
@@ -186,7 +186,7 @@ void ApplyMinimumSpeedHold(GpsState& state, int unitSystem, double minimumSpeed)
         state.hadFixLastTick = 0;
         return;
     }
-    const bool tooSlow = ConvertSpeed(state, unitSystem) < minimumSpeed;
+    const bool tooSlow = SpeedInUnit(state.speedKnots, unitSystem) < minimumSpeed;
     if (state.hadFixLastTick) {
         if (tooSlow) {
             state.latitude = state.heldLatitude;

@@ -55,4 +55,9 @@ struct GpsState : GpsFix {
     std::int32_t timeResyncCountdown = 0;
 };
 
+// Whether the state holds a valid fix of a connected receiver.
+inline bool HasLiveFix(const GpsState& gps) {
+    return gps.connected && gps.fixValid;
+}
+
 }  // namespace tolvane

@@ -222,7 +222,7 @@ bool OpenPort(PortSource& port) {
 }
 
 bool StartReader(PortSource& port, ReaderDrive drive) {
-    port.logNmea = port.links.options != nullptr && port.links.options->logNmea != 0;
+    port.logNmea = port.links.logNmeaSetting != nullptr && *port.links.logNmeaSetting != 0;
     if (port.logNmea) BuildNmeaLogPath(port);
 
     KillWatchdog(port);

@@ -10,7 +10,6 @@
 
 #include "core/base/file_time.h"
 #include "core/base/services.h"
-#include "core/data/options.h"
 #include "core/gps/nmea_record.h"
 #include "core/gps/serial_device.h"
 
@@ -49,11 +48,12 @@ std::uint32_t BaudRateForIndex(int baudIndex);
 // What the port source needs from the rest of the program. Start-up links
 // it once; tests and the tool link their own parts.
 struct PortSourceLinks {
-    SerialDevice* device = nullptr;    // the port; not owned
-    TimerService* timers = nullptr;    // the one-second watchdog
-    const Clock* clock = nullptr;      // names the NMEA log
-    const Options* options = nullptr;  // "Log NMEA data" at start
-    std::string nmeaFolder;            // the NMEA folder of the data tree
+    SerialDevice* device = nullptr;  // the port; not owned
+    TimerService* timers = nullptr;  // the one-second watchdog
+    const Clock* clock = nullptr;    // names the NMEA log
+    // The "Log NMEA data" setting, read when the reader starts; not owned.
+    const std::int32_t* logNmeaSetting = nullptr;
+    std::string nmeaFolder;  // the NMEA folder of the data tree
     // Called on the reader thread once for each RMC sentence parsed.
     std::function<void()> rmcParsed;
     // The lost-GPS command; the watchdog calls it, on its own thread, when

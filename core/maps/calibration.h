@@ -2,7 +2,7 @@
 
 #include <array>
 
-#include "core/nav/map_projection.h"
+#include "core/geo/map_projection.h"
 
 namespace tolvane {
 

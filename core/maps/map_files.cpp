@@ -8,7 +8,7 @@
 #include <string_view>
 #include <vector>
 
-#include "core/data/csv_text.h"
+#include "core/base/csv_text.h"
 
 namespace tolvane {
 namespace {

@@ -2,7 +2,7 @@
 
 #include <vector>
 
-#include "core/views/canvas.h"
+#include "core/base/pixels.h"
 
 namespace tolvane {
 

@@ -3,8 +3,8 @@
 #include <string>
 #include <vector>
 
-#include "core/data/csv_text.h"
-#include "core/data/geo_point.h"
+#include "core/base/csv_text.h"
+#include "core/geo/geo_point.h"
 #include "core/nav/navigation.h"
 
 namespace tolvane {

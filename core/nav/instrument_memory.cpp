@@ -4,9 +4,9 @@
 #include <span>
 
 #include "core/data/options.h"
+#include "core/geo/units.h"
 #include "core/gps/gps_state.h"
 #include "core/nav/speed_alarm.h"
-#include "core/nav/units.h"
 
 namespace tolvane {
 namespace {
@@ -24,10 +24,6 @@ std::span<const int> ScalesOf(int unitSystem) {
         default:
             return kKnotScales;
     }
-}
-
-bool HasFix(const GpsState& gps) {
-    return gps.connected && gps.fixValid;
 }
 
 }  // namespace
@@ -54,7 +50,7 @@ void AdvanceSpeedScale(SpeedScale& scale, double speed, double alarmLimit, int u
 }
 
 void AdvanceCourseMemory(CourseMemory& memory, const GpsState& gps) {
-    memory.live = HasFix(gps) && SpeedInUnit(gps.speedKnots, kMetric) >= kCourseMinimumKmh;
+    memory.live = HasLiveFix(gps) && SpeedInUnit(gps.speedKnots, kMetric) >= kCourseMinimumKmh;
     if (memory.live) {
         memory.have = true;
         memory.degrees = gps.course;
@@ -66,7 +62,7 @@ void AdvanceCourseMemory(CourseMemory& memory, const GpsState& gps) {
 
 void AdvanceTripExtras(TripExtras& trip, const GpsState& gps) {
     // A 2D fix carries no altitude of its own.
-    if (!HasFix(gps) || gps.fixType < 3.0) return;
+    if (!HasLiveFix(gps) || gps.fixType < 3.0) return;
     const double altitude = gps.altitude;
     if (!trip.haveAltitude) {
         trip = {true, altitude, altitude, altitude, trip.ascentMetres, trip.descentMetres};
@@ -92,7 +88,7 @@ double SelectedAlarmLimit(const Options& options) {
 
 void AdvanceInstrumentMemory(InstrumentMemory& memory, const GpsState& gps,
                              const Options& options) {
-    const double speed = HasFix(gps) ? ConvertSpeed(gps, options.unitSystem) : 0.0;
+    const double speed = HasLiveFix(gps) ? SpeedInUnit(gps.speedKnots, options.unitSystem) : 0.0;
     AdvanceSpeedScale(memory.speedScale, speed, SelectedAlarmLimit(options), options.unitSystem);
     AdvanceCourseMemory(memory.course, gps);
     AdvanceTripExtras(memory.trip, gps);

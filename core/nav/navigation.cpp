@@ -2,10 +2,10 @@
 
 #include "core/base/services.h"
 #include "core/data/options.h"
+#include "core/geo/distance.h"
+#include "core/geo/units.h"
 #include "core/gps/gps_state.h"
-#include "core/nav/distance.h"
 #include "core/nav/speed_alarm.h"
-#include "core/nav/units.h"
 #include "core/nav/voice_guide.h"
 
 namespace tolvane {
@@ -67,10 +67,15 @@ int CurrentDestinationIndex(Navigation& navigation) {
     return navigation.current;
 }
 
-bool CopyCurrentDestination(Navigation& navigation, GeoPoint& destination) {
+bool CopyCurrentDestination(const Navigation& navigation, GeoPoint& destination) {
     const Guard guard(navigation.lock);
     if (navigation.current == kNoDestination) return false;
-    destination = DestinationAt(navigation.destinations, navigation.current);
+    // Walked without the list's cursor, so that a painter can ask through a
+    // const view of the state.
+    int index = 0;
+    navigation.destinations.ForEach([&](const GeoPoint& point) {
+        if (index++ == navigation.current) destination = point;
+    });
     return true;
 }
 

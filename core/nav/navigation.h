@@ -4,7 +4,7 @@
 #include <string>
 
 #include "core/base/dynamic_list.h"
-#include "core/data/geo_point.h"
+#include "core/geo/geo_point.h"
 
 namespace tolvane {
 
@@ -33,7 +33,9 @@ inline constexpr double kKmPerRangeFoot = 0.00030480370641307;
 // themselves, and whoever reads the list directly (the map view) takes it
 // too.
 struct Navigation {
-    std::mutex lock;
+    // Mutable: the painters, which only read, lock it through a const view
+    // of the state.
+    mutable std::mutex lock;
     bool open = false;  // a list is open, perhaps still empty
     std::string file;   // where the open list is saved; empty until it has been
     DynamicList<GeoPoint> destinations;
@@ -54,7 +56,7 @@ void CloseDestinationList(Navigation& navigation);
 int CurrentDestinationIndex(Navigation& navigation);
 
 // Copies the current destination into destination; false when there is none.
-bool CopyCurrentDestination(Navigation& navigation, GeoPoint& destination);
+bool CopyCurrentDestination(const Navigation& navigation, GeoPoint& destination);
 
 // The distance half of the per-second destination figures, in the shape of
 // the trip statistics' DestinationDistance: with navigation switched on and a

@@ -5,9 +5,9 @@
 
 #include "core/base/services.h"
 #include "core/data/options.h"
+#include "core/geo/formatting.h"
+#include "core/geo/units.h"
 #include "core/gps/gps_state.h"
-#include "core/nav/formatting.h"
-#include "core/nav/units.h"
 
 namespace tolvane {
 namespace {
@@ -32,7 +32,7 @@ bool IsLimitIndex(int index) {
 
 void CheckSpeedAlarm(const GpsState& state, const Options& options, AlarmSound& alarm,
                      SoundService& sound) {
-    const double speed = ConvertSpeed(state, options.unitSystem);
+    const double speed = SpeedInUnit(state.speedKnots, options.unitSystem);
     const int index = options.speedAlarmIndex;
     // The loader keeps the index in -1..7; anything else counts as "Off"
     // rather than reading past the eight values.

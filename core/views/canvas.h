@@ -4,28 +4,13 @@
 #include <string>
 #include <vector>
 
+#include "core/base/pixels.h"
+
 namespace tolvane {
 
 // Colours as 0xRRGGBB. kNoColor leaves an outline or a fill out.
 using Color = std::uint32_t;
 inline constexpr Color kNoColor = 0xFF000000u;
-
-struct Point {
-    int x = 0;
-    int y = 0;
-    friend bool operator==(const Point&, const Point&) = default;
-};
-
-// A rectangle in logical pixels; right and bottom lie just outside it.
-struct Rect {
-    int left = 0;
-    int top = 0;
-    int right = 0;
-    int bottom = 0;
-    int Width() const { return right - left; }
-    int Height() const { return bottom - top; }
-    friend bool operator==(const Rect&, const Rect&) = default;
-};
 
 struct TextSize {
     int width = 0;
@@ -50,13 +35,6 @@ enum TextAlign : unsigned {
     kAlignVCenter = 0x4,
     kAlignBottom = 0x8,
     kAlignCenter = kAlignHCenter | kAlignVCenter,
-};
-
-// A picture in memory: rows from the top, each pixel 0xRRGGBB.
-struct Image {
-    int width = 0;
-    int height = 0;
-    std::vector<std::uint32_t> pixels;
 };
 
 // What the painters draw on. The window draws through Qt into a back

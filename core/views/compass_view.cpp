@@ -6,9 +6,9 @@
 
 #include "core/base/device_helpers.h"
 #include "core/base/print_format.h"
-#include "core/nav/distance.h"
-#include "core/nav/formatting.h"
-#include "core/nav/solar.h"
+#include "core/geo/distance.h"
+#include "core/geo/formatting.h"
+#include "core/geo/solar.h"
 #include "core/views/instrument_parts.h"
 
 namespace tolvane {
@@ -54,11 +54,11 @@ struct DestinationShown {
 
 std::optional<DestinationShown> DestinationOf(const ViewContext& context) {
     const AppState& app = context.app;
-    if (!app.options.navigation || !HasLiveFix(context)) return std::nullopt;
+    if (!app.options.navigation || !HasLiveFix(context.app.gps)) return std::nullopt;
     DestinationShown shown;
     // The navigation lock guards the list against the Go-To commands; the
     // painter takes it only to copy the current destination.
-    if (!CopyCurrentDestination(const_cast<Navigation&>(app.navigation), shown.point)) {
+    if (!CopyCurrentDestination(app.navigation, shown.point)) {
         return std::nullopt;
     }
     shown.bearing = BearingDegrees(app.gps.latitude, app.gps.longitude, shown.point.latitude,
@@ -181,7 +181,7 @@ void PaintHeader(Canvas& canvas, const ViewContext& context, const Rect& box,
     const Font big = FitFont(canvas, digits, figure.Width(), figure.Height(), 700);
     canvas.DrawText(digits, big, figure, kAlignCenter, course.live ? palette.value : palette.dim);
     std::string note;
-    if (!HasLiveFix(context)) {
+    if (!HasLiveFix(context.app.gps)) {
         note = "No fix";
     } else if (!course.live) {
         note = course.have ? "Last " + DegreesText(course.degrees) + ", " +

@@ -5,8 +5,8 @@
 
 #include "core/base/print_format.h"
 #include "core/base/string_manager.h"
-#include "core/nav/formatting.h"
-#include "core/nav/units.h"
+#include "core/geo/formatting.h"
+#include "core/geo/units.h"
 
 namespace tolvane {
 namespace {
@@ -79,8 +79,8 @@ std::string AltitudeSpeedLine(const AppState& app) {
         units == kMetric ? "%s %0.2f %s   %s %0.2f %s" : "%s %0.2f %s  %s %0.2f %s";
     CStringManager& strings = CStringManager::GetInstance();
     return PrintFormat(format, strings.GetText(kAltitudeLabel).c_str(),
-                       ConvertAltitude(app.gps, units), AltitudeUnitText(units),
-                       strings.GetText(kSpeedLabel).c_str(), ConvertSpeed(app.gps, units),
+                       AltitudeInUnit(app.gps.altitude, units), AltitudeUnitText(units),
+                       strings.GetText(kSpeedLabel).c_str(), SpeedInUnit(app.gps.speedKnots, units),
                        SpeedUnitText(units));
 }
 

@@ -7,20 +7,15 @@
 #include <vector>
 
 #include "core/base/device_helpers.h"
-#include "core/nav/distance.h"
-#include "core/nav/formatting.h"
+#include "core/geo/distance.h"
+#include "core/geo/formatting.h"
+#include "core/placement/world_map_placement.h"
 #include "core/views/instrument_parts.h"
 
 namespace tolvane {
 namespace {
 
 constexpr double kRadiansPerDegree = std::numbers::pi / 180.0;
-constexpr double kKmPerDegreeLongitude = 114.319;
-constexpr double kKmPerDegreeLatitude = 111.0;
-constexpr double kCutLatitude = 80.0;
-// Screen coordinates stay far inside int even when a map is zoomed in on
-// a point far away; the painter's clip keeps what lies outside unseen.
-constexpr double kCoordinateLimit = 1e8;
 // Longitude steps larger than this are a track crossing the 180 degree
 // meridian, not a track running round the world the long way.
 constexpr double kSeamJump = 180.0;
@@ -64,10 +59,6 @@ Color CategoryColor(const std::string& category) {
     std::size_t hash = 0;
     for (const char c : category) hash = hash * 31 + static_cast<unsigned char>(c);
     return kCategoryColors[hash % std::size(kCategoryColors)];
-}
-
-int ClampCoordinate(double value) {
-    return static_cast<int>(std::lround(std::clamp(value, -kCoordinateLimit, kCoordinateLimit)));
 }
 
 int MarkSize(const ViewContext& context) {
@@ -257,7 +248,7 @@ class SeamSplitter {
 };
 
 void DrawTrackList(Canvas& canvas, const ViewContext& context, const MapPlacement& placement,
-                   DynamicList<TrackPoint>& track, Color color) {
+                   const DynamicList<TrackPoint>& track, Color color) {
     SeamSplitter line(context, placement);
     track.ForEach([&line](const TrackPoint& point) { line.Add(point.latitude, point.longitude); });
     DrawPieces(canvas, line.Pieces(), context.layout.body, color,
@@ -266,7 +257,7 @@ void DrawTrackList(Canvas& canvas, const ViewContext& context, const MapPlacemen
 
 void DrawTrack(LayerPen& pen) {
     // The track lock keeps the track timer from appending meanwhile.
-    TrackLogger& track = const_cast<TrackLogger&>(pen.context.app.track);
+    const TrackLogger& track = pen.context.app.track;
     const std::lock_guard<std::mutex> guard(track.lock);
     DrawTrackList(pen.canvas, pen.context, pen.placement, track.viewedTrack, pen.ink.viewedTrack);
     DrawTrackList(pen.canvas, pen.context, pen.placement, track.liveTrack, pen.ink.track);
@@ -292,11 +283,11 @@ using ShownPoints = std::vector<std::pair<const GeoPoint*, Point>>;
 // The marks of a list of points on the screen, each keeping its place clear
 // of labels; what was drawn joins shown.
 template <typename DrawMark>
-void DrawPointMarks(LayerPen& pen, DynamicList<GeoPoint>& points, ShownPoints& shown,
+void DrawPointMarks(LayerPen& pen, const DynamicList<GeoPoint>& points, ShownPoints& shown,
                     DrawMark drawMark) {
     const int margin = MarkSize(pen.context) * 2;
     points.ForEach([&](const GeoPoint& point) {
-        const Point at = MapPoint(pen.context, pen.placement, point.latitude, point.longitude);
+        const Point at = MapPoint(pen.context.app, pen.placement, point.latitude, point.longitude);
         if (!IsVisible(pen.visible, at, margin)) return;
         drawMark(point, at);
         pen.labels.Block(CircleBox(at, MarkSize(pen.context) + 1));
@@ -308,7 +299,7 @@ void DrawPointMarks(LayerPen& pen, DynamicList<GeoPoint>& points, ShownPoints& s
 // that no mark covers a name.
 void DrawWaypointsAndPoi(LayerPen& pen) {
     const Options& options = pen.context.app.options;
-    PointLists& lists = const_cast<PointLists&>(pen.context.app.points);
+    const PointLists& lists = pen.context.app.points;
     const std::lock_guard<std::mutex> guard(lists.lock);
     const int size = MarkSize(pen.context);
     ShownPoints shown;
@@ -380,7 +371,7 @@ void DrawLineToDestination(LayerPen& pen, const GeoPoint& destination) {
 
 void DrawDestinations(LayerPen& pen) {
     const ViewContext& context = pen.context;
-    Navigation& navigation = const_cast<Navigation&>(context.app.navigation);
+    const Navigation& navigation = context.app.navigation;
     const std::lock_guard<std::mutex> guard(navigation.lock);
     const int current = context.app.options.navigation ? navigation.current : kNoDestination;
     const int size = MarkSize(context) + 1;
@@ -389,11 +380,11 @@ void DrawDestinations(LayerPen& pen) {
     navigation.destinations.ForEach([&](const GeoPoint& point) {
         const bool isCurrent = index++ == current;
         if (isCurrent) currentPoint = point;
-        const Point at = MapPoint(context, pen.placement, point.latitude, point.longitude);
+        const Point at = MapPoint(context.app, pen.placement, point.latitude, point.longitude);
         const Color color =
             isCurrent ? pen.ink.current : (point.reached ? pen.ink.reached : pen.ink.destination);
         if (context.app.options.showRange) {
-            const double radius = MapRadius(context, pen.placement, point.latitude,
+            const double radius = MapRadius(context.app, pen.placement, point.latitude,
                                             ProximityRangeKm(point, context.app.options));
             if (radius >= kMinimumRangeRadius && radius < kCoordinateLimit) {
                 pen.canvas.DrawEllipse(CircleBox(at, static_cast<int>(std::lround(radius))),
@@ -413,9 +404,9 @@ void DrawDestinations(LayerPen& pen) {
 void DrawDestinationInfo(LayerPen& pen) {
     const ViewContext& context = pen.context;
     const AppState& app = context.app;
-    if (!app.options.navigation || !HasLiveFix(context)) return;
+    if (!app.options.navigation || !HasLiveFix(context.app.gps)) return;
     GeoPoint destination;
-    if (!CopyCurrentDestination(const_cast<Navigation&>(app.navigation), destination)) return;
+    if (!CopyCurrentDestination(app.navigation, destination)) return;
     std::string distance;
     FormatDistance(app.options.unitSystem, app.gps.destinationDistanceKm, &distance);
     std::string time = "-";
@@ -448,9 +439,9 @@ void DrawPosition(LayerPen& pen) {
     const ViewContext& context = pen.context;
     const MapFollow& place = context.app.mapFollow;
     if (!place.havePosition) return;
-    const Point at = MapPoint(context, pen.placement, place.latitude, place.longitude);
+    const Point at = MapPoint(context.app, pen.placement, place.latitude, place.longitude);
     const int size = std::max(7, context.layout.barHeight * 2 / 3);
-    if (!HasLiveFix(context)) {
+    if (!HasLiveFix(context.app.gps)) {
         pen.canvas.DrawEllipse(CircleBox(at, size / 2), kNoColor, PaletteOf(context).dim, 3);
         return;
     }
@@ -462,27 +453,6 @@ void DrawPosition(LayerPen& pen) {
 }
 
 }  // namespace
-
-bool IsMapView(int view) {
-    return view == kViewWorldMap || view == kViewMap;
-}
-
-bool IsFullScreenShown(const AppState& app) {
-    return app.options.fullScreen != 0 && IsMapView(app.currentView);
-}
-
-Point MapPoint(const ViewContext& context, const MapPlacement& placement, double latitude,
-               double longitude) {
-    const MapProjection::Point at = context.app.projection.ProjectToScreen(
-        latitude, longitude, placement.x0, placement.y0, placement.distance);
-    return {ClampCoordinate(at.x), ClampCoordinate(at.y)};
-}
-
-double MapRadius(const ViewContext& context, const MapPlacement& placement, double latitude,
-                 double km) {
-    const MapProjection& projection = context.app.projection;
-    return km * projection.Scale() / projection.AdjustForLatitude(latitude, placement.distance);
-}
 
 void DrawMapLayers(Canvas& canvas, const ViewContext& context, const MapPlacement& placement) {
     const Options& options = context.app.options;
@@ -497,43 +467,6 @@ void DrawMapLayers(Canvas& canvas, const ViewContext& context, const MapPlacemen
     if (options.showDestinations) DrawDestinations(pen);
     DrawWaypointsAndPoi(pen);
     DrawPosition(pen);
-}
-
-std::optional<TappedPoint> FindPointAt(const ViewContext& context, const MapPlacement& placement,
-                                       Point at, int reach) {
-    const AppState& app = context.app;
-    std::optional<GeoPoint> nearest;
-    long best = static_cast<long>(reach) * reach + 1;
-    const auto consider = [&](DynamicList<GeoPoint>& points) {
-        points.ForEach([&](const GeoPoint& point) {
-            const Point shown = MapPoint(context, placement, point.latitude, point.longitude);
-            const long dx = shown.x - at.x;
-            const long dy = shown.y - at.y;
-            if (dx * dx + dy * dy >= best) return;
-            best = dx * dx + dy * dy;
-            nearest = point;
-        });
-    };
-    {
-        PointLists& lists = const_cast<PointLists&>(app.points);
-        const std::lock_guard<std::mutex> guard(lists.lock);
-        if (app.options.showWaypoint) consider(lists.waypoints);
-        if (app.options.showPoi) consider(lists.pois);
-    }
-    if (app.options.showDestinations) {
-        Navigation& navigation = const_cast<Navigation&>(app.navigation);
-        const std::lock_guard<std::mutex> guard(navigation.lock);
-        consider(navigation.destinations);
-    }
-    if (!nearest) return std::nullopt;
-    TappedPoint tapped{nearest->name, {}};
-    if (HasLiveFix(context)) {
-        FormatDistance(
-            app.options.unitSystem,
-            DistanceKm(app.gps.latitude, app.gps.longitude, nearest->latitude, nearest->longitude),
-            &tapped.distance);
-    }
-    return tapped;
 }
 
 }  // namespace tolvane

@@ -3,8 +3,8 @@
 #include <algorithm>
 
 #include "core/base/print_format.h"
-#include "core/nav/formatting.h"
-#include "core/nav/units.h"
+#include "core/geo/formatting.h"
+#include "core/geo/units.h"
 #include "core/views/instrument_parts.h"
 
 namespace tolvane {
@@ -152,7 +152,7 @@ int DialLabelStep(int fullScale) {
 
 std::string SpeedDigits(const GpsState& gps, int unitSystem) {
     if (SpeedInUnit(gps.speedKnots, kMetric) < kStandingStillKmh) return "0.0";
-    return PrintFormat("%.1f", ConvertSpeed(gps, unitSystem));
+    return PrintFormat("%.1f", SpeedInUnit(gps.speedKnots, unitSystem));
 }
 
 void PaintSpeedView(Canvas& canvas, const ViewContext& context) {
@@ -161,7 +161,7 @@ void PaintSpeedView(Canvas& canvas, const ViewContext& context) {
     const int units = app.options.unitSystem;
     const Rect body = context.layout.body;
     canvas.DrawRectangle(body, palette.background, kNoColor);
-    const bool live = HasLiveFix(context);
+    const bool live = HasLiveFix(context.app.gps);
     const Font text = context.fonts.Slot(kInstrumentTextSlot);
     const Font strong = context.fonts.Slot(kInstrumentStrongSlot);
     const int line = canvas.MeasureText("Ag", text).height;
@@ -184,7 +184,7 @@ void PaintSpeedView(Canvas& canvas, const ViewContext& context) {
     PaintDialScale(canvas, dial, palette);
     PaintTripMarks(canvas, dial, context, palette);
     if (live) {
-        PaintNeedle(canvas, dial, ConvertSpeed(app.gps, units),
+        PaintNeedle(canvas, dial, SpeedInUnit(app.gps.speedKnots, units),
                     app.alarm.sounding ? palette.alarm : palette.accent);
     }
     const Rect footer = areas.footer;

@@ -4,8 +4,8 @@
 
 #include "core/base/device_helpers.h"
 #include "core/base/print_format.h"
-#include "core/nav/formatting.h"
-#include "core/nav/units.h"
+#include "core/geo/formatting.h"
+#include "core/geo/units.h"
 #include "core/views/instrument_parts.h"
 
 namespace tolvane {

@@ -2,8 +2,8 @@
 
 #include <string>
 
-#include "core/app/app_state.h"
 #include "core/base/file_time.h"
+#include "core/state/app_state.h"
 #include "core/views/font_set.h"
 #include "core/views/view_frame.h"
 

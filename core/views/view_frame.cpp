@@ -4,9 +4,9 @@
 #include <cstdio>
 #include <vector>
 
+#include "core/base/csv_text.h"
 #include "core/base/string_manager.h"
-#include "core/data/csv_text.h"
-#include "core/nav/formatting.h"
+#include "core/geo/formatting.h"
 #include "core/views/view_context.h"
 
 namespace tolvane {
@@ -150,10 +150,6 @@ const Palette& PaletteOf(const ViewContext& context) {
     return PaletteFor(context.app.options.nightView != 0);
 }
 
-bool HasLiveFix(const ViewContext& context) {
-    return context.app.gps.connected && context.app.gps.fixValid;
-}
-
 std::string ViewTitle(int view) {
     if (view < 0 || view >= static_cast<int>(std::size(kViewNames))) return {};
     const ViewName& name = kViewNames[view];
@@ -194,7 +190,7 @@ void PaintStrip(Canvas& canvas, const ViewContext& context, const std::string& w
 }  // namespace
 
 void PaintCoordinateStrip(Canvas& canvas, const ViewContext& context) {
-    if (!HasLiveFix(context)) {
+    if (!HasLiveFix(context.app.gps)) {
         return PaintStrip(canvas, context, kNoPosition, kNoPosition, PaletteOf(context).dim);
     }
     const GpsState& gps = context.app.gps;

@@ -72,7 +72,4 @@ void PaintPixelStrip(Canvas& canvas, const ViewContext& context, double x, doubl
 // text is at most maxWidth wide.
 Font FitFont(Canvas& canvas, const std::string& text, int maxWidth, int maxHeight, int weight);
 
-// Whether the GPS state holds a valid fix of a connected receiver.
-bool HasLiveFix(const ViewContext& context);
-
 }  // namespace tolvane

@@ -4,14 +4,12 @@
 #include <cmath>
 #include <numbers>
 
-#include "core/nav/solar.h"
+#include "core/geo/solar.h"
+#include "core/placement/world_map_placement.h"
 
 namespace tolvane {
 namespace {
 
-constexpr double kKmPerDegreeLongitude = 114.319;
-constexpr double kKmPerDegreeLatitude = 111.0;
-constexpr double kCutLatitude = 80.0;
 constexpr double kRadiansPerDegree = std::numbers::pi / 180.0;
 constexpr FileTime kTicksPerMinute = 60 * kFileTimeTicksPerSecond;
 // The sine of the sun's elevation over which day fades into night: from
@@ -58,22 +56,6 @@ std::vector<double> RowLatitudes(const MapProjection& projection, int width, int
 
 double ImageryDistance(const MapProjection& projection, int width) {
     return projection.Scale() * 360.0 * kKmPerDegreeLongitude / std::max(1, width);
-}
-
-double YToLatitude(const MapProjection& projection, double y, double distance) {
-    const double pixelsPerDegree = projection.Scale() / distance * kKmPerDegreeLatitude;
-    double left = std::fabs(y);
-    double latitude = 0;
-    for (int k = 0; k < static_cast<int>(kCutLatitude); ++k) {
-        const double degree = projection.StretchFactor(k) * pixelsPerDegree;
-        if (left < degree) {
-            latitude = k + left / degree;
-            break;
-        }
-        left -= degree;
-        latitude = k + 1;
-    }
-    return y < 0 ? -latitude : latitude;
 }
 
 Image ReprojectToMap(const Image& equirectangular, const MapProjection& projection) {

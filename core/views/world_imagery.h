@@ -1,7 +1,7 @@
 #pragma once
 
 #include "core/base/file_time.h"
-#include "core/nav/map_projection.h"
+#include "core/geo/map_projection.h"
 #include "core/views/canvas.h"
 
 namespace tolvane {
@@ -22,10 +22,6 @@ struct WorldImagery {
 // The projection's distance D at which a picture of this width spans the
 // whole earth, one pixel to a pixel.
 double ImageryDistance(const MapProjection& projection, int width);
-
-// The latitude at a signed distance y from the equator (pixels, north
-// positive); the inverse of LatitudeToY within the 80 degrees it covers.
-double YToLatitude(const MapProjection& projection, double y, double distance);
 
 // Re-projects an equirectangular picture (longitude -180 to 180 left to
 // right, latitude 90 to -90 top to bottom) into the map projection at the

@@ -5,20 +5,19 @@
 #include <cstdio>
 
 #include "core/base/string_manager.h"
+#include "core/placement/world_map_placement.h"
 #include "core/views/instrument_parts.h"
+#include "core/views/map_layers.h"
 #include "core/views/world_imagery.h"
 
 namespace tolvane {
 namespace {
 
-constexpr double kKmPerDegreeLongitude = 114.319;
-constexpr double kCutLatitude = 80.0;
 // Language string of the note shown when the pictures are missing.
 constexpr std::uint32_t kTextNoWorldPictures = 13100;
 // The graticule's steps in degrees: 30 at first, finer as the map is
 // zoomed in, so that a few lines always cross the map.
 constexpr double kGridSteps[] = {30, 15, 10, 5, 2, 1, 0.5, 0.25, 0.1, 0.05, 0.02, 0.01};
-constexpr int kMaximumCopies = 3;
 
 struct GroundInk {
     Color ground;  // beyond the 80 degree edges and without pictures
@@ -30,26 +29,6 @@ const GroundInk& GroundInkOf(const ViewContext& context) {
     static constexpr GroundInk kDay{0x0E1B2C, 0x5E7690, 0xE8EEF5};
     static constexpr GroundInk kNight{0x000000, 0x3A2A1C, 0x98683A};
     return context.app.options.nightView ? kNight : kDay;
-}
-
-double ZoomFactor(int level) {
-    return std::exp2(static_cast<double>(level) / kWorldMapZoomStepsPerDoubling);
-}
-
-// Pixels per km at the equator for a map of width x height at the zoom.
-double PixelsPerKm(const AppState& app, double width, double height) {
-    const MapProjection& projection = app.projection;
-    const double worldHeightKm = 2 * projection.LatitudeToY(kCutLatitude, projection.Scale());
-    const double fill = std::max(width / (360.0 * kKmPerDegreeLongitude), height / worldHeightKm);
-    return fill * ZoomFactor(app.mapKeys.worldMapZoom);
-}
-
-double WorldWidth(const MapPlacement& placement, const AppState& app) {
-    return app.projection.Scale() / placement.distance * 360.0 * kKmPerDegreeLongitude;
-}
-
-double HalfHeight(const MapPlacement& placement, const AppState& app) {
-    return app.projection.LatitudeToY(kCutLatitude, placement.distance);
 }
 
 // The part of the screen a copy of the world covers.
@@ -115,11 +94,6 @@ std::string GridLabel(double degrees, double step, char positive, char negative)
     const bool edge = positive == 'E' && std::fabs(std::fabs(degrees) - 180) < step / 2;
     if (zero || edge) return text;
     return std::string(text) + (degrees > 0 ? positive : negative);
-}
-
-// A longitude of a repeated world, brought back into -180..180.
-double WrapLongitude(double longitude) {
-    return longitude - 360.0 * std::floor((longitude + 180.0) / 360.0);
 }
 
 struct Grid {
@@ -223,56 +197,6 @@ void DrawArrowMode(Canvas& canvas, const ViewContext& context) {
 }
 
 }  // namespace
-
-MapPlacement WorldMapPlacement(const AppState& app, const Rect& body) {
-    const double pixelsPerKm = PixelsPerKm(app, body.Width(), body.Height());
-    MapPlacement placement;
-    placement.distance = app.projection.Scale() / pixelsPerKm;
-    const MapCentre& centre = app.worldMapCentre;
-    const double middleX = (body.left + body.right) / 2.0;
-    const double middleY = (body.top + body.bottom) / 2.0;
-    placement.x0 = middleX - pixelsPerKm * centre.longitude * kKmPerDegreeLongitude;
-    placement.y0 = middleY + app.projection.LatitudeToY(centre.latitude, placement.distance);
-    const double half = HalfHeight(placement, app);
-    if (2 * half <= body.Height()) {
-        placement.y0 = middleY;
-    } else {
-        // No ground beyond the 80 degree edges while the world can fill the height.
-        placement.y0 = std::clamp(placement.y0, body.bottom - half, body.top + half);
-    }
-    return placement;
-}
-
-std::vector<MapPlacement> WorldMapCopies(const AppState& app, const Rect& body) {
-    const MapPlacement placement = WorldMapPlacement(app, body);
-    const double width = WorldWidth(placement, app);
-    std::vector<MapPlacement> copies;
-    for (int copy = -kMaximumCopies; copy <= kMaximumCopies; ++copy) {
-        MapPlacement shifted = placement;
-        shifted.x0 += copy * width;
-        if (shifted.x0 + width / 2 > body.left && shifted.x0 - width / 2 < body.right) {
-            copies.push_back(shifted);
-        }
-    }
-    return copies;
-}
-
-void PanWorldMap(AppState& app, double east, double south, double distance) {
-    const MapProjection& projection = app.projection;
-    const double pixelsPerKm = projection.Scale() / distance;
-    MapCentre& centre = app.worldMapCentre;
-    centre.longitude =
-        WrapLongitude(centre.longitude + east / (pixelsPerKm * kKmPerDegreeLongitude));
-    const double y = projection.LatitudeToY(centre.latitude, distance) - south;
-    centre.latitude = YToLatitude(projection, y, distance);
-}
-
-void StepWorldMap(AppState& app, int east, int south) {
-    // A map one pixel a step wide, at the world's zoom.
-    constexpr int kStepsPerWorld = 8;
-    const double distance = app.projection.Scale() / PixelsPerKm(app, kStepsPerWorld, 0);
-    PanWorldMap(app, east, south, distance);
-}
 
 void PaintWorldMapView(Canvas& canvas, const ViewContext& context) {
     const Rect& body = context.layout.body;

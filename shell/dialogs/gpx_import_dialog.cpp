@@ -8,7 +8,7 @@
 #include "core/app/file_import.h"
 #include "core/base/string_manager.h"
 #include "core/data/geo_point_file.h"
-#include "platform/point_file_reader.h"
+#include "formats/point_file_reader.h"
 #include "shell/dialogs/file_chooser.h"
 
 namespace tolvane::shell {

@@ -11,11 +11,11 @@
 #include <QVBoxLayout>
 
 #include "core/app/map_commands.h"
+#include "core/base/csv_text.h"
 #include "core/base/string_manager.h"
-#include "core/data/csv_text.h"
-#include "core/maps/coordinate_text.h"
-#include "core/nav/formatting.h"
-#include "shell/map_loader.h"
+#include "core/geo/coordinate_text.h"
+#include "core/geo/formatting.h"
+#include "shell/dialogs/map_loader.h"
 
 namespace tolvane::shell {
 namespace {

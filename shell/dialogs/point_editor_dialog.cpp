@@ -15,7 +15,7 @@
 #include "core/app/program.h"
 #include "core/data/geo_point_file.h"
 #include "core/data/point_entry.h"
-#include "core/nav/formatting.h"
+#include "core/geo/formatting.h"
 #include "shell/dialogs/dialog_parts.h"
 
 namespace tolvane::shell {

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "core/data/geo_point.h"
+#include "core/geo/geo_point.h"
 
 class QWidget;
 

@@ -3,7 +3,7 @@
 #include "core/app/commands.h"
 #include "core/app/file_import.h"
 #include "core/base/string_manager.h"
-#include "platform/point_file_reader.h"
+#include "formats/point_file_reader.h"
 #include "shell/dialogs/file_chooser.h"
 
 namespace tolvane::shell {

@@ -12,7 +12,7 @@
 #include <cmath>
 #include <vector>
 
-#include "core/data/csv_text.h"
+#include "core/base/csv_text.h"
 #include "platform/process_runner.h"
 #include "tests/core/nmea_sentence.h"
 

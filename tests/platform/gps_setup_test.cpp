@@ -40,7 +40,7 @@ struct SourceOnPortDevice {
     SourceOnPortDevice() : host(clock, quiet, quiet, quiet, messages) {
         ResetOptions(options);
         port.links.device = &device;
-        port.links.options = &options;
+        port.links.logNmeaSetting = &options.logNmea;
         LinkPortSourceToHost(port, host);
     }
     ~SourceOnPortDevice() { StopPortSource(port); }

@@ -51,7 +51,7 @@ class PortSourceOnPty : public ::testing::Test {
         ResetOptions(options_);
         options_.logNmea = 1;
         port_.links.device = &device_;
-        port_.links.options = &options_;
+        port_.links.logNmeaSetting = &options_.logNmea;
         port_.links.nmeaFolder = folder_.Path();
         LinkPortSourceToHost(port_, host_);
         port_.links.lostGps = [this] { shown_ = StopLostPortGps(port_, host_); };

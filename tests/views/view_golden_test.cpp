@@ -16,8 +16,8 @@
 
 #include "core/base/program_paths.h"
 #include "core/base/string_manager.h"
+#include "core/geo/units.h"
 #include "core/nav/navigation.h"
-#include "core/nav/units.h"
 #include "tests/core/test_support.h"
 #include "tests/views/view_pictures.h"
 

@@ -4,7 +4,7 @@
 #include <functional>
 #include <string>
 
-#include "core/app/app_state.h"
+#include "core/state/app_state.h"
 
 namespace tolvane::testing {
 

@@ -17,7 +17,7 @@
 #include <algorithm>
 #include <iostream>
 
-#include "shell/map_loader.h"
+#include "shell/dialogs/map_loader.h"
 
 namespace {
 

@@ -129,7 +129,7 @@ PortRun::PortRun(const Clock& clock, SerialDevice& device, const Options& option
     // The tool reads receivers and recordings; it keeps no NMEA log of them.
     app.options.logNmea = 0;
     port.links.device = &device;
-    port.links.options = &app.options;
+    port.links.logNmeaSetting = &app.options.logNmea;
     LinkPortSourceToHost(port, host_);
     port.links.lostGps = [this] {
         StopLostPortGps(port, host_);

@@ -5,8 +5,8 @@
 #include <optional>
 #include <string>
 
-#include "core/app/app_state.h"
 #include "core/gps/port_source.h"
+#include "core/state/app_state.h"
 #include "platform/command_line_sound.h"
 #include "platform/process_runner.h"
 #include "platform/speech_engine_finder.h"

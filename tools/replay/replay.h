@@ -5,10 +5,10 @@
 #include <string>
 #include <string_view>
 
-#include "core/app/app_state.h"
 #include "core/data/options.h"
 #include "core/gps/gps_state.h"
 #include "core/gps/nmea_record.h"
+#include "core/state/app_state.h"
 #include "tools/replay/port_run.h"
 
 namespace tolvane::tool {

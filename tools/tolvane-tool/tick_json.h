@@ -2,8 +2,8 @@
 
 #include <string>
 
-#include "core/app/app_state.h"
 #include "core/gps/gps_state.h"
+#include "core/state/app_state.h"
 
 namespace tolvane::tool {
 

@@ -4,7 +4,7 @@
 
 #include <algorithm>
 
-#include "core/views/world_map_view.h"
+#include "core/placement/world_map_placement.h"
 #include "tests/core/app/program_fixture.h"
 
 namespace tolvane {

@@ -8,8 +8,8 @@
 #include "core/app/commands.h"
 #include "core/app/main_timer.h"
 #include "core/app/startup.h"
-#include "core/nav/formatting.h"
-#include "core/nav/units.h"
+#include "core/geo/formatting.h"
+#include "core/geo/units.h"
 #include "tests/core/app/program_fixture.h"
 
 namespace tolvane {

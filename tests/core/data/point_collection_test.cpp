@@ -6,10 +6,10 @@
 
 #include "core/data/geo_point_file.h"
 #include "core/data/point_entry.h"
-#include "core/nav/coordinate_entry.h"
+#include "core/geo/coordinate_entry.h"
+#include "core/geo/formatting.h"
+#include "core/geo/units.h"
 #include "core/nav/destination_list.h"
-#include "core/nav/formatting.h"
-#include "core/nav/units.h"
 #include "tests/core/test_support.h"
 
 namespace tolvane {

@@ -8,7 +8,7 @@
 #include "core/app/commands.h"
 #include "core/app/keys.h"
 #include "core/app/map_commands.h"
-#include "core/maps/coordinate_text.h"
+#include "core/geo/coordinate_text.h"
 #include "core/maps/map_files.h"
 #include "core/maps/recent_maps.h"
 #include "tests/core/app/program_fixture.h"

@@ -4,7 +4,7 @@
 #include <vector>
 
 #include "core/base/services.h"
-#include "core/data/geo_point.h"
+#include "core/geo/geo_point.h"
 #include "core/nav/voice_guide.h"
 
 namespace tolvane::testing {

@@ -2,9 +2,9 @@
 
 #include <gtest/gtest.h>
 
+#include "core/geo/solar.h"
+#include "core/geo/units.h"
 #include "core/gps/gps_state.h"
-#include "core/nav/solar.h"
-#include "core/nav/units.h"
 
 namespace tolvane {
 namespace {

@@ -5,11 +5,11 @@
 #include <cmath>
 
 #include "core/data/options.h"
+#include "core/geo/distance.h"
+#include "core/geo/units.h"
 #include "core/gps/gps_processing.h"
 #include "core/gps/gps_state.h"
-#include "core/nav/distance.h"
 #include "core/nav/speed_alarm.h"
-#include "core/nav/units.h"
 #include "core/nav/voice_guide.h"
 #include "tests/core/nav/fake_services.h"
 

@@ -3,8 +3,8 @@
 #include <gtest/gtest.h>
 
 #include "core/data/options.h"
+#include "core/geo/units.h"
 #include "core/gps/gps_state.h"
-#include "core/nav/units.h"
 #include "tests/core/nav/fake_services.h"
 
 namespace tolvane {

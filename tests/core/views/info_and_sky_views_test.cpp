@@ -8,7 +8,7 @@
 #include <cmath>
 
 #include "core/base/string_manager.h"
-#include "core/nav/units.h"
+#include "core/geo/units.h"
 #include "core/views/gps_info_view.h"
 #include "core/views/satellites_view.h"
 #include "tests/core/views/recording_canvas.h"

@@ -6,7 +6,7 @@
 #include <algorithm>
 
 #include "core/app/main_timer.h"
-#include "core/nav/units.h"
+#include "core/geo/units.h"
 #include "core/views/compass_view.h"
 #include "core/views/speed_view.h"
 #include "core/views/view_painter.h"

@@ -10,6 +10,7 @@
 #include <cmath>
 
 #include "core/app/map_commands.h"
+#include "core/placement/picture_map_placement.h"
 #include "core/views/view_painter.h"
 #include "tests/core/views/recording_canvas.h"
 

@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "core/placement/world_map_placement.h"
 #include "core/views/map_layers.h"
 #include "core/views/world_imagery.h"
 #include "core/views/world_map_view.h"

@@ -1,10 +1,10 @@
-#include "core/nav/coordinate_entry.h"
+#include "core/geo/coordinate_entry.h"
 
 #include <cmath>
 #include <vector>
 
-#include "core/data/csv_text.h"
-#include "core/nav/formatting.h"
+#include "core/base/csv_text.h"
+#include "core/geo/formatting.h"
 
 namespace tolvane {
 namespace {

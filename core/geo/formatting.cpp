@@ -1,9 +1,9 @@
-#include "core/nav/formatting.h"
+#include "core/geo/formatting.h"
 
 #include <cmath>
 #include <cstdio>
 
-#include "core/nav/units.h"
+#include "core/geo/units.h"
 
 namespace tolvane {
 namespace {

@@ -1,4 +1,4 @@
-#include "core/nav/solar.h"
+#include "core/geo/solar.h"
 
 #include <algorithm>
 #include <cmath>

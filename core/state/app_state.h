@@ -7,14 +7,14 @@
 
 #include "core/base/dynamic_list.h"
 #include "core/base/file_time.h"
-#include "core/data/geo_point.h"
 #include "core/data/options.h"
 #include "core/data/track_logger.h"
+#include "core/geo/geo_point.h"
+#include "core/geo/map_projection.h"
 #include "core/gps/gps_processing.h"
 #include "core/gps/gps_state.h"
 #include "core/maps/map_state.h"
 #include "core/nav/instrument_memory.h"
-#include "core/nav/map_projection.h"
 #include "core/nav/navigation.h"
 #include "core/nav/speed_alarm.h"
 
@@ -35,8 +35,9 @@ enum View : int {
 inline constexpr int kCompassNorthUp = 1;
 inline constexpr int kCompassCourseUp = 2;
 
-// The track logger repaints the views that draw the track live.
-static_assert(kViewWorldMap == kWorldMapView && kViewMap == kMapView);
+// Whether a view is one of the two maps, which share the arrow keys, the
+// layers and "Full Screen (Map)".
+bool IsMapView(int view);
 
 // The folders under "My GPS" where the program keeps its files.
 struct DataFolders {
@@ -66,7 +67,9 @@ struct MapFollow {
 
 // The waypoint and POI lists, under the point-list lock.
 struct PointLists {
-    std::mutex lock;
+    // Mutable: the painters, which only read, lock it through a const view
+    // of the state.
+    mutable std::mutex lock;
     DynamicList<GeoPoint> waypoints;
     DynamicList<GeoPoint> pois;
 };
@@ -144,5 +147,9 @@ struct AppState {
 
     PointLists points;
 };
+
+// Whether the window is laid out full screen now: "Full Screen (Map)" is
+// set and a map is shown; the other views keep their title and soft keys.
+bool IsFullScreenShown(const AppState& app);
 
 }  // namespace tolvane

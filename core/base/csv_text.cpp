@@ -1,4 +1,4 @@
-#include "core/data/csv_text.h"
+#include "core/base/csv_text.h"
 
 #include <charconv>
 #include <cmath>

@@ -1,4 +1,4 @@
-#include "core/app/app_state.h"
+#include "core/state/app_state.h"
 
 namespace tolvane {
 
@@ -6,6 +6,14 @@ DataFolders MakeDataFolders(const std::string& root) {
     const std::string myGps = root + "/My GPS";
     return {root,           myGps + "/Reference Points", myGps + "/Track Log", myGps + "/NMEA0183",
             myGps + "/POI", myGps + "/Destinations"};
+}
+
+bool IsMapView(int view) {
+    return view == kViewWorldMap || view == kViewMap;
+}
+
+bool IsFullScreenShown(const AppState& app) {
+    return app.options.fullScreen != 0 && IsMapView(app.currentView);
 }
 
 }  // namespace tolvane

@@ -1,4 +1,4 @@
-#include "platform/point_file_reader.h"
+#include "formats/point_file_reader.h"
 
 #include <libxml/xmlreader.h>
 
@@ -11,7 +11,7 @@
 #include <optional>
 #include <string_view>
 
-#include "core/data/csv_text.h"
+#include "core/base/csv_text.h"
 
 namespace tolvane {
 namespace {

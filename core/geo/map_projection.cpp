@@ -1,4 +1,4 @@
-#include "core/nav/map_projection.h"
+#include "core/geo/map_projection.h"
 
 #include <cmath>
 

@@ -2,7 +2,7 @@
 // manner, in tests/data/gpx), on broken ones, on files of the program's own
 // track writer and on files that gpsbabel writes while the test runs.
 
-#include "platform/point_file_reader.h"
+#include "formats/point_file_reader.h"
 
 #include <gtest/gtest.h>
 

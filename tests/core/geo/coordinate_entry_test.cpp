@@ -1,8 +1,8 @@
-#include "core/nav/coordinate_entry.h"
+#include "core/geo/coordinate_entry.h"
 
 #include <gtest/gtest.h>
 
-#include "core/nav/formatting.h"
+#include "core/geo/formatting.h"
 
 namespace tolvane {
 namespace {

@@ -1,6 +1,4 @@
-#include "core/nav/units.h"
-
-#include "core/gps/gps_state.h"
+#include "core/geo/units.h"
 
 namespace tolvane {
 
@@ -17,14 +15,6 @@ double SpeedInUnit(double knots, int unitSystem) {
 
 double AltitudeInUnit(double metres, int unitSystem) {
     return unitSystem == kMetric ? metres : metres * kFeetPerMetre;
-}
-
-double ConvertSpeed(const GpsState& state, int unitSystem) {
-    return SpeedInUnit(state.speedKnots, unitSystem);
-}
-
-double ConvertAltitude(const GpsState& state, int unitSystem) {
-    return AltitudeInUnit(state.altitude, unitSystem);
 }
 
 }  // namespace tolvane

@@ -1,4 +1,4 @@
-#include "shell/map_loader.h"
+#include "shell/dialogs/map_loader.h"
 
 #include <QImage>
 #include <QImageReader>

@@ -1,10 +1,10 @@
-#include "core/maps/coordinate_text.h"
+#include "core/geo/coordinate_text.h"
 
 #include <cctype>
 #include <cmath>
 #include <vector>
 
-#include "core/data/csv_text.h"
+#include "core/base/csv_text.h"
 
 namespace tolvane {
 namespace {

@@ -1,8 +1,8 @@
-#include "core/nav/formatting.h"
+#include "core/geo/formatting.h"
 
 #include <gtest/gtest.h>
 
-#include "core/nav/units.h"
+#include "core/geo/units.h"
 
 namespace tolvane {
 namespace {

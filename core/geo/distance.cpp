@@ -1,4 +1,4 @@
-#include "core/nav/distance.h"
+#include "core/geo/distance.h"
 
 #include <cmath>
 
