@@ -11,9 +11,9 @@
 #include "core/base/string_manager.h"
 #include "core/maps/recent_maps.h"
 #include "core/views/map_layers.h"
+#include "headless/replay.h"
 #include "shell/map_loader.h"
 #include "shell/view_renderer.h"
-#include "tools/replay/replay.h"
 
 namespace tolvane::shell {
 namespace {

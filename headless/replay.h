@@ -9,7 +9,7 @@
 #include "core/data/options.h"
 #include "core/gps/gps_state.h"
 #include "core/gps/nmea_record.h"
-#include "tools/replay/port_run.h"
+#include "headless/port_run.h"
 
 namespace tolvane::tool {
 
