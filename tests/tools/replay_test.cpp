@@ -1,9 +1,7 @@
 #include <gtest/gtest.h>
 
-#include <filesystem>
 #include <nlohmann/json.hpp>
 #include <sstream>
-#include <string_view>
 
 #include "tests/core/test_support.h"
 #include "tests/tools/run_tool.h"
