@@ -3,7 +3,7 @@
 #include <fstream>
 #include <sstream>
 
-#include "tools/replay/recording_device.h"
+#include "headless/recording_device.h"
 
 namespace tolvane::shell {
 

@@ -43,7 +43,7 @@ void ViewArea::paintEvent(QPaintEvent* /*event*/) {
     if (backBuffer_.size() != size() * ratio || backBuffer_.devicePixelRatio() != ratio) {
         backBuffer_ = MakeBackBuffer(size(), ratio);
     }
-    renderer_.Paint(backBuffer_, program_.app, program_.host.NowUtc());
+    renderer_.Paint(backBuffer_, program_.app, program_.host.Time().NowUtc());
     QPainter(this).drawImage(0, 0, backBuffer_);
     if (!paintedOnce_) {
         paintedOnce_ = true;

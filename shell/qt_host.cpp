@@ -3,7 +3,6 @@
 #include <QDesktopServices>
 #include <QMessageBox>
 #include <QMetaObject>
-#include <QTimer>
 #include <QUrl>
 
 namespace tolvane::shell {
@@ -23,37 +22,10 @@ QMessageBox::Icon ToQtIcon(MessageIcon icon) {
 
 }  // namespace
 
-QtHost::QtHost(QObject* parent) : QObject(parent) {}
+QtHost::QtHost(QObject* parent)
+    : QObject(parent), Host({clock_, timers_, sound_, processes_, speech_}) {}
 
 QtHost::~QtHost() = default;
-
-int QtHost::StartTimer(int intervalMilliseconds, std::function<void()> callback) {
-    auto timer = std::make_unique<QTimer>();
-    timer->setInterval(intervalMilliseconds);
-    QObject::connect(timer.get(), &QTimer::timeout, this, std::move(callback));
-    timer->start();
-    const int id = nextTimerId_++;
-    timers_[id] = std::move(timer);
-    return id;
-}
-
-void QtHost::KillTimer(int timerId) {
-    timers_.erase(timerId);
-}
-
-bool QtHost::PlaySoundFile(const std::string& path, SoundMode mode) {
-    return sound_.Play(QString::fromStdString(path), mode == SoundMode::kLoop);
-}
-
-bool QtHost::StopSound() {
-    sound_.Stop();
-    return true;
-}
-
-bool QtHost::PlayLimitBeep() {
-    sound_.PlayLimitBeep();
-    return true;
-}
 
 void QtHost::ShowMessage(const std::string& text, const std::string& caption, MessageIcon icon) {
     QMessageBox box(ToQtIcon(icon), QString::fromStdString(caption), QString::fromStdString(text),

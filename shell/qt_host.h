@@ -3,17 +3,15 @@
 #include <QObject>
 #include <QString>
 #include <functional>
-#include <map>
-#include <memory>
 
 #include "core/app/host.h"
 #include "platform/process_runner.h"
 #include "platform/speech_engine_finder.h"
 #include "shell/bluetooth_radio.h"
+#include "shell/qt_timers.h"
 #include "shell/screen_saver.h"
 #include "shell/sound_player.h"
 
-class QTimer;
 class QWidget;
 
 namespace tolvane::shell {
@@ -48,22 +46,6 @@ class QtHost final : public QObject, public Host {
         dialogOpener_ = std::move(opener);
     }
 
-    FileTime NowUtc() const override { return clock_.NowUtc(); }
-
-    int StartTimer(int intervalMilliseconds, std::function<void()> callback) override;
-    void KillTimer(int timerId) override;
-
-    bool PlaySoundFile(const std::string& path, SoundMode mode) override;
-    bool StopSound() override;
-    bool PlayLimitBeep() override;
-
-    bool RunAndWait(const std::string& program,
-                    const std::vector<std::string>& arguments) override {
-        return processes_.RunAndWait(program, arguments);
-    }
-    std::string TemporaryFolder() const override { return processes_.TemporaryFolder(); }
-    std::string FindEngineProgram() const override { return speech_.FindEngineProgram(); }
-
     void ShowMessage(const std::string& text, const std::string& caption,
                      MessageIcon icon) override;
     bool AskYesNo(const std::string& text, const std::string& caption) override;
@@ -84,15 +66,16 @@ class QtHost final : public QObject, public Host {
   private:
     QWidget* Parent() const;
 
+    // The services the core reaches through the host; they are made after
+    // the host's base, which only keeps references to them.
     SystemClock clock_;
     platform::LinuxProcessRunner processes_;
     platform::LinuxSpeechEngineFinder speech_;
     SoundPlayer sound_;
+    QtTimers timers_;
     ScreenSaver screenSaver_;
     HostWindow* window_ = nullptr;
     std::function<void(int)> dialogOpener_;
-    std::map<int, std::unique_ptr<QTimer>> timers_;
-    int nextTimerId_ = 1;
 };
 
 }  // namespace tolvane::shell

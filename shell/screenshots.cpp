@@ -10,9 +10,9 @@
 #include "core/base/program_paths.h"
 #include "core/base/string_manager.h"
 #include "core/maps/recent_maps.h"
+#include "headless/replay.h"
 #include "shell/dialogs/map_loader.h"
 #include "shell/view_renderer.h"
-#include "tools/replay/replay.h"
 
 namespace tolvane::shell {
 namespace {

@@ -28,7 +28,8 @@ QSoundEffect& SoundPlayer::Effect(std::unique_ptr<QSoundEffect>& effect) {
     return *effect;
 }
 
-bool SoundPlayer::Play(const QString& path, bool loop) {
+bool SoundPlayer::PlaySoundFile(const std::string& file, SoundMode mode) {
+    const QString path = QString::fromStdString(file);
     if (!HaveAudioOutput() || !QFileInfo::exists(path)) return true;
     QSoundEffect& effect = Effect(file_);
     effect.stop();
@@ -40,20 +41,22 @@ bool SoundPlayer::Play(const QString& path, bool loop) {
     effect.setSource(source);
     // The alarm holds whole periods of its tones, so the effect's own loop
     // plays it without a gap.
-    effect.setLoopCount(loop ? QSoundEffect::Infinite : 1);
+    effect.setLoopCount(mode == SoundMode::kLoop ? QSoundEffect::Infinite : 1);
     effect.play();
     return true;
 }
 
-void SoundPlayer::Stop() {
+bool SoundPlayer::StopSound() {
     if (file_) file_->stop();
+    return true;
 }
 
-void SoundPlayer::PlayLimitBeep() {
-    if (!HaveAudioOutput()) return;
+bool SoundPlayer::PlayLimitBeep() {
+    if (!HaveAudioOutput()) return true;
     QSoundEffect& effect = Effect(beep_);
     if (effect.source().isEmpty()) effect.setSource(QUrl(QString::fromLatin1(kLimitBeep)));
     effect.play();
+    return true;
 }
 
 }  // namespace tolvane::shell

@@ -1,7 +1,9 @@
 #pragma once
 
-#include <QString>
 #include <memory>
+#include <string>
+
+#include "core/base/services.h"
 
 class QSoundEffect;
 
@@ -10,17 +12,17 @@ namespace tolvane::shell {
 // Plays wave files and the built-in limit beep through Qt Multimedia,
 // always asynchronously. A machine without an audio output plays nothing
 // and the calls return at once: the core repeats a sound call until it
-// succeeds, so nothing here may fail or wait.
-class SoundPlayer {
+// succeeds, so nothing here may fail or wait: every call reports success.
+class SoundPlayer final : public SoundService {
   public:
     SoundPlayer();
-    ~SoundPlayer();
+    ~SoundPlayer() override;
 
     // Plays the file once or in a loop, replacing what plays; a missing
     // file plays nothing.
-    bool Play(const QString& path, bool loop);
-    void Stop();
-    void PlayLimitBeep();
+    bool PlaySoundFile(const std::string& path, SoundMode mode) override;
+    bool StopSound() override;
+    bool PlayLimitBeep() override;
 
   private:
     bool HaveAudioOutput();

@@ -45,7 +45,7 @@ bool OpensDialog(int id) {
 // that is on can always be switched off.
 bool VoiceGuideSwitchable(Program& program) {
     const Options& options = program.app.options;
-    const VoiceGuide voice(program.host, program.host, program.host);
+    const VoiceGuide voice(program.host.Speech(), program.host.Processes(), program.host.Sound());
     return options.voiceGuide != 0 || voice.IsVoiceEngineAvailable(options.voiceEngine);
 }
 
@@ -92,18 +92,14 @@ void StartGps(Program& program) {
     if (source == kGpsSourceBluetooth) SwitchRadioOnForGps(program);
     if (IsPortSource(source)) {
         program.port.links.nmeaFolder = app.folders.nmeaDir;
-        program.port.talkers = TalkersFor(app.multiGnss);
-        started = StartPortGps(program.port, app.options, app.runtime, program.host);
-        if (started) app.readActiveSource = [&program] { return ReadPortSource(program.port); };
+        started = StartPortGps(app, program.port, program.host);
     } else {
         started = StartGidSource(program.gid, {program.host, program.deviceQueries,
                                                program.libraryLoader, nullptr, nullptr});
-        if (started) app.readActiveSource = [&program] { return ReadGidSource(program.gid); };
+        if (started) RunGpsFrom(app, [&program] { return ReadGidSource(program.gid); });
     }
     if (!started) return;
     program.runningSource = source;
-    UpdateGpsState(app);
-    app.gpsRunning = true;
     program.host.Repaint();
 }
 
@@ -119,7 +115,7 @@ void StopGps(Program& program) {
     app.readActiveSource = nullptr;
     app.gpsRunning = false;
     if (app.alarm.sounding) {
-        RepeatUntilSuccess([&program] { return program.host.StopSound(); });
+        RepeatUntilSuccess([&program] { return program.host.Sound().StopSound(); });
         app.alarm.sounding = false;
     }
     program.host.Repaint();

@@ -1,5 +1,9 @@
 #include "core/app/gps_commands.h"
 
+#include <utility>
+
+#include "core/app/main_timer.h"
+
 namespace tolvane {
 namespace {
 
@@ -25,8 +29,8 @@ bool ChoosePort(PortSource& port, const Options& options, const OptionsRuntime& 
 }  // namespace
 
 void LinkPortSourceToHost(PortSource& port, Host& host) {
-    port.links.timers = &host;
-    port.links.clock = &host;
+    port.links.timers = &host.Timers();
+    port.links.clock = &host.Time();
     port.links.rmcParsed = [&host] { host.NotifyRmcParsed(); };
 }
 
@@ -38,20 +42,35 @@ SourceReading ReadPortSource(PortSource& port) {
     return reading;
 }
 
-bool StartPortGps(PortSource& port, const Options& options, const OptionsRuntime& runtime,
-                  Host& host) {
-    if (!ChoosePort(port, options, runtime, host)) return false;
-    port.baudRate = BaudRateForIndex(options.baudIndex);
-    if (!OpenPort(port)) {
-        ShowLanguageMessage(host, kTextPortOpenFailed, MessageIcon::kInformation,
-                            PortErrorText(port));
-        return false;
+void RunGpsFrom(AppState& app, std::function<SourceReading()> read) {
+    app.readActiveSource = std::move(read);
+    UpdateGpsState(app);
+    app.gpsRunning = true;
+}
+
+PortStart StartGpsFromPort(AppState& app, PortSource& port, ReaderDrive drive) {
+    port.talkers = TalkersFor(app.multiGnss);
+    if (!OpenPort(port)) return PortStart::kOpenFailed;
+    if (!StartReader(port, drive)) return PortStart::kReaderFailed;
+    RunGpsFrom(app, [&port] { return ReadPortSource(port); });
+    return PortStart::kStarted;
+}
+
+bool StartPortGps(AppState& app, PortSource& port, Host& host) {
+    if (!ChoosePort(port, app.options, app.runtime, host)) return false;
+    port.baudRate = BaudRateForIndex(app.options.baudIndex);
+    switch (StartGpsFromPort(app, port, ReaderDrive::kThread)) {
+        case PortStart::kStarted:
+            return true;
+        case PortStart::kOpenFailed:
+            ShowLanguageMessage(host, kTextPortOpenFailed, MessageIcon::kInformation,
+                                PortErrorText(port));
+            return false;
+        case PortStart::kReaderFailed:
+            ShowLanguageMessage(host, kTextReaderFailed, MessageIcon::kStop, PortErrorText(port));
+            return false;
     }
-    if (!StartReader(port)) {
-        ShowLanguageMessage(host, kTextReaderFailed, MessageIcon::kStop, PortErrorText(port));
-        return false;
-    }
-    return true;
+    return false;
 }
 
 std::uint32_t StopLostPortGps(PortSource& port, Host& host) {

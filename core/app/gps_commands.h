@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <string>
 
 #include "core/app/host.h"
@@ -21,13 +22,27 @@ void LinkPortSourceToHost(PortSource& port, Host& host);
 // port is open, and the NMEA record read under the source's lock.
 SourceReading ReadPortSource(PortSource& port);
 
+// Where a start of the port source stopped.
+enum class PortStart { kStarted, kOpenFailed, kReaderFailed };
+
+// The end of every start of the GPS: read becomes the active source, the
+// GPS state is brought up to date from it once and the GPS is marked as
+// running.
+void RunGpsFrom(AppState& app, std::function<SourceReading()> read);
+
+// Starts the GPS from the port source whose portName and baudRate are set:
+// OpenPort, then StartReader for the talkers of the multi-GNSS setting,
+// driven by its own thread or, in a replay, by the caller; then RunGpsFrom
+// the port. The window's "Start GPS" command and the headless runs both
+// start the port source here. On failure port.lastErrorCode says why.
+PortStart StartGpsFromPort(AppState& app, PortSource& port, ReaderDrive drive);
+
 // The port steps of the "Start GPS" command for the serial or GPD port
 // (source 1) and the Bluetooth receiver (source 2): port and baud rate from
-// the tables, OpenPort and StartReader, each failure shown with its error
-// code. True when the source runs; the command then updates the GPS state,
-// marks GPS as running and repaints.
-bool StartPortGps(PortSource& port, const Options& options, const OptionsRuntime& runtime,
-                  Host& host);
+// the tables, then StartGpsFromPort on the reader's own thread, each
+// failure shown with its error code. True when the GPS runs; the command
+// then repaints.
+bool StartPortGps(AppState& app, PortSource& port, Host& host);
 
 // The lost-GPS command (40010) for the port sources: stops the source,
 // shows why it stopped (10704 disconnected, 10705 silent for 30 seconds)

@@ -23,14 +23,33 @@ struct AboutInfo {
     std::string credits;  // one line for each part the program ships
 };
 
+// The services a host hands to the core, owned by the host's maker or by the
+// host itself, and outliving every call into the core.
+struct HostServices {
+    const Clock& clock;
+    TimerService& timers;
+    SoundService& sound;
+    ProcessRunner& processes;
+    const SpeechEngineFinder& speech;
+};
+
 // Everything the core needs from the world it runs in: the window's host
 // (Qt), the command-line tool's quiet host and the tests' fakes implement it.
-class Host : public Clock,
-             public TimerService,
-             public SoundService,
-             public ProcessRunner,
-             public SpeechEngineFinder {
+// The services are handed in rather than inherited, so that each host picks
+// its own and none forwards their calls.
+class Host {
   public:
+    explicit Host(const HostServices& services) : services_(services) {}
+    virtual ~Host() = default;
+    Host(const Host&) = delete;
+    Host& operator=(const Host&) = delete;
+
+    const Clock& Time() const { return services_.clock; }
+    TimerService& Timers() { return services_.timers; }
+    SoundService& Sound() { return services_.sound; }
+    ProcessRunner& Processes() { return services_.processes; }
+    const SpeechEngineFinder& Speech() const { return services_.speech; }
+
     // A modal message box with the given caption.
     virtual void ShowMessage(const std::string& text, const std::string& caption,
                              MessageIcon icon) = 0;
@@ -63,6 +82,9 @@ class Host : public Clock,
     // Closes the main window after a confirmed exit; the program then ends
     // without asking again.
     virtual void CloseWindow() = 0;
+
+  private:
+    HostServices services_;
 };
 
 }  // namespace tolvane

@@ -40,7 +40,7 @@ int ArrowIndex(Key key) {
 }
 
 void PlayLimitBeep(Host& host) {
-    RepeatUntilSuccess([&host] { return host.PlayLimitBeep(); });
+    RepeatUntilSuccess([&host] { return host.Sound().PlayLimitBeep(); });
 }
 
 // A key's command; one that cannot run now answers with the limit beep, so
@@ -111,7 +111,7 @@ void PauseFollowing(AppState& app) {
 
 void OnMapArrow(Program& program, Key key) {
     AppState& app = program.app;
-    if (!AcceptArrow(app, key, program.host.NowUtc())) return;
+    if (!AcceptArrow(app, key, program.host.Time().NowUtc())) return;
     if (app.mapKeys.zoomMode) {
         const bool upOrDown = key == Key::kUp || key == Key::kDown;
         if (!upOrDown || !ZoomMap(app, key == Key::kUp ? 1 : -1)) {
@@ -171,7 +171,7 @@ void OnEnter(Program& program) {
 void OnPlacingKey(Program& program, Key key) {
     if (key == Key::kEnter) {
         OnCommand(program, kCommandPlaceRefPoint);
-    } else if (IsArrow(key) && AcceptArrow(program.app, key, program.host.NowUtc())) {
+    } else if (IsArrow(key) && AcceptArrow(program.app, key, program.host.Time().NowUtc())) {
         MoveCrossHair(program, EastStep(key), SouthStep(key));
     }
 }

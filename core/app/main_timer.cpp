@@ -28,9 +28,9 @@ void MainTimerProc(AppState& app, Host& host) {
     AdvanceTripStatistics(gps, [&app](double latitude, double longitude, double& km) {
         return UpdateDestinationFigures(app.navigation, app.options, latitude, longitude, km);
     });
-    VoiceGuide voice(host, host, host);
-    CheckArrival(gps, app.options, app.navigation, voice, app.alarm, host);
-    CheckSpeedAlarm(gps, app.options, app.alarm, host);
+    VoiceGuide voice(host.Speech(), host.Processes(), host.Sound());
+    CheckArrival(gps, app.options, app.navigation, voice, app.alarm, host.Sound());
+    CheckSpeedAlarm(gps, app.options, app.alarm, host.Sound());
     AdvanceInstrumentMemory(app.instruments, gps, app.options);
 
     gps.noFixBlink = gps.connected && !gps.fixValid ? !gps.noFixBlink : 0;
@@ -46,7 +46,7 @@ void MainTimerProc(AppState& app, Host& host) {
 
 void TrackTimerProc(AppState& app, Host& host) {
     TrackTimerTick(app.track,
-                   {app.gps, app.options, app.gpsRunning, app.folders.trackLogDir, host});
+                   {app.gps, app.options, app.gpsRunning, app.folders.trackLogDir, host.Time()});
     // The map views draw the track live.
     if (IsMapView(app.currentView)) host.Repaint();
     ReportTrackFailure(app, host);

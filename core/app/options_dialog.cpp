@@ -93,7 +93,7 @@ void StoreTrackLogFormat(Program& program, std::int32_t format, bool storageChan
     Options& options = app.options;
     const bool logging = app.gpsRunning && options.trackLoggerEnabled != 0;
     if (logging && (format != options.trackLogFormat || storageChanged)) {
-        RestartTrackFile(app.track, options, format, app.folders.trackLogDir, program.host);
+        RestartTrackFile(app.track, options, format, app.folders.trackLogDir, program.host.Time());
     } else {
         options.trackLogFormat = format;
     }
@@ -176,13 +176,13 @@ UnitLabels OptionsUnitLabels(int unitSystem) {
 }
 
 bool CanTestVoice(Program& program, const OptionsForm& form) {
-    const VoiceGuide voice(program.host, program.host, program.host);
+    const VoiceGuide voice(program.host.Speech(), program.host.Processes(), program.host.Sound());
     return voice.IsVoiceEngineAvailable(form.voiceEngine) && !form.testSentence.empty();
 }
 
 bool TestVoice(Program& program, const OptionsForm& form) {
     if (!CanTestVoice(program, form)) return false;
-    VoiceGuide voice(program.host, program.host, program.host);
+    VoiceGuide voice(program.host.Speech(), program.host.Processes(), program.host.Sound());
     return voice.SpeakText(form.voiceEngine, form.testSentence);
 }
 

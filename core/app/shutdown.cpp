@@ -9,7 +9,7 @@ namespace {
 
 void StopTimers(Program& program) {
     for (int* timer : {&program.trackTimerId, &program.mainTimerId}) {
-        if (*timer != 0) program.host.KillTimer(*timer);
+        if (*timer != 0) program.host.Timers().KillTimer(*timer);
         *timer = 0;
     }
 }
@@ -38,7 +38,7 @@ void StopRunningGps(Program& program) {
 
 void StopAlarm(Program& program) {
     if (!program.app.alarm.sounding) return;
-    RepeatUntilSuccess([&program] { return program.host.StopSound(); });
+    RepeatUntilSuccess([&program] { return program.host.Sound().StopSound(); });
     program.app.alarm.sounding = false;
 }
 

@@ -61,8 +61,8 @@ void ReplayToggle(Program& program, std::int32_t& flag, int command) {
 // Starts a one-second timer in place of the one before; false when none
 // could be made.
 bool RestartTimer(Program& program, int& timerId, std::function<void()> procedure) {
-    if (timerId != 0) program.host.KillTimer(timerId);
-    timerId = program.host.StartTimer(kTimerMilliseconds, std::move(procedure));
+    if (timerId != 0) program.host.Timers().KillTimer(timerId);
+    timerId = program.host.Timers().StartTimer(kTimerMilliseconds, std::move(procedure));
     return timerId != 0;
 }
 

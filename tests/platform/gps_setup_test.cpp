@@ -11,13 +11,13 @@
 #include <thread>
 
 #include "core/app/gps_commands.h"
+#include "headless/port_run.h"
 #include "platform/port_device.h"
 #include "platform/receiver_probe.h"
 #include "platform/receiver_setup.h"
 #include "tests/core/nmea_sentence.h"
 #include "tests/core/test_support.h"
 #include "tests/platform/pseudo_terminal.h"
-#include "tools/replay/port_run.h"
 
 namespace tolvane {
 namespace {
@@ -46,11 +46,12 @@ struct SourceOnPortDevice {
     ~SourceOnPortDevice() { StopPortSource(port); }
 
     platform::PortDevice device;
-    tool::QuietServices quiet;
+    QuietServices quiet;
     std::ostringstream messages;
     ZeroClock clock;
     tool::ToolHost host;
-    Options options{};
+    AppState app;
+    Options& options = app.options;
     PortSource port;
 };
 
@@ -131,7 +132,7 @@ TEST(GpsSetupOnPty, TheWrittenLinkIsWhatStartGpsReads) {
     std::ostringstream& messages = source.messages;
     options.gpsSource = kGpsSourcePort;
     options.portIndex = 7;
-    ASSERT_TRUE(StartPortGps(port, options, OptionsRuntime{}, host)) << messages.str();
+    ASSERT_TRUE(StartPortGps(source.app, port, host)) << messages.str();
     ASSERT_TRUE(receiver.Send(kRmc));
     ASSERT_TRUE(WaitUntil(
         [&] {
@@ -151,10 +152,10 @@ TEST(GpsSetupOnPty, WithoutAnAdapterTheBluetoothLinkFailsWithItsCode) {
     tool::ToolHost& host = source.host;
     std::ostringstream& messages = source.messages;
     options.gpsSource = kGpsSourceBluetooth;
-    OptionsRuntime runtime;
+    OptionsRuntime& runtime = source.app.runtime;
     runtime.receiverChosen = true;
     runtime.bluetoothAddress = 0x00'1C'88'30'A1'B2;
-    EXPECT_FALSE(StartPortGps(port, options, runtime, host));
+    EXPECT_FALSE(StartPortGps(source.app, port, host));
     EXPECT_EQ(port.lastErrorCode, kErrorBluetoothPort);
     EXPECT_FALSE(port.lastErrorReason.empty());
     EXPECT_NE(messages.str().find("0x08200a10 ("), std::string::npos) << messages.str();

@@ -8,12 +8,12 @@
 
 #include "core/app/gps_commands.h"
 #include "core/base/string_manager.h"
+#include "headless/port_run.h"
 #include "platform/serial_device.h"
 #include "tests/core/nmea_sentence.h"
 #include "tests/core/test_support.h"
 #include "tests/platform/pseudo_terminal.h"
 #include "tests/platform/scoped_environment.h"
-#include "tools/replay/port_run.h"
 
 namespace tolvane {
 namespace {
@@ -95,10 +95,11 @@ class PortSourceOnPty : public ::testing::Test {
     int slept_ = 0;
     platform::TermiosSerialDevice device_;
     FixedClock clock_;
-    tool::QuietServices quiet_;
+    QuietServices quiet_;
     std::ostringstream messages_;
     tool::ToolHost host_;
-    Options options_{};
+    AppState app_;
+    Options& options_ = app_.options;
     PortSource port_;
     std::uint32_t shown_ = 0;
     std::string sent_;
@@ -221,20 +222,20 @@ TEST_F(PortSourceOnPty, StartFailuresLeaveTheirCodesAndTheStartCommandShowsThem)
     port_.links.timers = &noTimers;
     options_.gpsSource = kGpsSourcePort;
     options_.portIndex = 5;  // COM5, not linked
-    EXPECT_FALSE(StartPortGps(port_, options_, {}, host_));
+    EXPECT_FALSE(StartPortGps(app_, port_, host_));
     EXPECT_EQ(port_.portName, "COM5:");
     EXPECT_NE(messages_.str().find("could not be opened: 0x08200a06"), std::string::npos);
 
     std::filesystem::create_directory(folder_.File("ports"));
     std::filesystem::create_symlink(receiver_.SlaveName(), folder_.File("ports/COM5"));
     // The link resolves and the port opens; the watchdog timer fails.
-    EXPECT_FALSE(StartPortGps(port_, options_, {}, host_));
+    EXPECT_FALSE(StartPortGps(app_, port_, host_));
     EXPECT_EQ(port_.lastErrorCode, "0x08200a0d");
     EXPECT_NE(messages_.str().find("could not be started: 0x08200a0d"), std::string::npos);
     EXPECT_FALSE(IsPortOpen(port_));
 
     options_.gpsSource = kGpsSourceBluetooth;
-    EXPECT_FALSE(StartPortGps(port_, options_, {}, host_));
+    EXPECT_FALSE(StartPortGps(app_, port_, host_));
     EXPECT_NE(messages_.str().find("No GPS receiver has been chosen"), std::string::npos);
 }
 

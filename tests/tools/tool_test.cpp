@@ -9,8 +9,6 @@
 #include "tests/core/test_support.h"
 #include "tests/tools/run_tool.h"
 #include "tests/tools/shell_command.h"
-#include "tools/replay/port_run.h"
-#include "tools/replay/tool_host.h"
 #include "tools/tolvane-tool/commands.h"
 
 namespace tolvane::tool {
@@ -27,37 +25,6 @@ TEST(ToolTest, WrongArgumentsPrintUsageAndExit2) {
     const Result help = RunCommand({"--help"});
     EXPECT_EQ(help.code, kExitOk);
     EXPECT_NE(help.out.find("options reset FILE"), std::string::npos);
-}
-
-TEST(ToolHostTest, TimersFireInStartOrderAndFollowKillsAndStartsWithinARound) {
-    class NoClock final : public Clock {
-      public:
-        FileTime NowUtc() const override { return 0; }
-    } clock;
-    QuietServices quiet;
-    std::ostringstream messages;
-    ToolHost host(clock, quiet, quiet, quiet, messages);
-    std::string fired;
-    int third = 0;
-    int fourth = 0;
-    const int first = host.StartTimer(1000, [&] { fired += '1'; });
-    host.StartTimer(1000, [&] {
-        fired += '2';
-        if (third == 0) return;
-        host.KillTimer(third);  // a later timer killed: it does not run
-        third = 0;
-        host.StartTimer(1000, [&] { fired += '5'; });  // runs from the next round on
-    });
-    third = host.StartTimer(1000, [&] { fired += '3'; });
-    fourth = host.StartTimer(1000, [&] {
-        fired += '4';
-        host.KillTimer(first);  // an earlier timer, then itself
-        host.KillTimer(fourth);
-    });
-    host.FireTimers();
-    EXPECT_EQ(fired, "124");
-    host.FireTimers();
-    EXPECT_EQ(fired, "12425");
 }
 
 TEST(ToolTest, OptionsResetWritesTheDefaultRecordAndDumpShowsIt) {

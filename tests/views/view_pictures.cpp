@@ -4,8 +4,8 @@
 #include <sstream>
 
 #include "core/views/view_painter.h"
+#include "headless/replay.h"
 #include "shell/qt_canvas.h"
-#include "tools/replay/replay.h"
 
 namespace tolvane::testing {
 

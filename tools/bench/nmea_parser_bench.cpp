@@ -10,7 +10,7 @@
 #include <vector>
 
 #include "core/gps/nmea_record.h"
-#include "tests/core/gps/port_reader_feed.h"
+#include "core/gps/port_reader_feed.h"
 
 namespace tolvane {
 namespace {
@@ -124,7 +124,7 @@ void BM_ParseGpSentencesInPortReaderWindows(benchmark::State& state) {
     NmeaRecord record{};
     GsvPaging paging;
     for (auto _ : state) {
-        testing::PortReaderFeed feed(record, paging);
+        PortReaderFeed feed(record, paging);
         feed.ReadAll(text.data(), text.size(), kReadSize, INT_MAX);
         benchmark::DoNotOptimize(feed.Buffer());
     }

@@ -7,9 +7,9 @@
 #include <sstream>
 
 #include "core/app/main_timer.h"
-#include "tools/replay/port_run.h"
-#include "tools/replay/recording_device.h"
-#include "tools/replay/replay.h"
+#include "headless/port_run.h"
+#include "headless/recording_device.h"
+#include "headless/replay.h"
 
 namespace {
 

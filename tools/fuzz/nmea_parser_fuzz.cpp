@@ -10,7 +10,7 @@
 #include <string>
 
 #include "core/gps/nmea_record.h"
-#include "tests/core/gps/port_reader_feed.h"
+#include "core/gps/port_reader_feed.h"
 
 namespace {
 
@@ -74,8 +74,8 @@ void ParseEachSentence(NmeaRecord& record, GsvPaging& paging, const std::string&
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     constexpr std::size_t kControlBytes = 3;
     if (size < kControlBytes) return 0;
-    const std::size_t readSize = 1 + (data[0] | static_cast<std::size_t>(data[1]) << 8) %
-                                         tolvane::testing::PortReaderFeed::kMaxRead;
+    const std::size_t readSize =
+        1 + (data[0] | static_cast<std::size_t>(data[1]) << 8) % tolvane::PortReaderFeed::kMaxRead;
     const int readsPerParse = 1 + data[2] % 8;
     const char* stream = reinterpret_cast<const char*>(data + kControlBytes);
     const std::size_t streamSize = size - kControlBytes;
@@ -83,7 +83,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     // On the heap, so that a write past the record's end is caught.
     auto record = std::make_unique<NmeaRecord>();
     GsvPaging paging;
-    tolvane::testing::PortReaderFeed feed(*record, paging);
+    tolvane::PortReaderFeed feed(*record, paging);
     feed.ReadAll(stream, streamSize, readSize, readsPerParse);
     CheckRecord(*record);
 

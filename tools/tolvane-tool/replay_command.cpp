@@ -2,8 +2,8 @@
 #include <string>
 
 #include "core/base/string_manager.h"
+#include "headless/replay.h"
 #include "platform/program_location.h"
-#include "tools/replay/replay.h"
 #include "tools/tolvane-tool/run_options.h"
 #include "tools/tolvane-tool/tick_json.h"
 

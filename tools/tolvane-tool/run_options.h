@@ -3,7 +3,7 @@
 #include <cstddef>
 #include <string>
 
-#include "tools/replay/port_run.h"
+#include "headless/port_run.h"
 #include "tools/tolvane-tool/commands.h"
 
 namespace tolvane::tool {

@@ -7,10 +7,10 @@
 #include "core/app/gid_commands.h"
 #include "core/app/main_timer.h"
 #include "core/base/string_manager.h"
+#include "headless/tool_host.h"
 #include "platform/device_queries.h"
 #include "platform/dynamic_library.h"
 #include "platform/program_location.h"
-#include "tools/replay/tool_host.h"
 #include "tools/tolvane-tool/commands.h"
 #include "tools/tolvane-tool/tick_json.h"
 

@@ -4,7 +4,7 @@
 #include <string>
 
 #include "core/data/options.h"
-#include "tools/replay/port_run.h"
+#include "headless/port_run.h"
 
 namespace tolvane::tool {
 

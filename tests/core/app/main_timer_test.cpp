@@ -12,9 +12,12 @@
 namespace tolvane {
 namespace {
 
-// Counts repaints and idle resets and keeps what was played.
-class CountingHost final : public testing::RecordingHost {
+// Counts repaints and idle resets and keeps what was played; it is its own
+// clock and sound.
+class CountingHost final : public testing::RecordingHost, public Clock, public SoundService {
   public:
+    CountingHost() : RecordingHost({*this, noTimers_, *this, quiet_, quiet_}) {}
+
     FileTime NowUtc() const override { return now; }
     bool PlaySoundFile(const std::string& path, SoundMode mode) override {
         played.push_back(path + (mode == SoundMode::kLoop ? " loop" : " once"));
@@ -22,6 +25,8 @@ class CountingHost final : public testing::RecordingHost {
     }
     void Repaint() override { ++repaints; }
     void ResetIdleTimer() override { ++idleResets; }
+    bool StopSound() override { return true; }
+    bool PlayLimitBeep() override { return true; }
 
     FileTime now = *CivilToFileTime({2011, 7, 4, 16, 5, 9, 0});
     std::vector<std::string> played;

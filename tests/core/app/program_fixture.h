@@ -9,10 +9,17 @@
 
 namespace tolvane::testing {
 
-// A host that writes what the program asks of the window into one list, in
-// order, and answers questions as told.
-class EventHost final : public RecordingHost {
+// A host that writes what the program asks of the window and of its timers
+// and sounds into one list, in order, and answers questions as told. It is
+// its own clock, timers, sound and speech engine finder.
+class EventHost final : public RecordingHost,
+                        public Clock,
+                        public TimerService,
+                        public SoundService,
+                        public SpeechEngineFinder {
   public:
+    EventHost() : RecordingHost({*this, *this, *this, quiet_, *this}) {}
+
     FileTime NowUtc() const override { return now; }
     void ShowMessage(const std::string& text, const std::string& caption,
                      MessageIcon icon) override {
@@ -30,6 +37,8 @@ class EventHost final : public RecordingHost {
         return ++lastTimer == timerToFail ? 0 : lastTimer;
     }
     void KillTimer(int id) override { events.push_back("kill " + std::to_string(id)); }
+    bool PlaySoundFile(const std::string&, SoundMode) override { return true; }
+    bool StopSound() override { return true; }
     bool PlayLimitBeep() override {
         events.push_back("beep");
         return true;

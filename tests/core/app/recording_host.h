@@ -3,19 +3,23 @@
 #include <string>
 #include <vector>
 
-#include "core/app/host.h"
+#include "core/app/windowless_host.h"
 
 namespace tolvane::testing {
 
 // A host without a window: it records the message boxes it is asked to show
-// and answers everything else quietly.
-class RecordingHost : public Host {
+// and answers everything else quietly. Its clock stands at 0 and no timer
+// starts, unless a test hands in services of its own.
+class RecordingHost : public WindowlessHost {
   public:
     struct Message {
         std::string text;
         std::string caption;
         MessageIcon icon;
     };
+
+    RecordingHost() : WindowlessHost({stoppedClock_, noTimers_, quiet_, quiet_, quiet_}) {}
+    explicit RecordingHost(const HostServices& services) : WindowlessHost(services) {}
 
     std::vector<Message> messages;
 
@@ -24,24 +28,23 @@ class RecordingHost : public Host {
         messages.push_back({text, caption, icon});
     }
     bool AskYesNo(const std::string&, const std::string&) override { return true; }
-    void Repaint() override {}
-    void ResetIdleTimer() override {}
-    void NotifyRmcParsed() override {}
-    void HoldScreenOn() override {}
-    void ReleaseScreenOn() override {}
-    bool OpenDocument(const std::string&) override { return false; }
-    void ShowAbout(const AboutInfo&) override {}
-    void OpenDialog(int) override {}
-    void CloseWindow() override {}
-    FileTime NowUtc() const override { return 0; }
-    int StartTimer(int, std::function<void()>) override { return 0; }
-    void KillTimer(int) override {}
-    bool PlaySoundFile(const std::string&, SoundMode) override { return true; }
-    bool StopSound() override { return true; }
-    bool PlayLimitBeep() override { return true; }
-    bool RunAndWait(const std::string&, const std::vector<std::string>&) override { return false; }
-    std::string TemporaryFolder() const override { return "/tmp"; }
-    std::string FindEngineProgram() const override { return {}; }
+
+  protected:
+    class StoppedClock final : public Clock {
+      public:
+        FileTime NowUtc() const override { return 0; }
+    };
+    class NoTimers final : public TimerService {
+      public:
+        int StartTimer(int, std::function<void()>) override { return 0; }
+        void KillTimer(int) override {}
+    };
+
+    // Made after the base, which only keeps references to them. A test's
+    // host that is its own clock or sound takes the others from here.
+    StoppedClock stoppedClock_;
+    NoTimers noTimers_;
+    QuietServices quiet_;
 };
 
 }  // namespace tolvane::testing

@@ -8,7 +8,7 @@
 #include <vector>
 
 #include "core/gps/nmea_record.h"
-#include "tests/core/gps/port_reader_feed.h"
+#include "core/gps/port_reader_feed.h"
 #include "tests/core/nmea_sentence.h"
 #include "tests/core/test_support.h"
 
@@ -16,7 +16,6 @@ namespace tolvane {
 namespace {
 
 using testing::NmeaSentence;
-using testing::PortReaderFeed;
 
 // The textbook sentences, with the checksums their receivers send.
 constexpr char kRmc[] = "$GPRMC,123519,A,4807.038,N,01131.000,E,022.4,084.4,230394,003.1,W*6A\r\n";

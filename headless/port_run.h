@@ -7,23 +7,12 @@
 
 #include "core/gps/port_source.h"
 #include "core/state/app_state.h"
+#include "headless/tool_host.h"
 #include "platform/command_line_sound.h"
 #include "platform/process_runner.h"
 #include "platform/speech_engine_finder.h"
-#include "tools/replay/tool_host.h"
 
 namespace tolvane::tool {
-
-// The tool plays no sounds and starts no speech.
-class QuietServices final : public SoundService, public ProcessRunner, public SpeechEngineFinder {
-  public:
-    bool PlaySoundFile(const std::string&, SoundMode) override { return true; }
-    bool StopSound() override { return true; }
-    bool PlayLimitBeep() override { return true; }
-    bool RunAndWait(const std::string&, const std::vector<std::string>&) override { return false; }
-    std::string TemporaryFolder() const override { return "/tmp"; }
-    std::string FindEngineProgram() const override { return {}; }
-};
 
 // The sound, process and speech services of a run: quiet, or the
 // machine's own when the run speaks its arrivals (--voice 1).
@@ -99,8 +88,9 @@ class PortRun {
     PortRun(const PortRun&) = delete;
     PortRun& operator=(const PortRun&) = delete;
 
-    // Opens the port and starts the reader as the GPS start command does,
-    // then updates the state once. False with port.lastErrorCode set.
+    // Starts the GPS from the named port at the baud rate through the same
+    // function as the window's "Start GPS" command. False with
+    // port.lastErrorCode set.
     bool Start(const std::string& portName, std::uint32_t baudRate, ReaderDrive drive);
 
     // The watchdog's second: it asks the reader for a parse, and stops the

@@ -6,7 +6,7 @@
 #include "core/gps/nmea_record.h"
 #include "core/gps/port_source.h"
 
-namespace tolvane::testing {
+namespace tolvane {
 
 // Feeds recorded text to the parser the way the port reader does: each read
 // is appended as text (zero bytes made '$', see CopyReadAsText) to a
@@ -79,4 +79,4 @@ class PortReaderFeed {
     int bufferedBytes_ = 0;       // counted the reader's way
 };
 
-}  // namespace tolvane::testing
+}  // namespace tolvane

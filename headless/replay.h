@@ -9,7 +9,7 @@
 #include "core/gps/gps_state.h"
 #include "core/gps/nmea_record.h"
 #include "core/state/app_state.h"
-#include "tools/replay/port_run.h"
+#include "headless/port_run.h"
 
 namespace tolvane::tool {
 

@@ -1,4 +1,4 @@
-#include "tools/replay/recording_device.h"
+#include "headless/recording_device.h"
 
 #include <algorithm>
 #include <bit>

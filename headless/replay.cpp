@@ -1,4 +1,4 @@
-#include "tools/replay/replay.h"
+#include "headless/replay.h"
 
 #include <algorithm>
 #include <cerrno>
@@ -9,7 +9,7 @@
 #include <string>
 #include <vector>
 
-#include "tools/replay/recording_device.h"
+#include "headless/recording_device.h"
 
 namespace tolvane::tool {
 namespace {

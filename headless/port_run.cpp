@@ -1,4 +1,4 @@
-#include "tools/replay/port_run.h"
+#include "headless/port_run.h"
 
 #include <cerrno>
 #include <cstring>
@@ -136,7 +136,6 @@ PortRun::PortRun(const Clock& clock, SerialDevice& device, const Options& option
         app.gpsRunning = false;
         lost_ = true;
     };
-    app.readActiveSource = [this] { return ReadPortSource(port); };
 }
 
 PortRun::~PortRun() {
@@ -147,11 +146,7 @@ PortRun::~PortRun() {
 bool PortRun::Start(const std::string& portName, std::uint32_t baudRate, ReaderDrive drive) {
     port.portName = portName;
     port.baudRate = baudRate;
-    port.talkers = TalkersFor(app.multiGnss);
-    if (!OpenPort(port) || !StartReader(port, drive)) return false;
-    UpdateGpsState(app);
-    app.gpsRunning = true;
-    return true;
+    return StartGpsFromPort(app, port, drive) == PortStart::kStarted;
 }
 
 void PortRun::Tick() {

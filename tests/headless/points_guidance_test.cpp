@@ -12,10 +12,10 @@
 #include "core/data/gpx_writer.h"
 #include "core/nav/destination_list.h"
 #include "core/nav/voice_guide.h"
+#include "headless/replay.h"
 #include "tests/core/test_support.h"
 #include "tests/platform/scoped_environment.h"
 #include "tests/tools/shell_command.h"
-#include "tools/replay/replay.h"
 
 namespace tolvane::tool {
 namespace {

@@ -1,20 +1,20 @@
-#include "tools/replay/tool_host.h"
+#include "headless/tool_host.h"
 
 #include <ostream>
 
 namespace tolvane::tool {
 
-int ToolHost::StartTimer(int /*intervalMilliseconds*/, std::function<void()> callback) {
+int LoopTimers::StartTimer(int /*intervalMilliseconds*/, std::function<void()> callback) {
     const int id = nextTimerId_++;
     timers_[id] = std::move(callback);
     return id;
 }
 
-void ToolHost::KillTimer(int timerId) {
+void LoopTimers::KillTimer(int timerId) {
     timers_.erase(timerId);
 }
 
-void ToolHost::FireTimers() {
+void LoopTimers::FireTimers() {
     // A callback may kill timers (the watchdog stops the source) or start
     // new ones, so the timer after each one that ran is looked up again, up
     // to the last that was there at the start: ids only grow.
