@@ -7,7 +7,7 @@
 
 #include "core/gps/port_source.h"
 #include "core/state/app_state.h"
-#include "headless/tool_host.h"
+#include "headless/headless_host.h"
 #include "platform/command_line_sound.h"
 #include "platform/process_runner.h"
 #include "platform/speech_engine_finder.h"
@@ -114,7 +114,7 @@ class PortRun {
     PortSource port;
 
   private:
-    ToolHost host_;
+    HeadlessHost host_;
     bool lost_ = false;
     int ticks_ = 0;
     int fixes_ = 0;

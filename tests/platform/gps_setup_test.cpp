@@ -49,7 +49,7 @@ struct SourceOnPortDevice {
     QuietServices quiet;
     std::ostringstream messages;
     ZeroClock clock;
-    tool::ToolHost host;
+    tool::HeadlessHost host;
     AppState app;
     Options& options = app.options;
     PortSource port;
@@ -128,7 +128,7 @@ TEST(GpsSetupOnPty, TheWrittenLinkIsWhatStartGpsReads) {
     SourceOnPortDevice source;
     Options& options = source.options;
     PortSource& port = source.port;
-    tool::ToolHost& host = source.host;
+    tool::HeadlessHost& host = source.host;
     std::ostringstream& messages = source.messages;
     options.gpsSource = kGpsSourcePort;
     options.portIndex = 7;
@@ -149,7 +149,7 @@ TEST(GpsSetupOnPty, WithoutAnAdapterTheBluetoothLinkFailsWithItsCode) {
     SourceOnPortDevice source;
     Options& options = source.options;
     PortSource& port = source.port;
-    tool::ToolHost& host = source.host;
+    tool::HeadlessHost& host = source.host;
     std::ostringstream& messages = source.messages;
     options.gpsSource = kGpsSourceBluetooth;
     OptionsRuntime& runtime = source.app.runtime;

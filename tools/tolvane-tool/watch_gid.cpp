@@ -7,7 +7,7 @@
 #include "core/app/gid_commands.h"
 #include "core/app/main_timer.h"
 #include "core/base/string_manager.h"
-#include "headless/tool_host.h"
+#include "headless/headless_host.h"
 #include "platform/device_queries.h"
 #include "platform/dynamic_library.h"
 #include "platform/program_location.h"
@@ -24,7 +24,7 @@ int RunGidWatch(const GidWatch& watch, std::ostream& out, std::ostream& err) {
 
     const SystemClock clock;
     RunServices services(watch.settings.voice);
-    ToolHost host(clock, services.Sound(), services.Processes(), services.Speech(), err);
+    HeadlessHost host(clock, services.Sound(), services.Processes(), services.Speech(), err);
     const platform::LinuxDeviceQueries machine;
     platform::SystemLibraryLoader loader;
 

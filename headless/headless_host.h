@@ -25,10 +25,10 @@ class LoopTimers final : public TimerService {
 
 // The host of the headless runs: no window, and messages go to a stream
 // (standard error in the command-line tool).
-class ToolHost final : public WindowlessHost {
+class HeadlessHost final : public WindowlessHost {
   public:
-    ToolHost(const Clock& clock, SoundService& sound, ProcessRunner& processes,
-             const SpeechEngineFinder& speech, std::ostream& messages)
+    HeadlessHost(const Clock& clock, SoundService& sound, ProcessRunner& processes,
+                 const SpeechEngineFinder& speech, std::ostream& messages)
         : WindowlessHost({clock, timers_, sound, processes, speech}), messages_(messages) {}
 
     // Runs every timer's callback once, in the order they were started.

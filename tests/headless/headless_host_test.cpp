@@ -1,4 +1,4 @@
-#include "headless/tool_host.h"
+#include "headless/headless_host.h"
 
 #include <gtest/gtest.h>
 
@@ -7,7 +7,7 @@
 namespace tolvane::tool {
 namespace {
 
-TEST(ToolHostTest, TimersFireInStartOrderAndFollowKillsAndStartsWithinARound) {
+TEST(HeadlessHostTest, TimersFireInStartOrderAndFollowKillsAndStartsWithinARound) {
     LoopTimers timers;
     std::string fired;
     int third = 0;

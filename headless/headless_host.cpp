@@ -1,4 +1,4 @@
-#include "headless/tool_host.h"
+#include "headless/headless_host.h"
 
 #include <ostream>
 
@@ -28,12 +28,12 @@ void LoopTimers::FireTimers() {
     }
 }
 
-void ToolHost::ShowMessage(const std::string& text, const std::string& caption,
-                           MessageIcon /*icon*/) {
+void HeadlessHost::ShowMessage(const std::string& text, const std::string& caption,
+                               MessageIcon /*icon*/) {
     messages_ << caption << ": " << text << '\n';
 }
 
-bool ToolHost::AskYesNo(const std::string& text, const std::string& caption) {
+bool HeadlessHost::AskYesNo(const std::string& text, const std::string& caption) {
     messages_ << caption << ": " << text << " [no]\n";
     return false;
 }
