@@ -17,7 +17,7 @@
 #include <filesystem>
 #include <set>
 
-#include "core/app/gps_setup.h"
+#include "core/app/gps_setup_form.h"
 #include "core/base/string_manager.h"
 #include "platform/serial_device.h"
 

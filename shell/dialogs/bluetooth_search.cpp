@@ -5,7 +5,7 @@
 #include <QBluetoothServiceInfo>
 #include <QBluetoothUuid>
 
-#include "core/app/gps_setup.h"
+#include "core/app/gps_setup_form.h"
 #include "core/gps/port_source.h"
 #include "core/base/string_manager.h"
 

@@ -3,7 +3,7 @@
 #include <QDialog>
 #include <vector>
 
-#include "core/app/gps_setup.h"
+#include "core/app/gps_setup_form.h"
 #include "core/app/program.h"
 #include "platform/receiver_probe.h"
 

@@ -9,7 +9,7 @@
 #include "tests/tools/run_tool.h"
 #include "tests/tools/shell_command.h"
 #include "tools/replay/recording_device.h"
-#include "tools/tolvane-tool/commands.h"
+#include "tools/tolvane-tool/tool_commands.h"
 
 namespace tolvane::tool {
 namespace {

@@ -11,7 +11,7 @@
 #include "tests/tools/shell_command.h"
 #include "tools/replay/port_run.h"
 #include "tools/replay/tool_host.h"
-#include "tools/tolvane-tool/commands.h"
+#include "tools/tolvane-tool/tool_commands.h"
 
 namespace tolvane::tool {
 namespace {

@@ -3,7 +3,7 @@
 
 #include "core/base/text_encoding.h"
 #include "core/data/options.h"
-#include "tools/tolvane-tool/commands.h"
+#include "tools/tolvane-tool/tool_commands.h"
 #include "tools/tolvane-tool/json_writer.h"
 
 namespace tolvane::tool {

@@ -7,7 +7,7 @@
 #include <iterator>
 #include <ostream>
 
-#include "tools/tolvane-tool/commands.h"
+#include "tools/tolvane-tool/tool_commands.h"
 #include "tools/tolvane-tool/run_options.h"
 
 namespace tolvane::tool {

@@ -11,7 +11,7 @@
 #include "platform/dynamic_library.h"
 #include "platform/program_location.h"
 #include "tools/replay/tool_host.h"
-#include "tools/tolvane-tool/commands.h"
+#include "tools/tolvane-tool/tool_commands.h"
 #include "tools/tolvane-tool/tick_json.h"
 
 namespace tolvane::tool {

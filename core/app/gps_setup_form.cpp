@@ -1,4 +1,4 @@
-#include "core/app/gps_setup.h"
+#include "core/app/gps_setup_form.h"
 
 #include "core/app/gps_commands.h"
 #include "core/app/local_settings.h"

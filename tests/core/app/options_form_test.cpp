@@ -1,4 +1,4 @@
-#include "core/app/options_dialog.h"
+#include "core/app/options_form.h"
 
 #include <gtest/gtest.h>
 

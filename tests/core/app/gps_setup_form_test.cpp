@@ -1,4 +1,4 @@
-#include "core/app/gps_setup.h"
+#include "core/app/gps_setup_form.h"
 
 #include <gtest/gtest.h>
 
