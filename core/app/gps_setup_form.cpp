@@ -1,5 +1,6 @@
 #include "core/app/gps_setup_form.h"
 
+#include "core/app/gid_commands.h"
 #include "core/app/gps_commands.h"
 #include "core/app/local_settings.h"
 #include "core/app/shutdown.h"
@@ -22,6 +23,63 @@ std::string OtherGnssAdvice(const NmeaListenSummary& summary, bool multiGnss) {
     if (!TalksOnlyOtherGnss(summary)) return {};
     return FillLanguageText(multiGnss ? kTextLiveOtherGnssRead : kTextLiveOtherGnss,
                      {summary.otherTalker});
+}
+
+std::string ProbeLineText(const ProbeStatus& status, std::int64_t nowMilliseconds) {
+    if (status.problem.fault != DeviceFault::kNone) return DeviceProblemText(status.problem);
+    if (status.exhausted) return FillLanguageText(kTextLiveNoNmea);
+    if (status.searching && status.summary.sentences == 0) {
+        return FillLanguageText(kTextLiveTrying, {std::to_string(status.baudRate)});
+    }
+    return LiveLineText(status.summary, status.baudRate, nowMilliseconds);
+}
+
+std::string DeviceProblemText(const DeviceProblem& problem) {
+    switch (problem.fault) {
+        case DeviceFault::kNone:
+            return {};
+        case DeviceFault::kGone:
+            return FillLanguageText(kTextDeviceGone, {problem.devicePath});
+        case DeviceFault::kNoPermission:
+            return FillLanguageText(kTextDeviceNoPermission,
+                                    {problem.devicePath, problem.group, problem.group});
+        case DeviceFault::kCannotOpen:
+            return FillLanguageText(kTextDeviceCannotOpen, {problem.devicePath, problem.reason});
+        case DeviceFault::kOther:
+            break;
+    }
+    return problem.reason;
+}
+
+std::string GpsdStateText(bool answers, const std::string& address) {
+    return FillLanguageText(answers ? kTextGpsdRunning : kTextGpsdNotRunning, {address});
+}
+
+std::string LinkNotWrittenText(const std::string& portName, const std::string& devicePath,
+                               const std::string& reason) {
+    return FillLanguageText(kTextLinkNotWritten, {portName, devicePath, reason});
+}
+
+int ShownGpsSource(int storedSource) {
+    const bool offered = storedSource == kGpsSourcePort || storedSource == kGpsSourceBluetooth;
+    return offered ? storedSource : kGpsSourceGid;
+}
+
+SourceActions ActionsOfSource(int source) {
+    return {source == kGpsSourcePort, source == kGpsSourceGid};
+}
+
+int ShownBaudIndex(const std::string& linkedDevice, int storedBaudIndex) {
+    return linkedDevice.empty() ? kAutoBaudIndex : storedBaudIndex;
+}
+
+std::uint32_t ProbeBaudRate(int baudIndex) {
+    return baudIndex == kAutoBaudIndex ? 0 : BaudRateForIndex(baudIndex);
+}
+
+int FoundBaudIndex(const ProbeStatus& status) {
+    if (status.searching || status.summary.sentences == 0) return -1;
+    return BaudIndexForRate(status.baudRate);
 }
 
 int BaudIndexForRate(std::uint32_t baudRate) {
@@ -67,6 +125,18 @@ void ApplyGpsSetup(Program& program, const GpsSetupChoice& choice, int foundBaud
     program.app.multiGnss = choice.multiGnss;
     SaveLocalSettings(program);
     SaveProgramSettings(program);
+}
+
+std::string ReceiverText(const std::string& name, std::uint64_t address) {
+    if (address == 0) return LanguageText(kTextSetupNoReceiver);
+    const std::string shown = name.empty() ? std::string() : name + " ";
+    return shown + "(" + BluetoothAddressText(address) + ")";
+}
+
+std::string SearchEndText(const std::string& problem, std::size_t found) {
+    if (!problem.empty()) return problem;
+    if (found == 0) return LanguageText(kTextSearchNoneFound);
+    return FillLanguageText(kTextSearchFound, {std::to_string(found)});
 }
 
 void AddFoundReceiver(std::vector<BluetoothReceiver>& receivers, const BluetoothReceiver& found) {

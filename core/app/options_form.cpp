@@ -171,6 +171,13 @@ std::vector<std::string> StorageChoices(const std::vector<std::string>& availabl
     return choices;
 }
 
+int StorageChoiceIndex(const std::vector<std::string>& choices, const std::string& current) {
+    const auto found =
+        std::find_if(choices.rbegin(), choices.rend(),
+                     [&](const std::string& choice) { return SameStorageLocation(choice, current); });
+    return found == choices.rend() ? 0 : static_cast<int>(choices.rend() - found) - 1;
+}
+
 UnitLabels OptionsUnitLabels(int unitSystem) {
     return {SpeedUnitText(unitSystem), AltitudeUnitText(unitSystem)};
 }

@@ -92,7 +92,7 @@ std::vector<GeoPoint> ChoosePoints(Program& program, QWidget* parent) {
     layout->addWidget(prompt);
     layout->addWidget(list);
     layout->addWidget(buttons);
-    SizeToParent(chooser, parent);
+    FitDialog(chooser, parent, DialogFit::kWindowHeight);
     std::vector<GeoPoint> chosen;
     if (chooser.exec() != QDialog::Accepted) return chosen;
     for (int index = 0; index < list->count(); ++index) {
@@ -118,7 +118,7 @@ class DestinationEditor : public QDialog {
         layout->addWidget(buttons);
         connect(list_, &QListWidget::itemActivated, this, &DestinationEditor::Edit);
         Refill(draft_.current);
-        SizeToParent(*this, parent);
+        FitDialog(*this, parent, DialogFit::kWindowHeight);
     }
 
   private:

@@ -39,7 +39,6 @@ class GpsSetupDialog final : public QDialog {
     void reject() override;
 
   private:
-    void FitToScreen();
     QWidget* MakeSettingsPage();
     QWidget* MakeGpsdPage();
     QWidget* MakePortPage();

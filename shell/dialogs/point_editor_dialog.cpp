@@ -104,7 +104,7 @@ class PointEditor : public QDialog {
         layout->addWidget(scroll);
         layout->addWidget(buttons_);
         SetPositionEditable(positionKnown);
-        SizeToParent(*this, parent);
+        FitDialog(*this, parent, DialogFit::kWindowHeight);
     }
 
     const GeoPoint& Point() const { return point_; }

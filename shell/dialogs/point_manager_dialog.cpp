@@ -112,7 +112,7 @@ class PointManager : public QDialog {
         connect(list_, &QTreeWidget::itemActivated, this, &PointManager::Edit);
         ReloadPoints(program.app, points_);
         Refill();
-        SizeToParent(*this, parent);
+        FitDialog(*this, parent, DialogFit::kWindowHeight);
     }
 
   private:

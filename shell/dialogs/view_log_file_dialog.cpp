@@ -2,16 +2,17 @@
 
 #include "core/app/commands.h"
 #include "core/app/file_import.h"
-#include "core/base/string_manager.h"
 #include "platform/point_file_reader.h"
-#include "shell/dialogs/file_chooser.h"
+#include "shell/dialogs/dialog_parts.h"
 
 namespace tolvane::shell {
 
 void RunViewLogFile(Program& program, QWidget* parent) {
     const std::string path =
-        ChooseFileToOpen(parent, LanguageText(kCommandViewLogFile), program.app.folders.trackLogDir,
-                         LanguageText(kTextTrackFileFilter));
+        ChooseFile(parent, FileChoice::kOpen, Text(kCommandViewLogFile),
+                   program.app.folders.trackLogDir, Text(kTextTrackFileFilter),
+                   DialogFit::kCoverWindow)
+            .toStdString();
     if (path.empty()) return;
     const std::string message = ViewTrackFile(program.app, path, ReadTrackFile(path));
     program.host.Repaint();
