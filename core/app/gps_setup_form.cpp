@@ -133,6 +133,13 @@ std::string ReceiverText(const std::string& name, std::uint64_t address) {
     return shown + "(" + BluetoothAddressText(address) + ")";
 }
 
+std::string SearchProblemText(const SearchProblem& problem) {
+    std::string code = kErrorBluetoothPort;
+    if (problem.error != 0) code += ", " + std::to_string(problem.error);
+    if (problem.noAdapter) return FillLanguageText(kTextSearchNoAdapter, {code});
+    return FillLanguageText(kTextSearchFailed, {problem.words, code});
+}
+
 std::string SearchEndText(const std::string& problem, std::size_t found) {
     if (!problem.empty()) return problem;
     if (found == 0) return LanguageText(kTextSearchNoneFound);

@@ -133,6 +133,18 @@ struct BluetoothReceiver {
 // "name (address)", or that none is chosen yet.
 std::string ReceiverText(const std::string& name, std::uint64_t address);
 
+// Why the Bluetooth search could not run or ended early, as the search
+// finds it out.
+struct SearchProblem {
+    bool noAdapter = false;  // no adapter, or one that is switched off
+    int error = 0;           // the Bluetooth stack's error number; 0 for none
+    std::string words;       // the stack's own words for the error
+};
+
+// A search problem in the user's words, with the Bluetooth code and the
+// stack's error number.
+std::string SearchProblemText(const SearchProblem& problem);
+
 // The search page's line when the search ends: the search's own problem,
 // that no receiver was found, or how many were.
 std::string SearchEndText(const std::string& problem, std::size_t found);

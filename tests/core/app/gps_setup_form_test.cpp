@@ -92,6 +92,11 @@ TEST(GpsSetupTest, TheProbeLineAndTheDialogsChoicesFollowWhatTheProbeFound) {
     EXPECT_FALSE(ActionsOfSource(kGpsSourceBluetooth).probesDevice);
     EXPECT_EQ(ShownBaudIndex("", 3), kAutoBaudIndex);
     EXPECT_EQ(ShownBaudIndex("/dev/ttyACM0", 3), 3);
+
+    EXPECT_EQ(SearchProblemText({true, 0, {}}),
+              "No Bluetooth adapter was found, or Bluetooth (BlueZ) is not running. (0x08200a10)");
+    EXPECT_EQ(SearchProblemText({false, 3, "Input/output error"}),
+              "The Bluetooth search failed: Input/output error (0x08200a10, 3)");
 }
 
 // OK stores the choice in the settings record, saved at once, and in the

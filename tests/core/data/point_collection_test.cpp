@@ -196,6 +196,9 @@ TEST(DestinationDraftTest, EditsKeepTheCurrentDestinationOnItsPoint) {
     RemoveDestination(draft, 3);  // the current one: the first not reached follows
     EXPECT_EQ(draft.current, 0);
     EXPECT_EQ(draft.points.size(), 4u);
+    draft.current = 1;
+    EXPECT_EQ(DestinationRowText(draft, 1), "2. A  [Current]  (Reached)");
+    EXPECT_EQ(DestinationRowText(draft, 2), "3. C");
 
     Navigation navigation;
     draft.current = 2;
