@@ -15,14 +15,14 @@ std::string LiveLineText(const NmeaListenSummary& summary, std::uint32_t baudRat
     const std::int64_t seconds = nowMilliseconds > summary.lastMilliseconds
                                      ? (nowMilliseconds - summary.lastMilliseconds) / 1000
                                      : 0;
-    return FillLanguageText(kTextLiveHeard, {std::to_string(summary.sentences), baud, summary.lastSentence,
-                                      std::to_string(seconds)});
+    return FillLanguageText(kTextLiveHeard, {std::to_string(summary.sentences), baud,
+                                             summary.lastSentence, std::to_string(seconds)});
 }
 
 std::string OtherGnssAdvice(const NmeaListenSummary& summary, bool multiGnss) {
     if (!TalksOnlyOtherGnss(summary)) return {};
     return FillLanguageText(multiGnss ? kTextLiveOtherGnssRead : kTextLiveOtherGnss,
-                     {summary.otherTalker});
+                            {summary.otherTalker});
 }
 
 std::string ProbeLineText(const ProbeStatus& status, std::int64_t nowMilliseconds) {

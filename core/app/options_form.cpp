@@ -172,9 +172,9 @@ std::vector<std::string> StorageChoices(const std::vector<std::string>& availabl
 }
 
 int StorageChoiceIndex(const std::vector<std::string>& choices, const std::string& current) {
-    const auto found =
-        std::find_if(choices.rbegin(), choices.rend(),
-                     [&](const std::string& choice) { return SameStorageLocation(choice, current); });
+    const auto found = std::find_if(
+        choices.rbegin(), choices.rend(),
+        [&](const std::string& choice) { return SameStorageLocation(choice, current); });
     return found == choices.rend() ? 0 : static_cast<int>(choices.rend() - found) - 1;
 }
 

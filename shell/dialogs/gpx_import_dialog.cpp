@@ -27,8 +27,7 @@ GpxImportDialog::GpxImportDialog(const ImportContents& contents, QWidget* parent
     : QDialog(parent) {
     setWindowTitle(Text(kCommandImport));
     auto* layout = new QVBoxLayout(this);
-    layout->addWidget(
-        WrappedLabel(Text(kTextImportPreview, ImportSummary(contents)), this));
+    layout->addWidget(WrappedLabel(Text(kTextImportPreview, ImportSummary(contents)), this));
     if (!contents.waypoints.empty()) {
         layout->addWidget(WrappedLabel(Text(kTextWaypointsGoTo), this));
         target_ = new QComboBox(this);

@@ -15,8 +15,7 @@ constexpr std::uint32_t kTextSecondsRange = 13701;
 bool RunTrackIntervalDialog(Program& program, QWidget* parent) {
     Options& options = program.app.options;
     TrackIntervalFields fields = TrackIntervalFieldsOf(options);
-    if (!EditNumberFields(Text(kTextTrackInterval), Text(kTextSecondsRange), fields,
-                          parent)) {
+    if (!EditNumberFields(Text(kTextTrackInterval), Text(kTextSecondsRange), fields, parent)) {
         return false;
     }
     StoreTrackIntervalFields(options, fields);

@@ -8,11 +8,10 @@
 namespace tolvane::shell {
 
 void RunViewLogFile(Program& program, QWidget* parent) {
-    const std::string path =
-        ChooseFile(parent, FileChoice::kOpen, Text(kCommandViewLogFile),
-                   program.app.folders.trackLogDir, Text(kTextTrackFileFilter),
-                   DialogFit::kCoverWindow)
-            .toStdString();
+    const std::string path = ChooseFile(parent, FileChoice::kOpen, Text(kCommandViewLogFile),
+                                        program.app.folders.trackLogDir, Text(kTextTrackFileFilter),
+                                        DialogFit::kCoverWindow)
+                                 .toStdString();
     if (path.empty()) return;
     const std::string message = ViewTrackFile(program.app, path, ReadTrackFile(path));
     program.host.Repaint();

@@ -1,4 +1,4 @@
-#include "core/app/gps_setup_form.h"
+#include "platform/receiver_setup.h"
 
 #include <grp.h>
 #include <gtest/gtest.h>
@@ -11,9 +11,9 @@
 #include <thread>
 
 #include "core/app/gps_commands.h"
+#include "core/app/gps_setup_form.h"
 #include "platform/port_device.h"
 #include "platform/receiver_probe.h"
-#include "platform/receiver_setup.h"
 #include "tests/core/nmea_sentence.h"
 #include "tests/core/test_support.h"
 #include "tests/platform/pseudo_terminal.h"
@@ -108,9 +108,10 @@ TEST(GpsSetupOnPty, AutoFindsTheReceiversRateAndAnUnpluggedDeviceIsNamed) {
         receiver.Unplug();
         ASSERT_TRUE(
             WaitUntil([&] { return probe.Status().problem.fault != DeviceFault::kNone; }, 10s));
-        EXPECT_EQ(DeviceProblemText(probe.Status().problem), "The device " + receiver.Path() +
-                                              " is no longer there. Plug the receiver in again, "
-                                              "or choose another device.");
+        EXPECT_EQ(DeviceProblemText(probe.Status().problem),
+                  "The device " + receiver.Path() +
+                      " is no longer there. Plug the receiver in again, "
+                      "or choose another device.");
     }
 }
 

@@ -11,8 +11,8 @@
 #include "platform/dynamic_library.h"
 #include "platform/program_location.h"
 #include "tools/replay/tool_host.h"
-#include "tools/tolvane-tool/tool_commands.h"
 #include "tools/tolvane-tool/tick_json.h"
+#include "tools/tolvane-tool/tool_commands.h"
 
 namespace tolvane::tool {
 
