@@ -132,6 +132,8 @@ TEST_F(PointCollectionTest, TheListFiltersSearchesAndSortsByDistance) {
     EXPECT_EQ(names(query), "alpha;Beta bar;Old Bank;Zulu;");
     query.kinds = KindFilter::kPoi;
     EXPECT_EQ(names(query), "Beta bar;Old Bank;");
+    EXPECT_EQ(KindToAdd(query.kinds), PointKind::kPoi);
+    EXPECT_EQ(KindToAdd(KindFilter::kAll), PointKind::kWaypoint);
     query.category = "00013";  // Bar by its code
     EXPECT_EQ(names(query), "Beta bar;");
     query = {};
@@ -156,6 +158,8 @@ TEST(PointEntryTest, BadFieldsAreRefusedWithWhatToType) {
     const PointEntryResult accepted = PointFromEntry(good, GeoPoint{}, kDecimalDeg, kImperial);
     EXPECT_TRUE(accepted.accepted);
     EXPECT_EQ(accepted.point.proximityRange, 120);  // feet, as the unit system reads ranges
+    EXPECT_NE(EntryFromPoint(accepted.point, kDecimalDeg, true).latitude, "");
+    EXPECT_EQ(EntryFromPoint(accepted.point, kDecimalDeg, false).latitude, "");
 
     const auto refusal = [&](void (*spoil)(PointEntry&)) {
         PointEntry entry = good;
