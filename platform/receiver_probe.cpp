@@ -25,6 +25,16 @@ std::vector<std::uint32_t> RatesToTry(std::uint32_t baudRate) {
     return rates;
 }
 
+// Why the device failed: what opening it again finds, or else the device's
+// own words.
+DeviceProblem ProblemOf(const TermiosSerialDevice& device, const std::string& devicePath) {
+    DeviceProblem problem = ProblemOpening(ResolvePortPath(devicePath));
+    if (problem.fault == DeviceFault::kNone && !device.FailureReason().empty()) {
+        problem = {DeviceFault::kOther, devicePath, {}, device.FailureReason()};
+    }
+    return problem;
+}
+
 }  // namespace
 
 std::int64_t ReceiverProbe::Now() {
@@ -59,8 +69,7 @@ void ReceiverProbe::Run(std::string devicePath, std::uint32_t baudRate) {
     ProbeStatus status;
     TermiosSerialDevice device;
     if (!device.Open(devicePath)) {
-        status.problem = DeviceProblem(ResolvePortPath(devicePath));
-        if (status.problem.empty()) status.problem = device.FailureReason();
+        status.problem = ProblemOf(device, devicePath);
         return Update(status);
     }
     const bool automatic = baudRate == 0;
@@ -72,8 +81,7 @@ void ReceiverProbe::Run(std::string devicePath, std::uint32_t baudRate) {
         status.searching = automatic;
         listener.Reset();
         if (!device.Configure({rates[rate]}) || !device.SetReadWait(kReadWaitTenths)) {
-            status.problem = DeviceProblem(ResolvePortPath(devicePath));
-            if (status.problem.empty()) status.problem = device.FailureReason();
+            status.problem = ProblemOf(device, devicePath);
             return Update(status);
         }
         device.DiscardInput();
@@ -82,7 +90,7 @@ void ReceiverProbe::Run(std::string devicePath, std::uint32_t baudRate) {
             const int count = device.Read(buffer, sizeof buffer);
             if (count > 0) listener.Feed(buffer, count, Now());
             if (count < 0 || device.IsGone()) {
-                status.problem = DeviceProblemText(devicePath, ENODEV);
+                status.problem = ProblemOfError(devicePath, ENODEV);
                 status.summary = listener.Summary();
                 return Update(status);
             }

@@ -10,15 +10,6 @@
 
 namespace tolvane::platform {
 
-// What the probe has found so far, for GPS Setup's live line.
-struct ProbeStatus {
-    NmeaListenSummary summary;
-    std::uint32_t baudRate = 0;  // the rate being listened at
-    bool searching = false;      // "Auto" is still trying rates
-    bool exhausted = false;      // "Auto" tried every rate and heard no NMEA
-    std::string problem;         // the device vanished or cannot be read
-};
-
 // Listens to a device on a thread of its own, so that GPS Setup stays
 // responsive while a receiver is slow to talk or a device hangs. With a
 // baud rate of 0 ("Auto") it tries the seven rates of the baud table in

@@ -17,8 +17,6 @@
 #include <filesystem>
 #include <set>
 
-#include "core/app/gps_setup.h"
-#include "core/base/string_manager.h"
 #include "platform/serial_device.h"
 
 namespace tolvane::platform {
@@ -126,26 +124,25 @@ bool WritePortLink(const std::string& portName, const std::string& devicePath,
     return false;
 }
 
-std::string DeviceProblemText(const std::string& devicePath, int error) {
+DeviceProblem ProblemOfError(const std::string& devicePath, int error) {
     struct stat node;
     if (error == ENOENT || error == ENODEV || error == ENXIO || error == EIO ||
         ::stat(devicePath.c_str(), &node) != 0) {
-        return FillLanguageText(kTextDeviceGone, {devicePath});
+        return {DeviceFault::kGone, devicePath, {}, {}};
     }
     if (error == EACCES || error == EPERM) {
-        const std::string group = GroupName(node.st_gid);
-        return FillLanguageText(kTextDeviceNoPermission, {devicePath, group, group});
+        return {DeviceFault::kNoPermission, devicePath, GroupName(node.st_gid), {}};
     }
-    return FillLanguageText(kTextDeviceCannotOpen, {devicePath, std::strerror(error)});
+    return {DeviceFault::kCannotOpen, devicePath, {}, std::strerror(error)};
 }
 
-std::string DeviceProblem(const std::string& devicePath) {
+DeviceProblem ProblemOpening(const std::string& devicePath) {
     const int fd = ::open(devicePath.c_str(), O_RDWR | O_NOCTTY | O_NONBLOCK | O_CLOEXEC);
     if (fd >= 0) {
         ::close(fd);
         return {};
     }
-    return DeviceProblemText(devicePath, errno);
+    return ProblemOfError(devicePath, errno);
 }
 
 std::string GpsdAddressText() {

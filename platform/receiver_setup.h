@@ -4,6 +4,8 @@
 #include <string>
 #include <vector>
 
+#include "core/gps/serial_device.h"
+
 namespace tolvane::platform {
 
 // A serial device that GPS Setup offers: its path and what the user sees.
@@ -26,12 +28,12 @@ std::string ReadPortLink(const std::string& portName);
 // replacing an earlier link. False with the system's reason when it cannot.
 bool WritePortLink(const std::string& portName, const std::string& devicePath, std::string& reason);
 
-// Why a device cannot be read, in GPS Setup's words: gone, a group to
-// join, or the system's reason. Empty when it can be opened.
-std::string DeviceProblem(const std::string& devicePath);
+// Why a device cannot be read: gone, a group to join, or the system's
+// reason. DeviceFault::kNone when it can be opened.
+DeviceProblem ProblemOpening(const std::string& devicePath);
 
-// The message about the failure error (an errno) of opening devicePath.
-std::string DeviceProblemText(const std::string& devicePath, int error);
+// What the failure error (an errno) of opening devicePath means.
+DeviceProblem ProblemOfError(const std::string& devicePath, int error);
 
 // Where gpsd listens ("localhost:2947", or GPSD_HOST and GPSD_PORT) and
 // whether it takes a connection there within a short time.

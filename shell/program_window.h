@@ -9,7 +9,7 @@
 #include "shell/demo_run.h"
 #include "shell/main_window.h"
 #include "shell/qt_host.h"
-#include "shell/single_instance.h"
+#include "shell/single_instance_lock.h"
 
 namespace tolvane::shell {
 

@@ -5,6 +5,8 @@
 
 #include "core/app/commands.h"
 #include "core/app/language_messages.h"
+#include "core/base/csv_text.h"
+#include "core/geo/formatting.h"
 #include "core/maps/map_files.h"
 #include "core/maps/recent_maps.h"
 #include "core/placement/picture_map_placement.h"
@@ -130,6 +132,26 @@ bool OfferedRefPosition(const AppState& app, double& latitude, double& longitude
     latitude = app.mapFollow.latitude;
     longitude = app.mapFollow.longitude;
     return app.mapFollow.havePosition;
+}
+
+bool OfferedRefPositionText(const AppState& app, std::string& latitude, std::string& longitude) {
+    double lat = 0;
+    double lon = 0;
+    if (!OfferedRefPosition(app, lat, lon)) return false;
+    const int format = app.options.coordinateFormat;
+    FormatLatitude(format, HemisphereStyle::kHemisphereLast, lat, &latitude);
+    FormatLongitude(format, HemisphereStyle::kHemisphereLast, lon, &longitude);
+    return true;
+}
+
+std::string RefPointResidualsText(const MapState& map) {
+    if (!map.fit.valid || map.calibration.Count() < 3) return {};
+    std::string text;
+    for (int i = 0; i < kRefPointCount; ++i) {
+        if (!map.calibration.points[i].set) continue;
+        text += FormatText("%d: %.1f m   ", i + 1, map.fit.residualMetres[i]);
+    }
+    return text + FormatText("RMS %.1f m", map.fit.rmsMetres);
 }
 
 bool TapRefPoint(Program& program, const Rect& body, int x, int y) {

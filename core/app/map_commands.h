@@ -56,6 +56,17 @@ void OnMapUnreadable(Program& program, const std::string& path);
 // False when there is none.
 bool OfferedRefPosition(const AppState& app, double& latitude, double& longitude);
 
+// The offered position as the reference point dialog fills it in, in the
+// user's coordinate format with the hemisphere last; false when there is
+// none to offer.
+bool OfferedRefPositionText(const AppState& app, std::string& latitude, std::string& longitude);
+
+// What the reference point dialog shows under the position once a
+// least-squares fit (three points or more) gives them: the residual of
+// every set point and the RMS ("1: 0.4 m   3: 111.2 m   RMS 55.6 m").
+// Empty before.
+std::string RefPointResidualsText(const MapState& map);
+
 // A tap or click at x, y of the window while a point is placed in the Map
 // view: the cross-hair goes to the picture pixel there and the position is
 // asked for. False when the tap is not for placing a point.

@@ -4,7 +4,7 @@
 
 #include "core/app/host.h"
 #include "core/app/program.h"
-#include "core/app/single_instance.h"
+#include "core/app/single_instance_rule.h"
 #include "core/views/font_set.h"
 
 namespace tolvane {

@@ -174,4 +174,8 @@ unsigned CategoryMarkColour(const std::string& category) {
     return channel(0) << 16 | channel(240) << 8 | channel(120);
 }
 
+PointKind KindToAdd(KindFilter kinds) {
+    return kinds == KindFilter::kPoi ? PointKind::kPoi : PointKind::kWaypoint;
+}
+
 }  // namespace tolvane

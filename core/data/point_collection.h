@@ -74,6 +74,10 @@ class PointCollection {
 // the query has no fix.
 std::string DistanceText(const PointQuery& query, const GeoPoint& point, int unitSystem);
 
+// The kind of a point added while the list shows kinds: a POI while it
+// shows only POI, else a waypoint.
+PointKind KindToAdd(KindFilter kinds);
+
 // The "*.csv" files of a folder in name order.
 std::vector<std::string> CsvFilesOf(const std::string& folder);
 

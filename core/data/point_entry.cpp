@@ -51,12 +51,15 @@ std::string StoredCategory(const std::string& text) {
     return CategoryCanonicalName(index);
 }
 
-PointEntry EntryFromPoint(const GeoPoint& point, int coordFormat) {
+PointEntry EntryFromPoint(const GeoPoint& point, int coordFormat, bool positionKnown) {
     PointEntry entry;
     entry.name = point.name;
-    FormatLatitude(coordFormat, HemisphereStyle::kHemisphereFirst, point.latitude, &entry.latitude);
-    FormatLongitude(coordFormat, HemisphereStyle::kHemisphereFirst, point.longitude,
-                    &entry.longitude);
+    if (positionKnown) {
+        FormatLatitude(coordFormat, HemisphereStyle::kHemisphereFirst, point.latitude,
+                       &entry.latitude);
+        FormatLongitude(coordFormat, HemisphereStyle::kHemisphereFirst, point.longitude,
+                        &entry.longitude);
+    }
     entry.category = point.category;
     if (point.speedLimit != 0) entry.speedLimit = std::to_string(point.speedLimit);
     if (point.proximityRange != -1) entry.proximityRange = std::to_string(point.proximityRange);

@@ -29,8 +29,10 @@ struct PointEntry {
     std::string comment;
 };
 
-// The editor's fields for a point, the coordinates in the current format.
-PointEntry EntryFromPoint(const GeoPoint& point, int coordFormat);
+// The editor's fields for a point, the coordinates in the current format;
+// without a known position (a new point made with no fix) the coordinates
+// are left empty for the user to type.
+PointEntry EntryFromPoint(const GeoPoint& point, int coordFormat, bool positionKnown);
 
 struct PointEntryResult {
     bool accepted = false;

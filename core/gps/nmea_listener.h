@@ -3,6 +3,8 @@
 #include <cstdint>
 #include <string>
 
+#include "core/gps/serial_device.h"
+
 namespace tolvane {
 
 // What GPS Setup has heard from a receiver so far: only sentences whose
@@ -19,6 +21,15 @@ struct NmeaListenSummary {
     int gpsTalkerSentences = 0;
     int otherGnssTalkerSentences = 0;
     std::string otherTalker;  // "GN", the last one heard
+};
+
+// What GPS Setup's probe of a device has found so far.
+struct ProbeStatus {
+    NmeaListenSummary summary;
+    std::uint32_t baudRate = 0;  // the rate being listened at
+    bool searching = false;      // "Auto" is still trying rates
+    bool exhausted = false;      // "Auto" tried every rate and heard no NMEA
+    DeviceProblem problem;       // the device vanished or cannot be read
 };
 
 // Splits the received bytes into lines and checks each as an NMEA 0183

@@ -50,4 +50,21 @@ class SerialDevice {
     virtual std::string FailureReason() const { return {}; }
 };
 
+// Why a receiver's device cannot be read, as the platform finds it out;
+// GPS Setup puts it in the user's words.
+enum class DeviceFault {
+    kNone,
+    kGone,          // no such device, or it went away
+    kNoPermission,  // the user is not in the device's group
+    kCannotOpen,    // any other error of opening it
+    kOther,         // the device failed for a reason only it can tell
+};
+
+struct DeviceProblem {
+    DeviceFault fault = DeviceFault::kNone;
+    std::string devicePath;
+    std::string group;   // kNoPermission: the group that may read the device
+    std::string reason;  // kCannotOpen, kOther: the system's words
+};
+
 }  // namespace tolvane

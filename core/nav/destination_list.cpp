@@ -2,12 +2,16 @@
 
 #include <algorithm>
 
+#include "core/base/string_manager.h"
 #include "core/data/geo_point_file.h"
 
 namespace tolvane {
 namespace {
 
 using Guard = std::lock_guard<std::mutex>;
+
+constexpr std::uint32_t kTextReached = 14243;
+constexpr std::uint32_t kTextCurrent = 14244;
 
 int Count(const DestinationDraft& draft) {
     return static_cast<int>(draft.points.size());
@@ -38,6 +42,14 @@ void ReplaceList(Navigation& navigation, const DestinationDraft& draft) {
 }
 
 }  // namespace
+
+std::string DestinationRowText(const DestinationDraft& draft, int index) {
+    const GeoPoint& point = draft.points[static_cast<std::size_t>(index)];
+    std::string text = std::to_string(index + 1) + ". " + point.name;
+    if (index == draft.current) text += "  [" + LanguageText(kTextCurrent) + "]";
+    if (point.reached != 0) text += "  (" + LanguageText(kTextReached) + ")";
+    return text;
+}
 
 DestinationDraft CopyDestinations(Navigation& navigation) {
     const Guard guard(navigation.lock);

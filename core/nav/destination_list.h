@@ -18,6 +18,10 @@ struct DestinationDraft {
 
 DestinationDraft CopyDestinations(Navigation& navigation);
 
+// A destination as the list shows it: its number and name, and whether it
+// is the current one or was reached ("2. Harbour  [Current]").
+std::string DestinationRowText(const DestinationDraft& draft, int index);
+
 // Puts an edited list in place of the navigation's: the draft's current
 // destination stays current (the first not reached one when it has none),
 // and the previous destination is the last reached one in list order.

@@ -5,9 +5,7 @@
 #include <QBluetoothServiceInfo>
 #include <QBluetoothUuid>
 
-#include "core/app/gps_setup.h"
-#include "core/gps/port_source.h"
-#include "core/base/string_manager.h"
+#include "core/app/gps_setup_form.h"
 
 namespace tolvane::shell {
 
@@ -20,8 +18,7 @@ class BluetoothSearchWorker final : public QObject {
     void Start() {
         Stop();
         if (QBluetoothLocalDevice::allDevices().isEmpty()) {
-            emit Finished(
-                QString::fromStdString(FillLanguageText(kTextSearchNoAdapter, {kErrorBluetoothPort})));
+            emit Finished(ProblemText({true, 0, {}}));
             return;
         }
         agent_ = new QBluetoothServiceDiscoveryAgent(this);
@@ -37,7 +34,10 @@ class BluetoothSearchWorker final : public QObject {
                 [this] { emit Finished({}); });
         connect(agent_, &QBluetoothServiceDiscoveryAgent::errorOccurred, this,
                 [this](QBluetoothServiceDiscoveryAgent::Error error) {
-                    emit Finished(ProblemText(error, agent_->errorString()));
+                    emit Finished(ProblemText(
+                        {error == QBluetoothServiceDiscoveryAgent::InvalidBluetoothAdapterError ||
+                             error == QBluetoothServiceDiscoveryAgent::PoweredOffError,
+                         error, agent_->errorString().toStdString()}));
                 });
         agent_->start(QBluetoothServiceDiscoveryAgent::FullDiscovery);
     }
@@ -54,13 +54,8 @@ class BluetoothSearchWorker final : public QObject {
     void Finished(const QString& problem);
 
   private:
-    static QString ProblemText(QBluetoothServiceDiscoveryAgent::Error error, const QString& words) {
-        const bool noAdapter =
-            error == QBluetoothServiceDiscoveryAgent::InvalidBluetoothAdapterError ||
-            error == QBluetoothServiceDiscoveryAgent::PoweredOffError;
-        const std::string code = std::string(kErrorBluetoothPort) + ", " + std::to_string(error);
-        if (noAdapter) return QString::fromStdString(FillLanguageText(kTextSearchNoAdapter, {code}));
-        return QString::fromStdString(FillLanguageText(kTextSearchFailed, {words.toStdString(), code}));
+    static QString ProblemText(const SearchProblem& problem) {
+        return QString::fromStdString(SearchProblemText(problem));
     }
 
     QBluetoothServiceDiscoveryAgent* agent_ = nullptr;

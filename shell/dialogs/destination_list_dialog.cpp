@@ -30,8 +30,6 @@ constexpr std::uint32_t kTextFromPoints = 14239;
 constexpr std::uint32_t kTextHere = 14240;
 constexpr std::uint32_t kTextRemove = 14241;
 constexpr std::uint32_t kTextSaveAs = 14242;
-constexpr std::uint32_t kTextReached = 14243;
-constexpr std::uint32_t kTextCurrent = 14244;
 constexpr std::uint32_t kTextChooseDestination = 14245;
 constexpr std::uint32_t kTextNotADestinationList = 14246;
 constexpr std::uint32_t kTextPointFiles = 14247;
@@ -45,11 +43,7 @@ QString FileLabel(const std::string& file) {
 }
 
 QString RowText(const DestinationDraft& draft, int index) {
-    const GeoPoint& point = draft.points[index];
-    QString text = QStringLiteral("%1. %2").arg(index + 1).arg(QString::fromStdString(point.name));
-    if (index == draft.current) text += QStringLiteral("  [%1]").arg(Text(kTextCurrent));
-    if (point.reached != 0) text += QStringLiteral("  (%1)").arg(Text(kTextReached));
-    return text;
+    return QString::fromStdString(DestinationRowText(draft, index));
 }
 
 bool SaveList(Program& program, QWidget* parent, const std::string& path) {
@@ -92,7 +86,7 @@ std::vector<GeoPoint> ChoosePoints(Program& program, QWidget* parent) {
     layout->addWidget(prompt);
     layout->addWidget(list);
     layout->addWidget(buttons);
-    SizeToParent(chooser, parent);
+    FitDialog(chooser, parent, DialogFit::kWindowHeight);
     std::vector<GeoPoint> chosen;
     if (chooser.exec() != QDialog::Accepted) return chosen;
     for (int index = 0; index < list->count(); ++index) {
@@ -118,7 +112,7 @@ class DestinationEditor : public QDialog {
         layout->addWidget(buttons);
         connect(list_, &QListWidget::itemActivated, this, &DestinationEditor::Edit);
         Refill(draft_.current);
-        SizeToParent(*this, parent);
+        FitDialog(*this, parent, DialogFit::kWindowHeight);
     }
 
   private:

@@ -7,6 +7,8 @@
 #include <QPainter>
 #include <QPixmap>
 #include <QPushButton>
+#include <QScreen>
+#include <algorithm>
 
 #include "core/app/program.h"
 #include "core/base/string_manager.h"
@@ -16,8 +18,11 @@ namespace tolvane::shell {
 namespace {
 
 constexpr int kMarkSize = 12;
-// Wider than this the dialog stops growing with its parent window.
+// Wider than this a kWindowHeight dialog stops growing with its window.
 constexpr int kMaxDialogWidth = 520;
+// GPS Setup's size where there is room; a screen that cannot hold it is a
+// handheld's.
+constexpr QSize kComfortableSize{360, 440};
 constexpr int kNarrowWidth = 360;
 constexpr int kButtonColumns = 3;
 constexpr int kNarrowButtonColumns = 2;
@@ -30,6 +35,40 @@ void HideChooserExtras(QFileDialog& chooser) {
                              "fileTypeCombo", "fileTypeLabel", "lookInLabel", "detailModeButton"}) {
         if (auto* part = chooser.findChild<QWidget*>(QString::fromLatin1(name))) part->hide();
     }
+}
+
+int ClampStart(int start, int length, int areaStart, int areaLength) {
+    return std::clamp(start, areaStart, std::max(areaStart, areaStart + areaLength - length));
+}
+
+bool Fits(const QSize& wanted, const QSize& room) {
+    return wanted.width() <= room.width() && wanted.height() <= room.height();
+}
+
+// The part of the screen of the parent's window that dialogs may take.
+QRect ScreenArea(const QWidget* parent, const QWidget& dialog) {
+    const QWidget* window = parent != nullptr ? parent->window() : nullptr;
+    return (window != nullptr ? window->screen() : dialog.screen())->availableGeometry();
+}
+
+bool IsHandheldScreen(const QRect& area) {
+    return !Fits(kComfortableSize, area.size());
+}
+
+// The size a fit asks for on a screen with room; over is the window's frame.
+QSize WantedSize(DialogFit fit, const QDialog& dialog, const QWidget* window, const QRect& over) {
+    switch (fit) {
+        case DialogFit::kWindowHeight:
+            if (window == nullptr) return dialog.size();
+            return {std::min(window->width(), kMaxDialogWidth), window->height()};
+        case DialogFit::kComfortable:
+            return kComfortableSize;
+        case DialogFit::kOwnSize:
+            return dialog.sizeHint();
+        case DialogFit::kCoverWindow:
+            break;
+    }
+    return over.size();
 }
 
 }  // namespace
@@ -62,16 +101,29 @@ QIcon CategoryMark(const std::string& category) {
     return QIcon(mark);
 }
 
-void SizeToParent(QDialog& dialog, QWidget* parent) {
-    if (parent == nullptr) return;
-    const QSize room = parent->size();
-    dialog.resize(std::min(room.width(), kMaxDialogWidth), room.height());
+void FitDialog(QDialog& dialog, QWidget* parent, DialogFit fit) {
+    const QWidget* window = parent != nullptr ? parent->window() : nullptr;
+    const QRect area = ScreenArea(parent, dialog);
+    const QRect over = window != nullptr ? window->frameGeometry() : area;
+    const DialogFit used = IsHandheldScreen(area) ? DialogFit::kCoverWindow : fit;
+    const QSize wanted = WantedSize(used, dialog, window, over);
+    // A dialog of its own size that fits is left where Qt puts it.
+    if (used == DialogFit::kOwnSize && Fits(wanted, area.size())) return;
+    const QSize size = wanted.boundedTo(area.size());
+    dialog.resize(size);
+    QRect placed(QPoint(), size);
+    placed.moveCenter(used == DialogFit::kComfortable ? area.center() : over.center());
+    dialog.move(ClampStart(placed.left(), size.width(), area.left(), area.width()),
+                ClampStart(placed.top(), size.height(), area.top(), area.height()));
 }
 
 QString ChooseFile(QWidget* parent, FileChoice choice, const QString& title,
-                   const std::string& suggestion, const QString& filter) {
+                   const std::string& suggestion, const QString& filter, DialogFit fit) {
     QFileDialog chooser(parent, title, QString::fromStdString(suggestion), filter);
-    chooser.setOption(QFileDialog::DontUseNativeDialog);
+    // Qt's own chooser can be fitted to a small screen; a desktop's cannot.
+    const bool desktopChooser =
+        fit == DialogFit::kOwnSize && !IsHandheldScreen(ScreenArea(parent, chooser));
+    chooser.setOption(QFileDialog::DontUseNativeDialog, !desktopChooser);
     if (choice == FileChoice::kFolder) {
         chooser.setFileMode(QFileDialog::Directory);
         chooser.setOption(QFileDialog::ShowDirsOnly);
@@ -82,7 +134,7 @@ QString ChooseFile(QWidget* parent, FileChoice choice, const QString& title,
         chooser.setFileMode(QFileDialog::ExistingFile);
     }
     if (IsNarrow(parent)) HideChooserExtras(chooser);
-    SizeToParent(chooser, parent);
+    FitDialog(chooser, parent, fit);
     if (chooser.exec() != QDialog::Accepted || chooser.selectedFiles().isEmpty()) return {};
     return chooser.selectedFiles().constFirst();
 }

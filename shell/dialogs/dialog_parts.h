@@ -29,19 +29,36 @@ bool AskYesNo(QWidget* parent, Program& program, const QString& text);
 // The small square of a category's colour that marks a point.
 QIcon CategoryMark(const std::string& category);
 
-// The point dialogs fill a phone's screen and take a comfortable part of a
-// desktop's; their contents scroll where the screen is too small.
-void SizeToParent(QDialog& dialog, QWidget* parent);
+// How a dialog sits on a screen with room to spare. On a handheld's screen
+// (one that cannot hold GPS Setup's comfortable size) every dialog covers
+// the window it belongs to instead; on any screen it is no larger than the
+// screen and has every edge on it, so that it fits a 240 x 320 screen.
+enum class DialogFit {
+    // As large as the window, over it: Options and the import choosers.
+    kCoverWindow,
+    // The window's height and at most a comfortable width, over it: the
+    // point dialogs and their choosers, whose contents scroll.
+    kWindowHeight,
+    // A comfortable size in the middle of the screen: GPS Setup.
+    kComfortable,
+    // The size the dialog gives itself; for a file chooser, the desktop's
+    // own chooser where there is one: Load Map.
+    kOwnSize,
+};
+void FitDialog(QDialog& dialog, QWidget* parent, DialogFit fit);
 
 // What a file chooser asks for.
 enum class FileChoice { kOpen, kSave, kSaveOrPick, kFolder };
 
 // A file or folder the user chooses, starting at suggestion; empty when the
-// user cancels. The chooser is sized like the point dialogs, so that it fits
-// a phone's screen. kSaveOrPick takes an existing file without asking to
-// overwrite it (a file the program goes on using).
+// user cancels. The chooser is Qt's own, fitted to the screen as fit says
+// and without its side bar where the parent is narrow, except that kOwnSize
+// takes the desktop's chooser on a screen with room. kSaveOrPick takes an
+// existing file without asking to overwrite it (a file the program goes on
+// using).
 QString ChooseFile(QWidget* parent, FileChoice choice, const QString& title,
-                   const std::string& suggestion, const QString& filter);
+                   const std::string& suggestion, const QString& filter,
+                   DialogFit fit = DialogFit::kWindowHeight);
 
 // Buttons in rows, three to a row or two where the parent is narrow, so
 // that a phone's screen still shows them all.

@@ -9,11 +9,9 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QListWidget>
-#include <QMessageBox>
 #include <QPointer>
 #include <QProgressBar>
 #include <QPushButton>
-#include <QScreen>
 #include <QScrollArea>
 #include <QStackedWidget>
 #include <QTimer>
@@ -23,24 +21,17 @@
 
 #include "core/app/commands.h"
 #include "core/app/gps_commands.h"
-#include "core/base/string_manager.h"
 #include "core/gps/port_source.h"
 #include "platform/receiver_setup.h"
 #include "shell/dialogs/bluetooth_search.h"
+#include "shell/dialogs/dialog_parts.h"
 
 namespace tolvane::shell {
 namespace {
 
 constexpr int kLiveLineMilliseconds = 500;
-constexpr int kAutoBaud = -1;
 constexpr int kSettingsPage = 0;
 constexpr int kSearchPage = 1;
-constexpr int kPreferredWidth = 360;
-constexpr int kPreferredHeight = 440;
-
-QString Text(std::uint32_t id) {
-    return QString::fromStdString(LanguageText(id));
-}
 
 // A menu text without its key hint: "GPS Setup\t[*]" is "GPS Setup".
 QString MenuTitle(std::uint32_t id) {
@@ -69,12 +60,6 @@ QVBoxLayout* PageLayout(QWidget* page) {
     return layout;
 }
 
-QString ReceiverText(const std::string& name, std::uint64_t address) {
-    if (address == 0) return Text(kTextSetupNoReceiver);
-    const QString shown = name.empty() ? QString() : QString::fromStdString(name) + " ";
-    return shown + "(" + QString::fromStdString(BluetoothAddressText(address)) + ")";
-}
-
 }  // namespace
 
 GpsSetupDialog::GpsSetupDialog(Program& program, QWidget* parent)
@@ -99,23 +84,12 @@ GpsSetupDialog::GpsSetupDialog(Program& program, QWidget* parent)
     buttons_ = buttons;
     ok_ = buttons->button(QDialogButtonBox::Ok);
 
-    FitToScreen();
+    FitDialog(*this, parent, DialogFit::kComfortable);
 
     liveTimer_ = new QTimer(this);
     connect(liveTimer_, &QTimer::timeout, this, &GpsSetupDialog::ShowProbe);
     liveTimer_->start(kLiveLineMilliseconds);
     ShowSource();
-}
-
-// The dialog takes a comfortable size where there is room and the whole
-// screen of a small handheld (240 x 320) where there is not, centred on the
-// screen rather than on a main window that may be larger than it.
-void GpsSetupDialog::FitToScreen() {
-    const QScreen* screen = parentWidget() != nullptr ? parentWidget()->screen() : this->screen();
-    const QRect available = screen->availableGeometry();
-    resize(std::min(available.width(), kPreferredWidth),
-           std::min(available.height(), kPreferredHeight));
-    move(available.center() - rect().center());
 }
 
 GpsSetupDialog::~GpsSetupDialog() {
@@ -131,9 +105,7 @@ QWidget* GpsSetupDialog::MakeSettingsPage() {
          {kTextSetupSourceGpsd, kTextSetupSourcePort, kTextSetupSourceBluetooth}) {
         source_->addItem(Text(id));
     }
-    const bool portSource =
-        choice_.source == kGpsSourcePort || choice_.source == kGpsSourceBluetooth;
-    source_->setCurrentIndex(portSource ? choice_.source : 0);
+    source_->setCurrentIndex(ShownGpsSource(choice_.source));
     auto* form = new QFormLayout;
     form->addRow(Text(kTextSetupSource), source_);
     layout->addLayout(form);
@@ -173,7 +145,7 @@ QWidget* GpsSetupDialog::MakePortPage() {
     device_->setEditable(true);
     device_->setInsertPolicy(QComboBox::NoInsert);
     baud_ = NarrowComboBox();
-    baud_->addItem(Text(kTextSetupAuto), kAutoBaud);
+    baud_->addItem(Text(kTextSetupAuto), kAutoBaudIndex);
     for (int index = 0; index < kBaudCount; ++index) {
         baud_->addItem(QString::number(BaudRateForIndex(index)), index);
     }
@@ -242,7 +214,8 @@ QWidget* GpsSetupDialog::MakeSearchPage() {
                 AddFoundReceiver(found_, {name.toStdString(), address, channel});
                 foundList_->clear();
                 for (const BluetoothReceiver& receiver : found_) {
-                    foundList_->addItem(ReceiverText(receiver.name, receiver.address));
+                    foundList_->addItem(
+                        QString::fromStdString(ReceiverText(receiver.name, receiver.address)));
                 }
                 if (foundList_->currentRow() < 0) foundList_->setCurrentRow(0);
             });
@@ -265,10 +238,8 @@ void GpsSetupDialog::FillDevices() {
         device_->insertItem(0, QString::fromStdString(linked), QString::fromStdString(linked));
     }
     device_->setCurrentIndex(std::max(0, device_->findData(QString::fromStdString(linked))));
-    // A port without a link is new to the user: "Auto" finds its rate.
     const QSignalBlocker baudBlocker(baud_);
-    baud_->setCurrentIndex(linked.empty() ? 0 : baud_->findData(choice_.baudIndex));
-    if (baud_->currentIndex() < 0) baud_->setCurrentIndex(0);
+    baud_->setCurrentIndex(std::max(0, baud_->findData(ShownBaudIndex(linked, choice_.baudIndex))));
     RestartProbe();
 }
 
@@ -283,42 +254,32 @@ std::string GpsSetupDialog::ChosenDevice() const {
 void GpsSetupDialog::ShowSource() {
     const int source = source_->currentIndex();
     sourcePages_->setCurrentIndex(source);
-    if (source == kGpsSourcePort) {
+    const SourceActions actions = ActionsOfSource(source);
+    if (actions.probesDevice) {
         RestartProbe();
     } else {
         probe_.Stop();
     }
-    if (source == 0) ShowGpsdState();
+    if (actions.asksGpsd) ShowGpsdState();
 }
 
 void GpsSetupDialog::RestartProbe() {
-    if (source_ == nullptr || source_->currentIndex() != kGpsSourcePort) return;
+    if (source_ == nullptr || !ActionsOfSource(source_->currentIndex()).probesDevice) return;
     const std::string device = ChosenDevice();
     if (device.empty()) {
         probe_.Stop();
         liveLine_->clear();
         return;
     }
-    const int baudIndex = baud_->currentData().toInt();
-    probe_.Start(device, baudIndex == kAutoBaud ? 0 : BaudRateForIndex(baudIndex));
+    probe_.Start(device, ProbeBaudRate(baud_->currentData().toInt()));
     ShowProbe();
 }
 
 void GpsSetupDialog::ShowProbe() {
-    if (source_->currentIndex() != kGpsSourcePort || ChosenDevice().empty()) return;
-    const platform::ProbeStatus status = probe_.Status();
-    const std::string baud = std::to_string(status.baudRate);
-    std::string line;
-    if (!status.problem.empty()) {
-        line = status.problem;
-    } else if (status.exhausted) {
-        line = FillLanguageText(kTextLiveNoNmea);
-    } else if (status.searching && status.summary.sentences == 0) {
-        line = FillLanguageText(kTextLiveTrying, {baud});
-    } else {
-        line = LiveLineText(status.summary, status.baudRate, platform::ReceiverProbe::Now());
-    }
-    liveLine_->setText(QString::fromStdString(line));
+    if (!ActionsOfSource(source_->currentIndex()).probesDevice || ChosenDevice().empty()) return;
+    const ProbeStatus status = probe_.Status();
+    liveLine_->setText(
+        QString::fromStdString(ProbeLineText(status, platform::ReceiverProbe::Now())));
     const std::string advice = OtherGnssAdvice(status.summary, multiGnss_->isChecked());
     advice_->setText(QString::fromStdString(advice));
     advice_->setVisible(!advice.empty());
@@ -329,9 +290,8 @@ void GpsSetupDialog::ShowProbe() {
 void GpsSetupDialog::ShowGpsdState() {
     QPointer<QLabel> label = gpsdState_;
     std::thread([label] {
-        const std::string address = platform::GpsdAddressText();
         const std::string text =
-            FillLanguageText(platform::GpsdAnswers() ? kTextGpsdRunning : kTextGpsdNotRunning, {address});
+            GpsdStateText(platform::GpsdAnswers(), platform::GpsdAddressText());
         QMetaObject::invokeMethod(
             qApp,
             [label, text] {
@@ -342,7 +302,8 @@ void GpsSetupDialog::ShowGpsdState() {
 }
 
 void GpsSetupDialog::ShowReceiver() {
-    receiver_->setText(ReceiverText(choice_.bluetoothName, choice_.bluetoothAddress));
+    receiver_->setText(
+        QString::fromStdString(ReceiverText(choice_.bluetoothName, choice_.bluetoothAddress)));
 }
 
 void GpsSetupDialog::StartSearch() {
@@ -359,14 +320,8 @@ void GpsSetupDialog::EndSearch(const QString& problem) {
     searchProgress_->setRange(0, 1);
     searchProgress_->setValue(1);
     useFound_->setEnabled(!found_.empty());
-    if (!problem.isEmpty()) {
-        searchState_->setText(problem);
-    } else if (found_.empty()) {
-        searchState_->setText(Text(kTextSearchNoneFound));
-    } else {
-        searchState_->setText(
-            QString::fromStdString(FillLanguageText(kTextSearchFound, {std::to_string(found_.size())})));
-    }
+    searchState_->setText(
+        QString::fromStdString(SearchEndText(problem.toStdString(), found_.size())));
 }
 
 void GpsSetupDialog::TakeFoundReceiver() {
@@ -403,17 +358,13 @@ void GpsSetupDialog::accept() {
     if (choice_.source == kGpsSourcePort) {
         choice_.portIndex = port_->currentIndex();
         choice_.baudIndex = baud_->currentData().toInt();
-        const platform::ProbeStatus status = probe_.Status();
-        if (!status.searching && status.summary.sentences > 0) {
-            foundBaudIndex = BaudIndexForRate(status.baudRate);
-        }
+        foundBaudIndex = FoundBaudIndex(probe_.Status());
         const std::string device = ChosenDevice();
         const std::string portName = PortDeviceName(choice_.portIndex);
         std::string reason;
         if (!device.empty() && !platform::WritePortLink(portName, device, reason)) {
-            QMessageBox::warning(
-                this, QString::fromStdString(program_.title),
-                QString::fromStdString(FillLanguageText(kTextLinkNotWritten, {portName, device, reason})));
+            ShowWarning(this, program_,
+                        QString::fromStdString(LinkNotWrittenText(portName, device, reason)));
             return;
         }
     }

@@ -3,7 +3,7 @@
 #include <QDialog>
 #include <vector>
 
-#include "core/app/gps_setup.h"
+#include "core/app/gps_setup_form.h"
 #include "core/app/program.h"
 #include "platform/receiver_probe.h"
 
@@ -39,7 +39,6 @@ class GpsSetupDialog final : public QDialog {
     void reject() override;
 
   private:
-    void FitToScreen();
     QWidget* MakeSettingsPage();
     QWidget* MakeGpsdPage();
     QWidget* MakePortPage();

@@ -6,22 +6,17 @@
 
 #include "core/app/commands.h"
 #include "core/app/file_import.h"
-#include "core/base/string_manager.h"
 #include "core/data/geo_point_file.h"
 #include "formats/point_file_reader.h"
-#include "shell/dialogs/file_chooser.h"
+#include "shell/dialogs/dialog_parts.h"
 
 namespace tolvane::shell {
 namespace {
 
 constexpr int kDialogWidth = 240;
 
-QString Text(const std::string& text) {
-    return QString::fromStdString(text);
-}
-
-QLabel* WrappedLabel(const std::string& text, QWidget* parent) {
-    auto* label = new QLabel(Text(text), parent);
+QLabel* WrappedLabel(const QString& text, QWidget* parent) {
+    auto* label = new QLabel(text, parent);
     label->setWordWrap(true);
     return label;
 }
@@ -30,21 +25,20 @@ QLabel* WrappedLabel(const std::string& text, QWidget* parent) {
 
 GpxImportDialog::GpxImportDialog(const ImportContents& contents, QWidget* parent)
     : QDialog(parent) {
-    setWindowTitle(Text(LanguageText(kCommandImport)));
+    setWindowTitle(Text(kCommandImport));
     auto* layout = new QVBoxLayout(this);
-    layout->addWidget(
-        WrappedLabel(FillLanguageText(kTextImportPreview, {ImportSummary(contents)}), this));
+    layout->addWidget(WrappedLabel(Text(kTextImportPreview, ImportSummary(contents)), this));
     if (!contents.waypoints.empty()) {
-        layout->addWidget(WrappedLabel(LanguageText(kTextWaypointsGoTo), this));
+        layout->addWidget(WrappedLabel(Text(kTextWaypointsGoTo), this));
         target_ = new QComboBox(this);
-        target_->addItem(Text(LanguageText(kTextWaypointList)));
+        target_->addItem(Text(kTextWaypointList));
         for (int category = 1; category <= kPoiCategoryCount; ++category) {
-            target_->addItem(Text(FillLanguageText(kTextPoiCategory, {CategoryName(category)})));
+            target_->addItem(Text(kTextPoiCategory, CategoryName(category)));
         }
         layout->addWidget(target_);
     }
     if (!contents.routes.empty() || !contents.tracks.empty()) {
-        layout->addWidget(WrappedLabel(LanguageText(kTextImportNote), this));
+        layout->addWidget(WrappedLabel(Text(kTextImportNote), this));
     }
     layout->addStretch();
     auto* buttons = new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel, this);
@@ -68,8 +62,9 @@ int GpxImportDialog::PoiCategory() const {
 
 void RunGpxImport(Program& program, QWidget* parent) {
     const std::string path =
-        ChooseFileToOpen(parent, LanguageText(kCommandImport), program.app.folders.root,
-                         LanguageText(kTextGpxFileFilter));
+        ChooseFile(parent, FileChoice::kOpen, Text(kCommandImport), program.app.folders.root,
+                   Text(kTextGpxFileFilter), DialogFit::kCoverWindow)
+            .toStdString();
     if (path.empty()) return;
     const ImportRead read = ReadGpxFile(path);
     const std::string refusal = ImportRefusal(path, read);

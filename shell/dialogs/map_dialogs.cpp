@@ -2,7 +2,6 @@
 
 #include <QDialog>
 #include <QDialogButtonBox>
-#include <QFileDialog>
 #include <QFormLayout>
 #include <QLabel>
 #include <QLineEdit>
@@ -15,6 +14,7 @@
 #include "core/base/string_manager.h"
 #include "core/geo/coordinate_text.h"
 #include "core/geo/formatting.h"
+#include "shell/dialogs/dialog_parts.h"
 #include "shell/dialogs/map_loader.h"
 
 namespace tolvane::shell {
@@ -30,10 +30,6 @@ constexpr std::uint32_t kTextMapPictures = 14516;
 
 // The picture formats of "Load Map" in the cases their names come in.
 constexpr const char* kMapPatterns[] = {"bmp", "gif", "png", "jpg", "jpeg", "tif", "tiff"};
-
-QString Text(std::uint32_t id) {
-    return QString::fromStdString(CStringManager::GetInstance().GetText(id));
-}
 
 QString MapFilter() {
     QStringList patterns;
@@ -59,49 +55,26 @@ MapLoader& LoaderOf(QWidget* parent) {
     return *loader;
 }
 
-QString Coordinate(const AppState& app, double value, bool latitude) {
-    std::string text;
-    const int format = app.options.coordinateFormat;
-    if (latitude) {
-        FormatLatitude(format, HemisphereStyle::kHemisphereLast, value, &text);
-    } else {
-        FormatLongitude(format, HemisphereStyle::kHemisphereLast, value, &text);
-    }
-    return QString::fromStdString(text);
-}
-
-// The residual of every set point and the RMS, once a least-squares fit
-// gives them.
-QString Residuals(const MapState& map) {
-    if (!map.fit.valid || map.calibration.Count() < 3) return {};
-    QStringList lines;
-    for (int i = 0; i < kRefPointCount; ++i) {
-        if (!map.calibration.points[i].set) continue;
-        lines << QString::fromStdString(FormatText("%d: %.1f m", i + 1, map.fit.residualMetres[i]));
-    }
-    lines << QString::fromStdString(FormatText("RMS %.1f m", map.fit.rmsMetres));
-    return lines.join("   ");
-}
-
 class RefPointDialog final : public QDialog {
   public:
     static constexpr int kDrop = 2;
 
     RefPointDialog(const Program& program, QWidget* parent) : QDialog(parent) {
         const MapState& map = program.app.map;
-        setWindowTitle(Text(kTextRefPointTitle).replace("%s", QString::number(map.placing + 1)));
+        setWindowTitle(Text(kTextRefPointTitle, std::to_string(map.placing + 1)));
         auto* form = new QFormLayout;
         form->addRow(new QLabel(
             QString::fromStdString(FormatText("X : %0.1f   Y : %0.1f", map.crossX, map.crossY))));
         form->addRow(Text(kTextLatitude), latitude_);
         form->addRow(Text(kTextLongitude), longitude_);
-        double lat = 0, lon = 0;
-        if (OfferedRefPosition(program.app, lat, lon)) {
-            latitude_->setText(Coordinate(program.app, lat, true));
-            longitude_->setText(Coordinate(program.app, lon, false));
+        std::string latitude;
+        std::string longitude;
+        if (OfferedRefPositionText(program.app, latitude, longitude)) {
+            latitude_->setText(QString::fromStdString(latitude));
+            longitude_->setText(QString::fromStdString(longitude));
         }
         hint_->setWordWrap(true);
-        auto* residuals = new QLabel(Residuals(map));
+        auto* residuals = new QLabel(QString::fromStdString(RefPointResidualsText(map)));
         residuals->setWordWrap(true);
         auto* buttons = new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel);
         if (map.calibration.points[map.placing].set) {
@@ -146,8 +119,8 @@ class RefPointDialog final : public QDialog {
 }  // namespace
 
 void ChooseMapFile(Program& program, QWidget* parent) {
-    const QString path = QFileDialog::getOpenFileName(
-        parent, QString(), QString::fromStdString(program.app.folders.root), MapFilter());
+    const QString path = ChooseFile(parent, FileChoice::kOpen, QString(), program.app.folders.root,
+                                    MapFilter(), DialogFit::kOwnSize);
     if (!path.isEmpty()) OpenMapFile(program, path.toStdString());
 }
 

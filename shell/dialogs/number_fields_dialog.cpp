@@ -8,7 +8,7 @@
 #include <QScrollArea>
 #include <QVBoxLayout>
 
-#include "core/base/string_manager.h"
+#include "shell/dialogs/dialog_parts.h"
 
 namespace tolvane::shell {
 namespace {
@@ -36,10 +36,6 @@ QLineEdit* MakeField(const std::string& value, QWidget* parent) {
 
 }  // namespace
 
-QString DialogText(std::uint32_t id) {
-    return QString::fromStdString(LanguageText(id));
-}
-
 NumberFieldsDialog::NumberFieldsDialog(const QString& title, const QString& note,
                                        const std::vector<std::string>& values, QWidget* parent)
     : QDialog(parent) {
@@ -64,8 +60,8 @@ NumberFieldsDialog::NumberFieldsDialog(const QString& title, const QString& note
     scroll->setFocusPolicy(Qt::NoFocus);
 
     auto* buttons = new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel);
-    buttons->button(QDialogButtonBox::Ok)->setText(DialogText(kTextOk));
-    buttons->button(QDialogButtonBox::Cancel)->setText(DialogText(kTextCancel));
+    buttons->button(QDialogButtonBox::Ok)->setText(Text(kTextOk));
+    buttons->button(QDialogButtonBox::Cancel)->setText(Text(kTextCancel));
     connect(buttons, &QDialogButtonBox::accepted, this, &QDialog::accept);
     connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
 

@@ -27,9 +27,6 @@ class NumberFieldsDialog : public QDialog {
     std::vector<QLineEdit*> fields_;
 };
 
-// The text of a language id, for the dialogs' titles and notes.
-QString DialogText(std::uint32_t id);
-
 // Runs the dialog modally over the fields' texts; true, with the fields
 // holding what the user left in them, when OK closed it.
 template <std::size_t Count>

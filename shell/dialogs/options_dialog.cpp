@@ -13,9 +13,8 @@
 #include <QVBoxLayout>
 
 #include "core/app/commands.h"
-#include "core/base/string_manager.h"
 #include "platform/storage_locations.h"
-#include "shell/dialogs/dialog_placement.h"
+#include "shell/dialogs/dialog_parts.h"
 #include "shell/dialogs/number_edit.h"
 
 namespace tolvane::shell {
@@ -25,10 +24,6 @@ namespace {
 // paths) are cut in the closed combo rather than widen the dialog past a
 // small screen.
 constexpr int kComboMinimumCharacters = 8;
-
-QString Text(std::uint32_t id) {
-    return QString::fromStdString(LanguageText(id));
-}
 
 QString FromUtf8(const std::string& text) {
     return QString::fromStdString(text);
@@ -81,7 +76,7 @@ OptionsDialog::OptionsDialog(Program& program, QWidget* parent)
     layout->addWidget(buttons);
     ShowUnitLabels();
     UpdateTestButton();
-    CoverWindowOnScreen(*this, parent);
+    FitDialog(*this, parent, DialogFit::kCoverWindow);
 }
 
 void OptionsDialog::accept() {
@@ -208,11 +203,8 @@ QLineEdit* OptionsDialog::AddNumberEdit(QVBoxLayout* page, QLineEdit* edit, cons
 void OptionsDialog::AddStorageCombo(QVBoxLayout* page) {
     const std::vector<std::string> choices = StorageChoices(
         platform::StorageLocations(program_.files.documentsFolder), form_.storageLocation);
-    int current = 0;
-    for (std::size_t i = 0; i < choices.size(); ++i) {
-        if (SameStorageLocation(choices[i], form_.storageLocation)) current = static_cast<int>(i);
-    }
-    QComboBox* combo = NewCombo("storageLocation", choices, current);
+    QComboBox* combo =
+        NewCombo("storageLocation", choices, StorageChoiceIndex(choices, form_.storageLocation));
     connect(combo, &QComboBox::currentTextChanged, this,
             [this](const QString& text) { form_.storageLocation = ToUtf8(text); });
     auto* label = new QLabel(Text(kTextStorageLocation));

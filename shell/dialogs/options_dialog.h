@@ -2,7 +2,7 @@
 
 #include <QDialog>
 
-#include "core/app/options_dialog.h"
+#include "core/app/options_form.h"
 
 class QCheckBox;
 class QComboBox;

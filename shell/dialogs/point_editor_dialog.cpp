@@ -64,11 +64,11 @@ class PointEditor : public QDialog {
     PointEditor(Program& program, QWidget* parent, const GeoPoint& point, bool positionKnown)
         : QDialog(parent), program_(program), point_(point) {
         const Options& options = program.app.options;
-        const PointEntry entry = EntryFromPoint(point, options.coordinateFormat);
+        const PointEntry entry = EntryFromPoint(point, options.coordinateFormat, positionKnown);
         setWindowTitle(Text(kTextTitle));
         name_ = Field(entry.name, kGeoPointNameLength - 1);
-        latitude_ = Field(positionKnown ? entry.latitude : std::string(), 40);
-        longitude_ = Field(positionKnown ? entry.longitude : std::string(), 40);
+        latitude_ = Field(entry.latitude, 40);
+        longitude_ = Field(entry.longitude, 40);
         category_ = CategoryBox(entry.category);
         speedLimit_ = Field(entry.speedLimit, 3);
         range_ = Field(entry.proximityRange, 5);
@@ -104,7 +104,7 @@ class PointEditor : public QDialog {
         layout->addWidget(scroll);
         layout->addWidget(buttons_);
         SetPositionEditable(positionKnown);
-        SizeToParent(*this, parent);
+        FitDialog(*this, parent, DialogFit::kWindowHeight);
     }
 
     const GeoPoint& Point() const { return point_; }

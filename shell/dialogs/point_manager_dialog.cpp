@@ -112,7 +112,7 @@ class PointManager : public QDialog {
         connect(list_, &QTreeWidget::itemActivated, this, &PointManager::Edit);
         ReloadPoints(program.app, points_);
         Refill();
-        SizeToParent(*this, parent);
+        FitDialog(*this, parent, DialogFit::kWindowHeight);
     }
 
   private:
@@ -164,10 +164,8 @@ class PointManager : public QDialog {
     }
 
     void Add() {
-        const PointKind kind = kinds_->currentIndex() == static_cast<int>(KindFilter::kPoi)
-                                   ? PointKind::kPoi
-                                   : PointKind::kWaypoint;
-        AddPoint(program_, this, points_, kind);
+        AddPoint(program_, this, points_,
+                 KindToAdd(static_cast<KindFilter>(kinds_->currentIndex())));
         Refill();
     }
 

@@ -2,6 +2,7 @@
 
 #include "core/app/value_dialogs.h"
 #include "core/nav/speed_alarm.h"
+#include "shell/dialogs/dialog_parts.h"
 #include "shell/dialogs/number_fields_dialog.h"
 
 namespace tolvane::shell {
@@ -15,7 +16,7 @@ bool RunSpeedAlarmsDialog(Program& program, QWidget* parent) {
     Options& options = program.app.options;
     SpeedAlarmFields fields = SpeedAlarmFieldsOf(options);
     const QString unit = QString::fromStdString(SpeedAlarmUnitLabel(options.unitSystem));
-    if (!EditNumberFields(DialogText(kTextSpeedAlarms), unit, fields, parent)) return false;
+    if (!EditNumberFields(Text(kTextSpeedAlarms), unit, fields, parent)) return false;
     StoreSpeedAlarmFields(options, fields);
     return true;
 }

@@ -1,6 +1,7 @@
 #include "shell/dialogs/track_interval_dialog.h"
 
 #include "core/app/value_dialogs.h"
+#include "shell/dialogs/dialog_parts.h"
 #include "shell/dialogs/number_fields_dialog.h"
 
 namespace tolvane::shell {
@@ -14,8 +15,7 @@ constexpr std::uint32_t kTextSecondsRange = 13701;
 bool RunTrackIntervalDialog(Program& program, QWidget* parent) {
     Options& options = program.app.options;
     TrackIntervalFields fields = TrackIntervalFieldsOf(options);
-    if (!EditNumberFields(DialogText(kTextTrackInterval), DialogText(kTextSecondsRange), fields,
-                          parent)) {
+    if (!EditNumberFields(Text(kTextTrackInterval), Text(kTextSecondsRange), fields, parent)) {
         return false;
     }
     StoreTrackIntervalFields(options, fields);

@@ -4,14 +4,15 @@
 #include "core/app/file_import.h"
 #include "core/base/string_manager.h"
 #include "formats/point_file_reader.h"
-#include "shell/dialogs/file_chooser.h"
+#include "shell/dialogs/dialog_parts.h"
 
 namespace tolvane::shell {
 
 void RunViewLogFile(Program& program, QWidget* parent) {
-    const std::string path =
-        ChooseFileToOpen(parent, LanguageText(kCommandViewLogFile), program.app.folders.trackLogDir,
-                         LanguageText(kTextTrackFileFilter));
+    const std::string path = ChooseFile(parent, FileChoice::kOpen, Text(kCommandViewLogFile),
+                                        program.app.folders.trackLogDir, Text(kTextTrackFileFilter),
+                                        DialogFit::kCoverWindow)
+                                 .toStdString();
     if (path.empty()) return;
     const std::string message = ViewTrackFile(program.app, path, ReadTrackFile(path));
     program.host.Repaint();

@@ -14,7 +14,7 @@
 #include "tests/e2e/gpsd_fixture.h"
 #include "tests/platform/scoped_environment.h"
 #include "tests/tools/run_tool.h"
-#include "tools/tolvane-tool/commands.h"
+#include "tools/tolvane-tool/tool_commands.h"
 #include "tools/tolvane-tool/watch_gid.h"
 
 namespace tolvane {

@@ -3,10 +3,11 @@
 #include <nlohmann/json.hpp>
 #include <sstream>
 
+#include "headless/recording_device.h"
 #include "tests/core/test_support.h"
 #include "tests/tools/run_tool.h"
 #include "tests/tools/shell_command.h"
-#include "tools/tolvane-tool/commands.h"
+#include "tools/tolvane-tool/tool_commands.h"
 
 namespace tolvane::tool {
 namespace {

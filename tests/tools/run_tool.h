@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "tools/tolvane-tool/commands.h"
+#include "tools/tolvane-tool/tool_commands.h"
 
 namespace tolvane::tool {
 

@@ -6,10 +6,12 @@
 
 #include "core/base/language_file.h"
 #include "core/data/options.h"
+#include "headless/headless_host.h"
+#include "headless/port_run.h"
 #include "tests/core/test_support.h"
 #include "tests/tools/run_tool.h"
 #include "tests/tools/shell_command.h"
-#include "tools/tolvane-tool/commands.h"
+#include "tools/tolvane-tool/tool_commands.h"
 
 namespace tolvane::tool {
 namespace {

@@ -1,7 +1,7 @@
 #include <ostream>
 
 #include "core/base/language_file.h"
-#include "tools/tolvane-tool/commands.h"
+#include "tools/tolvane-tool/tool_commands.h"
 
 namespace tolvane::tool {
 namespace {

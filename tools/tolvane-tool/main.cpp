@@ -1,6 +1,6 @@
 #include <iostream>
 
-#include "tools/tolvane-tool/commands.h"
+#include "tools/tolvane-tool/tool_commands.h"
 
 int main(int argc, char** argv) {
     const tolvane::tool::Arguments arguments(argv, argv + argc);

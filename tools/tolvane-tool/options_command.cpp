@@ -3,8 +3,8 @@
 
 #include "core/base/text_encoding.h"
 #include "core/data/options.h"
-#include "tools/tolvane-tool/commands.h"
 #include "tools/tolvane-tool/json_writer.h"
+#include "tools/tolvane-tool/tool_commands.h"
 
 namespace tolvane::tool {
 namespace {

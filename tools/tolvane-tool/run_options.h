@@ -4,7 +4,7 @@
 #include <string>
 
 #include "headless/port_run.h"
-#include "tools/tolvane-tool/commands.h"
+#include "tools/tolvane-tool/tool_commands.h"
 
 namespace tolvane::tool {
 

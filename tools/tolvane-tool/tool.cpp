@@ -7,8 +7,8 @@
 #include <iterator>
 #include <ostream>
 
-#include "tools/tolvane-tool/commands.h"
 #include "tools/tolvane-tool/run_options.h"
+#include "tools/tolvane-tool/tool_commands.h"
 
 namespace tolvane::tool {
 

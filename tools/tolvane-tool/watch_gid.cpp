@@ -11,8 +11,8 @@
 #include "platform/device_queries.h"
 #include "platform/dynamic_library.h"
 #include "platform/program_location.h"
-#include "tools/tolvane-tool/commands.h"
 #include "tools/tolvane-tool/tick_json.h"
+#include "tools/tolvane-tool/tool_commands.h"
 
 namespace tolvane::tool {
 

@@ -132,6 +132,8 @@ TEST_F(PointCollectionTest, TheListFiltersSearchesAndSortsByDistance) {
     EXPECT_EQ(names(query), "alpha;Beta bar;Old Bank;Zulu;");
     query.kinds = KindFilter::kPoi;
     EXPECT_EQ(names(query), "Beta bar;Old Bank;");
+    EXPECT_EQ(KindToAdd(query.kinds), PointKind::kPoi);
+    EXPECT_EQ(KindToAdd(KindFilter::kAll), PointKind::kWaypoint);
     query.category = "00013";  // Bar by its code
     EXPECT_EQ(names(query), "Beta bar;");
     query = {};
@@ -156,6 +158,8 @@ TEST(PointEntryTest, BadFieldsAreRefusedWithWhatToType) {
     const PointEntryResult accepted = PointFromEntry(good, GeoPoint{}, kDecimalDeg, kImperial);
     EXPECT_TRUE(accepted.accepted);
     EXPECT_EQ(accepted.point.proximityRange, 120);  // feet, as the unit system reads ranges
+    EXPECT_NE(EntryFromPoint(accepted.point, kDecimalDeg, true).latitude, "");
+    EXPECT_EQ(EntryFromPoint(accepted.point, kDecimalDeg, false).latitude, "");
 
     const auto refusal = [&](void (*spoil)(PointEntry&)) {
         PointEntry entry = good;
@@ -196,6 +200,9 @@ TEST(DestinationDraftTest, EditsKeepTheCurrentDestinationOnItsPoint) {
     RemoveDestination(draft, 3);  // the current one: the first not reached follows
     EXPECT_EQ(draft.current, 0);
     EXPECT_EQ(draft.points.size(), 4u);
+    draft.current = 1;
+    EXPECT_EQ(DestinationRowText(draft, 1), "2. A  [Current]  (Reached)");
+    EXPECT_EQ(DestinationRowText(draft, 2), "3. C");
 
     Navigation navigation;
     draft.current = 2;

@@ -83,6 +83,13 @@ TEST(CalibrationTest, TwoAndFivePointsGiveTheCornersBackAndAWrongPointStandsOut)
     EXPECT_EQ(WorstPoint(wrong, fit), 2);
     // The other four hold it exactly 0.001 degree of latitude (111 m) off.
     EXPECT_NEAR(fit.residualMetres[2], 111, 1);
+    MapState map;
+    map.calibration = wrong;
+    map.fit = fit;
+    const std::string residuals = RefPointResidualsText(map);
+    EXPECT_EQ(residuals.rfind("1: ", 0), 0u) << residuals;
+    EXPECT_NE(residuals.find("   3: 111."), std::string::npos) << residuals;
+    EXPECT_NE(residuals.find(" m   RMS "), std::string::npos) << residuals;
     wrong.points[2] = RefPoint{};
     ExpectCorners(wrong, 12);
 

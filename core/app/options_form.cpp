@@ -1,4 +1,4 @@
-#include "core/app/options_dialog.h"
+#include "core/app/options_form.h"
 
 #include <algorithm>
 #include <array>
@@ -169,6 +169,13 @@ std::vector<std::string> StorageChoices(const std::vector<std::string>& availabl
     });
     if (!listed && !current.empty()) choices.insert(choices.begin(), current);
     return choices;
+}
+
+int StorageChoiceIndex(const std::vector<std::string>& choices, const std::string& current) {
+    const auto found = std::find_if(
+        choices.rbegin(), choices.rend(),
+        [&](const std::string& choice) { return SameStorageLocation(choice, current); });
+    return found == choices.rend() ? 0 : static_cast<int>(choices.rend() - found) - 1;
 }
 
 UnitLabels OptionsUnitLabels(int unitSystem) {

@@ -1,10 +1,11 @@
-#include "core/app/gps_setup.h"
+#include "core/app/gps_setup_form.h"
 
 #include <gtest/gtest.h>
 
 #include <algorithm>
 
 #include "core/app/commands.h"
+#include "core/app/gid_commands.h"
 #include "core/app/gps_commands.h"
 #include "core/app/startup.h"
 #include "tests/core/app/program_fixture.h"
@@ -58,6 +59,44 @@ TEST(GpsSetupTest, AReceiverThatTalksOnlyOtherConstellationsIsRecognised) {
         NmeaSentence("GPGGA,083559.00,4717.11437,N,00833.91522,E,1,08,1.0,499.6,M,48.0,M,,");
     listener.Feed(gga.data(), static_cast<int>(gga.size()), 0);
     EXPECT_FALSE(TalksOnlyOtherGnss(listener.Summary()));
+}
+
+// The live line puts the device's problem before all else, then that
+// "Auto" found nothing, then the rate it tries; OK stores a found rate only
+// once the probe has settled on it. gpsd is the page of a source the dialog
+// does not offer, and a port without a link starts on "Auto".
+TEST(GpsSetupTest, TheProbeLineAndTheDialogsChoicesFollowWhatTheProbeFound) {
+    ProbeStatus status;
+    status.baudRate = 9600;
+    status.searching = true;
+    EXPECT_EQ(ProbeLineText(status, 0), "Trying 9600 baud...");
+    EXPECT_EQ(FoundBaudIndex(status), -1);
+    status.summary.sentences = 2;
+    status.summary.lastSentence = "$GPRMC";
+    status.summary.lastMilliseconds = 1000;
+    status.searching = false;
+    EXPECT_EQ(ProbeLineText(status, 3500), "2 sentences, 9600 baud, last $GPRMC 2 s ago");
+    EXPECT_EQ(FoundBaudIndex(status), BaudIndexForRate(9600));
+    status.exhausted = true;
+    EXPECT_EQ(ProbeLineText(status, 0),
+              "No NMEA text at any baud rate. Is the receiver switched on?");
+    status.problem = {DeviceFault::kCannotOpen, "/dev/ttyUSB0", {}, "Device or resource busy"};
+    EXPECT_EQ(ProbeLineText(status, 0),
+              "The device /dev/ttyUSB0 could not be opened: Device or resource busy");
+    status.problem = {DeviceFault::kOther, "/dev/ttyUSB0", {}, "Input/output error"};
+    EXPECT_EQ(ProbeLineText(status, 0), "Input/output error");
+
+    EXPECT_EQ(ShownGpsSource(kGpsSourceBluetooth), kGpsSourceBluetooth);
+    EXPECT_EQ(ShownGpsSource(7), kGpsSourceGid);
+    EXPECT_TRUE(ActionsOfSource(kGpsSourceGid).asksGpsd);
+    EXPECT_FALSE(ActionsOfSource(kGpsSourceBluetooth).probesDevice);
+    EXPECT_EQ(ShownBaudIndex("", 3), kAutoBaudIndex);
+    EXPECT_EQ(ShownBaudIndex("/dev/ttyACM0", 3), 3);
+
+    EXPECT_EQ(SearchProblemText({true, 0, {}}),
+              "No Bluetooth adapter was found, or Bluetooth (BlueZ) is not running. (0x08200a10)");
+    EXPECT_EQ(SearchProblemText({false, 3, "Input/output error"}),
+              "The Bluetooth search failed: Input/output error (0x08200a10, 3)");
 }
 
 // OK stores the choice in the settings record, saved at once, and in the

@@ -1,4 +1,4 @@
-#include "core/app/gps_setup.h"
+#include "platform/receiver_setup.h"
 
 #include <grp.h>
 #include <gtest/gtest.h>
@@ -11,10 +11,10 @@
 #include <thread>
 
 #include "core/app/gps_commands.h"
+#include "core/app/gps_setup_form.h"
 #include "headless/port_run.h"
 #include "platform/port_device.h"
 #include "platform/receiver_probe.h"
-#include "platform/receiver_setup.h"
 #include "tests/core/nmea_sentence.h"
 #include "tests/core/test_support.h"
 #include "tests/platform/pseudo_terminal.h"
@@ -98,19 +98,21 @@ TEST(GpsSetupOnPty, AutoFindsTheReceiversRateAndAnUnpluggedDeviceIsNamed) {
         probe.Start(receiver.Path(), 0);
         ASSERT_TRUE(WaitUntil(
             [&] {
-                const platform::ProbeStatus status = probe.Status();
+                const ProbeStatus status = probe.Status();
                 return !status.searching && status.summary.sentences >= 2;
             },
             20s))
             << baud;
         EXPECT_EQ(probe.Status().baudRate, baud);
-        EXPECT_TRUE(probe.Status().problem.empty());
+        EXPECT_EQ(probe.Status().problem.fault, DeviceFault::kNone);
 
         receiver.Unplug();
-        ASSERT_TRUE(WaitUntil([&] { return !probe.Status().problem.empty(); }, 10s));
-        EXPECT_EQ(probe.Status().problem, "The device " + receiver.Path() +
-                                              " is no longer there. Plug the receiver in again, "
-                                              "or choose another device.");
+        ASSERT_TRUE(
+            WaitUntil([&] { return probe.Status().problem.fault != DeviceFault::kNone; }, 10s));
+        EXPECT_EQ(DeviceProblemText(probe.Status().problem),
+                  "The device " + receiver.Path() +
+                      " is no longer there. Plug the receiver in again, "
+                      "or choose another device.");
     }
 }
 
@@ -181,10 +183,10 @@ TEST(GpsSetupOnPty, DevicesAreListedByTheirNamesAndAPermissionProblemNamesTheGro
     struct stat node;
     ASSERT_EQ(stat(dev.File("ttyUSB1").c_str(), &node), 0);
     const std::string group = getgrgid(node.st_gid)->gr_name;
-    EXPECT_NE(platform::DeviceProblemText(dev.File("ttyUSB1"), EACCES)
+    EXPECT_NE(DeviceProblemText(platform::ProblemOfError(dev.File("ttyUSB1"), EACCES))
                   .find("Join the group \"" + group + "\""),
               std::string::npos);
-    EXPECT_TRUE(platform::DeviceProblem(dev.File("ttyUSB1")).empty());
+    EXPECT_EQ(platform::ProblemOpening(dev.File("ttyUSB1")).fault, DeviceFault::kNone);
 }
 
 }  // namespace

@@ -5,7 +5,7 @@
 #include <functional>
 #include <memory>
 
-#include "core/app/single_instance.h"
+#include "core/app/single_instance_rule.h"
 #include "platform/lock_file.h"
 
 class QLocalServer;

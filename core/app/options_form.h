@@ -85,6 +85,10 @@ std::vector<std::string> OptionsComboEntries(OptionsCombo combo);
 std::vector<std::string> StorageChoices(const std::vector<std::string>& available,
                                         const std::string& current);
 
+// The entry of the choices the storage combo opens on: the current location
+// in any letter case, else the first.
+int StorageChoiceIndex(const std::vector<std::string>& choices, const std::string& current);
+
 // The unit labels beside "Minimum Speed" and "Default Proximity Range",
 // which follow the unit system chosen in the open dialog.
 struct UnitLabels {

@@ -7,6 +7,7 @@
 #include "core/app/program.h"
 #include "core/gps/bluetooth_port.h"
 #include "core/gps/nmea_listener.h"
+#include "core/gps/serial_device.h"
 
 namespace tolvane {
 
@@ -46,6 +47,8 @@ inline constexpr std::uint32_t kTextSearchFailed = 14345;
 inline constexpr std::uint32_t kTextSearchCancel = 14346;
 inline constexpr std::uint32_t kTextSearchUse = 14347;
 
+// "Auto" in the list of baud rates: the probe tries every rate of the table.
+inline constexpr int kAutoBaudIndex = -1;
 
 // The live line of GPS Setup: "12 sentences, 4800 baud, last $GPRMC 2 s ago",
 // or that nothing has come yet at the rate being tried.
@@ -56,6 +59,44 @@ std::string LiveLineText(const NmeaListenSummary& summary, std::uint32_t baudRat
 // instead of GP: the two ways to read it, or that the multi-GNSS reading
 // will. Empty for a receiver the port source reads as it is.
 std::string OtherGnssAdvice(const NmeaListenSummary& summary, bool multiGnss);
+
+// The live line of the port page for what the probe has found so far: the
+// device's problem, that "Auto" heard no NMEA at any rate, the rate "Auto"
+// is trying, or what has arrived.
+std::string ProbeLineText(const ProbeStatus& status, std::int64_t nowMilliseconds);
+
+// A device's problem in the user's words; empty when it has none.
+std::string DeviceProblemText(const DeviceProblem& problem);
+
+// The gpsd page's line: whether gpsd answers at its address.
+std::string GpsdStateText(bool answers, const std::string& address);
+
+// The message that keeps GPS Setup open when OK cannot link the port.
+std::string LinkNotWrittenText(const std::string& portName, const std::string& devicePath,
+                               const std::string& reason);
+
+// The source GPS Setup opens on: the stored one, or gpsd for a source the
+// dialog does not offer.
+int ShownGpsSource(int storedSource);
+
+// What choosing a source starts: the port source listens to its device,
+// and gpsd's page asks whether gpsd answers.
+struct SourceActions {
+    bool probesDevice = false;
+    bool asksGpsd = false;
+};
+SourceActions ActionsOfSource(int source);
+
+// The baud index a port's list shows: "Auto" for a port without a link,
+// which is new to the user, and the stored index for a linked one.
+int ShownBaudIndex(const std::string& linkedDevice, int storedBaudIndex);
+
+// The rate the probe listens at for a baud index; 0 tries every rate.
+std::uint32_t ProbeBaudRate(int baudIndex);
+
+// The rate OK stores for "Auto": the index of the rate the probe settled
+// at, -1 when it has heard nothing yet.
+int FoundBaudIndex(const ProbeStatus& status);
 
 // The choices of GPS Setup. baudIndex -1 is "Auto": the rate the probe
 // found is stored, or the stored one kept when it found none.
@@ -87,6 +128,26 @@ struct BluetoothReceiver {
     std::uint64_t address = 0;
     int channel = 0;
 };
+
+// A receiver as the Bluetooth page and the search list show it:
+// "name (address)", or that none is chosen yet.
+std::string ReceiverText(const std::string& name, std::uint64_t address);
+
+// Why the Bluetooth search could not run or ended early, as the search
+// finds it out.
+struct SearchProblem {
+    bool noAdapter = false;  // no adapter, or one that is switched off
+    int error = 0;           // the Bluetooth stack's error number; 0 for none
+    std::string words;       // the stack's own words for the error
+};
+
+// A search problem in the user's words, with the Bluetooth code and the
+// stack's error number.
+std::string SearchProblemText(const SearchProblem& problem);
+
+// The search page's line when the search ends: the search's own problem,
+// that no receiver was found, or how many were.
+std::string SearchEndText(const std::string& problem, std::size_t found);
 
 // Adds what the search reports: each receiver once, by its address; a
 // later report fills in a name or a channel that the first one lacked.

@@ -1,4 +1,4 @@
-#include "core/app/options_dialog.h"
+#include "core/app/options_form.h"
 
 #include <gtest/gtest.h>
 
@@ -110,6 +110,8 @@ TEST(OptionsDialogTest, TheOpenDialogFollowsItsControls) {
     const std::vector<std::string> machine = {"/home/a/Documents", "/media/a/CARD"};
     EXPECT_EQ(StorageChoices(machine, "/media/a/card"), machine);
     EXPECT_EQ(StorageChoices(machine, "/mnt/gone").front(), "/mnt/gone");
+    EXPECT_EQ(StorageChoiceIndex(machine, "/media/a/card"), 1);
+    EXPECT_EQ(StorageChoiceIndex(machine, "/mnt/gone"), 0);
 }
 
 // A new storage location gets the folder tree and its own waypoint file;

@@ -1,4 +1,4 @@
-#include "core/app/single_instance.h"
+#include "core/app/single_instance_rule.h"
 
 #include <gtest/gtest.h>
 

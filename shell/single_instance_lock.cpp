@@ -1,4 +1,4 @@
-#include "shell/single_instance.h"
+#include "shell/single_instance_lock.h"
 
 #include <QDir>
 #include <QLocalServer>
