@@ -2,7 +2,7 @@
 
 #include <ostream>
 
-namespace tolvane::tool {
+namespace tolvane::headless {
 
 int LoopTimers::StartTimer(int /*intervalMilliseconds*/, std::function<void()> callback) {
     const int id = nextTimerId_++;
@@ -38,4 +38,4 @@ bool HeadlessHost::AskYesNo(const std::string& text, const std::string& caption)
     return false;
 }
 
-}  // namespace tolvane::tool
+}  // namespace tolvane::headless

@@ -6,7 +6,7 @@
 
 #include "core/app/windowless_host.h"
 
-namespace tolvane::tool {
+namespace tolvane::headless {
 
 // The timers of a run without an event loop: the run's own loop fires them
 // (the replay once per second of the recording, the watch once per real
@@ -45,4 +45,4 @@ class HeadlessHost final : public WindowlessHost {
     std::ostream& messages_;
 };
 
-}  // namespace tolvane::tool
+}  // namespace tolvane::headless

@@ -10,7 +10,7 @@
 #include "core/base/program_paths.h"
 #include "core/data/geo_point_file.h"
 
-namespace tolvane::tool {
+namespace tolvane::headless {
 
 namespace {
 
@@ -198,4 +198,4 @@ std::string RunSummary(int ticks, int fixes, const NmeaParseStats& stats) {
            std::to_string(stats.brokenSentences) + " broken" + zeroBytes + ")";
 }
 
-}  // namespace tolvane::tool
+}  // namespace tolvane::headless

@@ -12,7 +12,7 @@
 #include "platform/process_runner.h"
 #include "platform/speech_engine_finder.h"
 
-namespace tolvane::tool {
+namespace tolvane::headless {
 
 // The sound, process and speech services of a run: quiet, or the
 // machine's own when the run speaks its arrivals (--voice 1).
@@ -120,4 +120,4 @@ class PortRun {
     int fixes_ = 0;
 };
 
-}  // namespace tolvane::tool
+}  // namespace tolvane::headless

@@ -6,7 +6,7 @@
 #include <cstring>
 #include <optional>
 
-namespace tolvane::tool {
+namespace tolvane::headless {
 namespace {
 
 constexpr std::string_view kRmcHeader = "$GPRMC,";
@@ -205,4 +205,4 @@ int RecordingDevice::Read(char* buffer, int size) {
     return static_cast<int>(count);
 }
 
-}  // namespace tolvane::tool
+}  // namespace tolvane::headless

@@ -9,7 +9,7 @@
 #include "core/gps/nmea_record.h"
 #include "core/gps/serial_device.h"
 
-namespace tolvane::tool {
+namespace tolvane::headless {
 
 // One second of a recorded NMEA log: its bytes and the UTC time of the RMC
 // sentence that began it. The time is dated when that sentence, or one
@@ -85,4 +85,4 @@ class RecordingDevice final : public SerialDevice {
     bool open_ = false;
 };
 
-}  // namespace tolvane::tool
+}  // namespace tolvane::headless

@@ -11,7 +11,7 @@
 
 #include "headless/recording_device.h"
 
-namespace tolvane::tool {
+namespace tolvane::headless {
 namespace {
 
 // The clock of a replay: the receiver's time of the second being played.
@@ -234,4 +234,4 @@ bool ReplayRecordingFile(const std::string& path, const RunSettings& settings,
     return true;
 }
 
-}  // namespace tolvane::tool
+}  // namespace tolvane::headless

@@ -11,7 +11,7 @@
 #include "core/state/app_state.h"
 #include "headless/port_run.h"
 
-namespace tolvane::tool {
+namespace tolvane::headless {
 
 // Sees the application state after each tick, with the tick's UTC time;
 // returns false to end the replay there.
@@ -45,4 +45,4 @@ bool ReplayRecordingFile(const std::string& path, const RunSettings& settings,
                          const Options& options, std::ostream& messages, const TickObserver& onTick,
                          ReplayTotals& totals, std::string& error);
 
-}  // namespace tolvane::tool
+}  // namespace tolvane::headless

@@ -13,7 +13,7 @@ bool DemoRun::Start(const std::string& recordingPath, RunSerialDevice& device) {
     text << in.rdbuf();
     const std::string recording = text.str();
     std::vector<std::string> seconds;
-    for (const tool::RecordedSecond& second : tool::SplitIntoSeconds(recording)) {
+    for (const headless::RecordedSecond& second : headless::SplitIntoSeconds(recording)) {
         seconds.push_back(recording.substr(second.begin, second.end - second.begin));
     }
     if (!receiver_.Start(std::move(seconds))) return false;

@@ -86,15 +86,15 @@ bool PaintPictures(AppState& app, FileTime nowUtc, const CommandLine& line) {
 int PlayAndPaint(const std::string& recording, const Options& options, int at,
                  const CommandLine& line, bool& written) {
     int ticks = 0;
-    const tool::TickObserver paintAt = [&](AppState& app, FileTime utc) {
+    const headless::TickObserver paintAt = [&](AppState& app, FileTime utc) {
         if (++ticks < at) return true;
         written = PaintPictures(app, utc, line);
         return false;
     };
-    tool::ReplayTotals totals;
+    headless::ReplayTotals totals;
     std::string error;
-    if (!tool::ReplayRecordingFile(recording, tool::RunSettings{}, options, std::cerr, paintAt,
-                                   totals, error)) {
+    if (!headless::ReplayRecordingFile(recording, headless::RunSettings{}, options, std::cerr,
+                                       paintAt, totals, error)) {
         if (!error.empty()) std::cerr << "tolvane: " << error << '\n';
         return -1;
     }
@@ -108,11 +108,11 @@ int RunScreenshots(const CommandLine& line) {
         std::cerr << "tolvane: cannot load the language file "
                   << LanguageFilePath(kLanguageEnglish, kSubLanguageEnglishUs) << '\n';
     }
-    tool::RunSettings settings;
+    headless::RunSettings settings;
     settings.optionsFile = line.optionsFile.toStdString();
     Options options;
     std::string error;
-    if (!tool::MakeRunOptions(settings, options, error)) {
+    if (!headless::MakeRunOptions(settings, options, error)) {
         std::cerr << "tolvane: " << error << '\n';
         return 1;
     }

@@ -4,7 +4,7 @@
 
 #include <string>
 
-namespace tolvane::tool {
+namespace tolvane::headless {
 namespace {
 
 TEST(HeadlessHostTest, TimersFireInStartOrderAndFollowKillsAndStartsWithinARound) {
@@ -33,4 +33,4 @@ TEST(HeadlessHostTest, TimersFireInStartOrderAndFollowKillsAndStartsWithinARound
 }
 
 }  // namespace
-}  // namespace tolvane::tool
+}  // namespace tolvane::headless

@@ -17,7 +17,7 @@
 #include "tests/platform/scoped_environment.h"
 #include "tests/tools/shell_command.h"
 
-namespace tolvane::tool {
+namespace tolvane::headless {
 namespace {
 
 using testing::Quoted;
@@ -155,4 +155,4 @@ TEST_F(PointsGuidanceTest, ExportedPointsAndListsPassTheGpxSchemaAndReadInGpsbab
 }
 
 }  // namespace
-}  // namespace tolvane::tool
+}  // namespace tolvane::headless

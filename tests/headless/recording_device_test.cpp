@@ -9,7 +9,7 @@
 
 #include "tests/core/test_support.h"
 
-namespace tolvane::tool {
+namespace tolvane::headless {
 namespace {
 
 TEST(SplitIntoSecondsTest, SecondsBeginAtEachRmcLineWithANewTime) {
@@ -100,4 +100,4 @@ TEST(SplitIntoSecondsTest, ARecordingReadInPiecesIsCutAsAWhole) {
 }
 
 }  // namespace
-}  // namespace tolvane::tool
+}  // namespace tolvane::headless

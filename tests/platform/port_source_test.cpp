@@ -97,7 +97,7 @@ class PortSourceOnPty : public ::testing::Test {
     FixedClock clock_;
     QuietServices quiet_;
     std::ostringstream messages_;
-    tool::HeadlessHost host_;
+    headless::HeadlessHost host_;
     AppState app_;
     Options& options_ = app_.options;
     PortSource port_;

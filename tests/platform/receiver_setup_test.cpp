@@ -49,7 +49,7 @@ struct SourceOnPortDevice {
     QuietServices quiet;
     std::ostringstream messages;
     ZeroClock clock;
-    tool::HeadlessHost host;
+    headless::HeadlessHost host;
     AppState app;
     Options& options = app.options;
     PortSource port;
@@ -130,7 +130,7 @@ TEST(GpsSetupOnPty, TheWrittenLinkIsWhatStartGpsReads) {
     SourceOnPortDevice source;
     Options& options = source.options;
     PortSource& port = source.port;
-    tool::HeadlessHost& host = source.host;
+    headless::HeadlessHost& host = source.host;
     std::ostringstream& messages = source.messages;
     options.gpsSource = kGpsSourcePort;
     options.portIndex = 7;
@@ -151,7 +151,7 @@ TEST(GpsSetupOnPty, WithoutAnAdapterTheBluetoothLinkFailsWithItsCode) {
     SourceOnPortDevice source;
     Options& options = source.options;
     PortSource& port = source.port;
-    tool::HeadlessHost& host = source.host;
+    headless::HeadlessHost& host = source.host;
     std::ostringstream& messages = source.messages;
     options.gpsSource = kGpsSourceBluetooth;
     OptionsRuntime& runtime = source.app.runtime;

@@ -22,14 +22,14 @@ QImage PaintViewPicture(const AppState& app, int width, int height) {
 
 void ReplayToTick(const std::string& recording, int tick,
                   const std::function<void(AppState&)>& use) {
-    tool::RunSettings settings;
+    headless::RunSettings settings;
     Options options{};
     std::string error;
-    tool::MakeRunOptions(settings, options, error);
+    headless::MakeRunOptions(settings, options, error);
     std::ostringstream messages;
-    tool::ReplayTotals totals;
+    headless::ReplayTotals totals;
     int ticks = 0;
-    tool::ReplayRecordingFile(
+    headless::ReplayRecordingFile(
         recording, settings, options, messages,
         [&](AppState& app, FileTime /*utc*/) {
             if (++ticks == tick) use(app);

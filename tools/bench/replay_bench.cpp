@@ -54,13 +54,13 @@ void BM_ReplayCapture(benchmark::State& state) {
         return;
     }
     const tolvane::Options options = DefaultOptions();
-    const tolvane::tool::RunSettings settings;
+    const tolvane::headless::RunSettings settings;
     std::ostringstream messages;
     for (auto _ : state) {
-        tolvane::tool::ReplayTotals totals;
+        tolvane::headless::ReplayTotals totals;
         std::string error;
-        tolvane::tool::ReplayRecording(capture, settings, options, messages, nullptr, totals,
-                                       error);
+        tolvane::headless::ReplayRecording(capture, settings, options, messages, nullptr, totals,
+                                           error);
         benchmark::DoNotOptimize(totals.ticks);
     }
     state.SetBytesProcessed(static_cast<std::int64_t>(state.iterations() * capture.size()));
@@ -77,9 +77,9 @@ class FrozenClock final : public tolvane::Clock {
 void BM_MainTimerProc(benchmark::State& state) {
     const std::string capture = Capture();
     FrozenClock clock;
-    tolvane::tool::RecordingDevice device;
-    tolvane::tool::RunServices services(false);
-    tolvane::tool::PortRun run(clock, device, DefaultOptions(), services, std::cerr);
+    tolvane::headless::RecordingDevice device;
+    tolvane::headless::RunServices services(false);
+    tolvane::headless::PortRun run(clock, device, DefaultOptions(), services, std::cerr);
     run.Start("recording", 4800, tolvane::ReaderDrive::kCaller);
     device.Feed(std::string_view(capture).substr(0, 2000));
     while (tolvane::ReaderPass(run.port) > 0) {

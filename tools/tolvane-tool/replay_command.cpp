@@ -10,7 +10,7 @@
 namespace tolvane::tool {
 
 int RunReplayCommand(const Arguments& arguments, std::ostream& out, std::ostream& err) {
-    RunSettings settings;
+    headless::RunSettings settings;
     std::string logPath, error;
     for (std::size_t index = 0; index < arguments.size() && error.empty(); ++index) {
         if (ParseRunOption(arguments, index, settings, error)) continue;
@@ -27,7 +27,7 @@ int RunReplayCommand(const Arguments& arguments, std::ostream& out, std::ostream
         return kExitUsage;
     }
     Options options;
-    if (!MakeRunOptions(settings, options, error)) {
+    if (!headless::MakeRunOptions(settings, options, error)) {
         err << "tolvane-tool: replay: " << error << '\n';
         return kExitFailure;
     }
@@ -39,14 +39,16 @@ int RunReplayCommand(const Arguments& arguments, std::ostream& out, std::ostream
         out << TickJson(app) << '\n';
         return true;
     };
-    ReplayTotals totals;
-    if (!ReplayRecordingFile(logPath, settings, options, err,
-                             settings.json ? TickObserver(printTick) : nullptr, totals, error)) {
+    headless::ReplayTotals totals;
+    if (!headless::ReplayRecordingFile(logPath, settings, options, err,
+                                       settings.json ? headless::TickObserver(printTick) : nullptr,
+                                       totals, error)) {
         if (!error.empty()) err << "tolvane-tool: replay: " << error << '\n';
         return kExitFailure;
     }
     if (!settings.json) {
-        out << logPath << ": " << RunSummary(totals.ticks, totals.fixes, totals.parse) << '\n';
+        out << logPath << ": " << headless::RunSummary(totals.ticks, totals.fixes, totals.parse)
+            << '\n';
     }
     return totals.trackWritten ? kExitOk : kExitFailure;
 }

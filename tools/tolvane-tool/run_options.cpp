@@ -46,7 +46,8 @@ bool SetTrackFormat(const std::string& value, std::optional<std::int32_t>& targe
 }
 
 // Applies one option that takes a value; false when the value is bad.
-bool SetValueOption(const std::string& name, const std::string& value, RunSettings& settings) {
+bool SetValueOption(const std::string& name, const std::string& value,
+                    headless::RunSettings& settings) {
     double number = 0;
     if (name == "--options") settings.optionsFile = value;
     if (name == "--out") settings.trackFolder = value;
@@ -84,7 +85,7 @@ bool TakesValue(const std::string& name) {
 
 }  // namespace
 
-bool ParseRunOption(const Arguments& arguments, std::size_t& index, RunSettings& settings,
+bool ParseRunOption(const Arguments& arguments, std::size_t& index, headless::RunSettings& settings,
                     std::string& error) {
     const std::string& name = arguments[index];
     if (name == "--json") {
@@ -109,7 +110,7 @@ bool ParseRunOption(const Arguments& arguments, std::size_t& index, RunSettings&
     return true;
 }
 
-std::string CheckRunSettings(const RunSettings& settings) {
+std::string CheckRunSettings(const headless::RunSettings& settings) {
     if (settings.trackFormat && settings.trackFolder.empty()) {
         return "--track-format needs --out DIR, the folder for the track files";
     }

@@ -11,11 +11,11 @@ namespace tolvane::tool {
 // Handles the options shared by replay and watch at arguments[index] and
 // moves index past them. Returns false when arguments[index] is none of
 // them; a missing or bad value sets error.
-bool ParseRunOption(const Arguments& arguments, std::size_t& index, RunSettings& settings,
+bool ParseRunOption(const Arguments& arguments, std::size_t& index, headless::RunSettings& settings,
                     std::string& error);
 
 // What is wrong with the combination of the options, empty when nothing is.
-std::string CheckRunSettings(const RunSettings& settings);
+std::string CheckRunSettings(const headless::RunSettings& settings);
 
 // The usage lines of the options of replay and watch.
 std::string RunOptionsUsage();

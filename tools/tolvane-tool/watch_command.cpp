@@ -13,7 +13,7 @@ namespace tolvane::tool {
 namespace {
 
 struct WatchArguments {
-    RunSettings settings;
+    headless::RunSettings settings;
     std::string source;
     std::string port;
     std::string home;
@@ -72,7 +72,7 @@ int RunWatchCommand(const Arguments& arguments, std::ostream& out, std::ostream&
         return kExitUsage;
     }
     Options options;
-    if (!MakeRunOptions(watch.settings, options, error)) {
+    if (!headless::MakeRunOptions(watch.settings, options, error)) {
         err << "tolvane-tool: watch: " << error << '\n';
         return kExitFailure;
     }
@@ -87,9 +87,9 @@ int RunWatchCommand(const Arguments& arguments, std::ostream& out, std::ostream&
 
     const SystemClock clock;
     platform::TermiosSerialDevice device;
-    RunServices services(watch.settings.voice);
-    PortRun run(clock, device, options, services, err);
-    if (!PrepareRun(run.app, watch.settings, error)) {
+    headless::RunServices services(watch.settings.voice);
+    headless::PortRun run(clock, device, options, services, err);
+    if (!headless::PrepareRun(run.app, watch.settings, error)) {
         err << "tolvane-tool: watch: " << error << '\n';
         return kExitFailure;
     }
@@ -107,7 +107,8 @@ int RunWatchCommand(const Arguments& arguments, std::ostream& out, std::ostream&
         if (watch.settings.json) out << TickJson(run.app) << std::endl;
     }
     if (!watch.settings.json) {
-        out << watch.port << ": " << RunSummary(run.Ticks(), run.Fixes(), run.ParseStats()) << '\n';
+        out << watch.port << ": "
+            << headless::RunSummary(run.Ticks(), run.Fixes(), run.ParseStats()) << '\n';
     }
     const bool trackWritten = run.FinishTrack();
     return run.Lost() || !trackWritten ? kExitFailure : kExitOk;

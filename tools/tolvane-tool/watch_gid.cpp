@@ -23,8 +23,9 @@ int RunGidWatch(const GidWatch& watch, std::ostream& out, std::ostream& err) {
     CStringManager::GetInstance().Load(kLanguageEnglish, kSubLanguageEnglishUs);
 
     const SystemClock clock;
-    RunServices services(watch.settings.voice);
-    HeadlessHost host(clock, services.Sound(), services.Processes(), services.Speech(), err);
+    headless::RunServices services(watch.settings.voice);
+    headless::HeadlessHost host(clock, services.Sound(), services.Processes(), services.Speech(),
+                                err);
     const platform::LinuxDeviceQueries machine;
     platform::SystemLibraryLoader loader;
 
@@ -32,7 +33,7 @@ int RunGidWatch(const GidWatch& watch, std::ostream& out, std::ostream& err) {
     app.options = watch.options;
     app.options.gpsSource = kGpsSourceGid;
     std::string error;
-    if (!PrepareRun(app, watch.settings, error)) {
+    if (!headless::PrepareRun(app, watch.settings, error)) {
         err << "tolvane-tool: watch: " << error << '\n';
         return kExitFailure;
     }
@@ -46,7 +47,7 @@ int RunGidWatch(const GidWatch& watch, std::ostream& out, std::ostream& err) {
     const auto start = std::chrono::steady_clock::now();
     for (long long tick = 1; watch.seconds < 0 || tick <= watch.seconds; ++tick) {
         std::this_thread::sleep_until(start + std::chrono::seconds(tick));
-        RunTimers(app, host);
+        headless::RunTimers(app, host);
         if (app.gps.connected && app.gps.fixValid) ++fixes;
         if (watch.settings.json) out << TickJson(app) << std::endl;
     }

@@ -10,10 +10,10 @@ namespace tolvane::tool {
 
 // What "watch --source gid" takes from its command line.
 struct GidWatch {
-    Options options{};       // the fields that shape the published state
-    RunSettings settings;    // --json, the track, the destinations, the voice
-    long long seconds = -1;  // ticks to run; below 0 runs until stopped
-    std::string home;        // --home, empty for the executable's folder
+    Options options{};               // the fields that shape the published state
+    headless::RunSettings settings;  // --json, the track, the destinations, the voice
+    long long seconds = -1;          // ticks to run; below 0 runs until stopped
+    std::string home;                // --home, empty for the executable's folder
 };
 
 // Watches the shared GPS service through GID.QX.so from the program folder,
