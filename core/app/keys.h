@@ -3,7 +3,7 @@
 #include <cstdint>
 
 #include "core/app/program.h"
-#include "core/views/canvas.h"
+#include "core/base/pixels.h"
 
 namespace tolvane {
 
