@@ -8,12 +8,12 @@
 # later run plays it again.
 #
 # Usage: scripts/fuzz.sh TARGET [SECONDS]    (default 60)
-# TARGET: nmea_parser, language_file, options, point_file, track_log or
-# gpsd_reports.
+# TARGET: nmea_parser, language_file, options, point_file, track_log,
+# gpsd_reports, gpx_kml or map_calibration.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
-targets="nmea_parser language_file options point_file track_log gpsd_reports"
+targets="nmea_parser language_file options point_file track_log gpsd_reports gpx_kml map_calibration"
 target=${1:-}
 seconds=${2:-60}
 if ! [[ " $targets " == *" $target "* ]] || ! [[ $seconds =~ ^[0-9]+$ ]] || [ "$seconds" -eq 0 ]; then
