@@ -14,9 +14,11 @@ namespace tolvane::shell {
 using LoadProgress = std::function<void(int done, int steps)>;
 
 // Reads a picture file as map levels: a picture larger than the largest
-// level is decoded scaled (JPEG pictures at a fraction of their size
-// straight from the file), then halved down to the smallest level. Null
-// when the file is no picture Qt can read. Safe on any thread.
+// level is shrunk to it (JPEG pictures decoded at a fraction of their size
+// straight from the file, PNG pictures a row at a time, others a band of
+// rows at a time from their own pixel format), then halved down to the
+// smallest level. Null when the file is no picture that can be read, or
+// would take more than 200 MB decoded. Safe on any thread.
 std::shared_ptr<MapPicture> ReadMapPicture(const QString& path, const LoadProgress& progress);
 
 // Reads map pictures on a thread of their own, so that the window keeps
