@@ -66,11 +66,13 @@ void SwitchRadioOffIfOurs(Program& program) {
 
 void SaveProgramSettings(Program& program) {
     Options& options = program.app.options;
-    const OptionsRuntime& runtime = program.app.runtime;
+    OptionsRuntime& runtime = program.app.runtime;
     WriteWideField(options.storageLocation, runtime.storageLocation);
     WriteWideField(options.poiFolder, runtime.poiFolder);
     WriteWideField(options.waypointFile, runtime.waypointFile);
-    SaveOptions(program.files.optionsPath, options, kSaveAttempts);
+    Options saved = options;
+    saved.gpsSource = ConfiguredGpsSource(program.app);
+    SaveRunOptions(program.files.optionsPath, saved, runtime, kSaveAttempts);
 }
 
 bool RunExit(Program& program) {

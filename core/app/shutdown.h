@@ -11,7 +11,8 @@ inline constexpr std::uint32_t kTextConfirmExit = 10706;
 inline constexpr int kSaveAttempts = 5;
 
 // Saves Options.dat with the live copies of the settings' texts put back
-// into the record first, so that what is saved is what the program used.
+// into the record first, so that what is saved is what the program used,
+// and with the configured GPS source, never one that only this run reads.
 void SaveProgramSettings(Program& program);
 
 // The Exit command, also run when the window is asked to close: saves the

@@ -2,9 +2,13 @@
 
 #include <algorithm>
 #include <cstring>
+#include <filesystem>
+#include <system_error>
 
+#include "core/base/diagnostic_log.h"
 #include "core/base/text_encoding.h"
 #include "core/data/whole_file.h"
+#include "core/gps/gps_processing.h"
 
 namespace tolvane {
 namespace {
@@ -12,6 +16,7 @@ namespace {
 constexpr int kDefaultSpeedAlarms[kSpeedAlarmCount] = {50, 60, 70, 80, 90, 100, 110, 120};
 constexpr int kDefaultTrackIntervals[kTrackIntervalCount] = {10, 20, 30, 60};
 constexpr int kLastUnitSystem = 3;
+constexpr int kLastDataProcessor = kProcessorSmoothing;
 
 void ValidateLoaded(Options& options) {
     if (options.trackIntervalIndex < 0 || options.trackIntervalIndex > 3) {
@@ -19,12 +24,37 @@ void ValidateLoaded(Options& options) {
     }
     if (options.speedAlarmIndex < -1 || options.speedAlarmIndex > 7) options.speedAlarmIndex = -1;
     if (options.unitSystem < 0 || options.unitSystem > kLastUnitSystem) options.unitSystem = 0;
+    // A processor the program does not have would never give a fix.
+    if (options.dataProcessor < 0 || options.dataProcessor > kLastDataProcessor) {
+        options.dataProcessor = kProcessorRaw;
+    }
     // Every wide field ends inside its array, whatever the file held.
     options.bluetoothName[std::size(options.bluetoothName) - 1] = u'\0';
     options.storageLocation[kWidePathLength - 1] = u'\0';
     for (auto& recent : options.recentMaps) recent[kWidePathLength - 1] = u'\0';
     options.poiFolder[kWidePathLength - 1] = u'\0';
     options.waypointFile[kWidePathLength - 1] = u'\0';
+}
+
+// Copies the settings file that did not load aside, replacing an older
+// copy: the user's bytes outlive the save of the defaults.
+bool KeepUnloadedOptions(const std::string& path) {
+    const std::string copy = path + kUnloadedOptionsSuffix;
+    std::error_code error;
+    // A file removed since start-up holds nothing to keep.
+    if (!std::filesystem::exists(path, error)) return true;
+    DiagnosticLog::SetPendingSource(__FILE__, __LINE__);
+    std::filesystem::copy_file(path, copy, std::filesystem::copy_options::overwrite_existing,
+                               error);
+    if (error) {
+        DiagnosticLog::Instance().Report(
+            "%s did not load and cannot be copied to %s (%s): the settings are not saved over it",
+            path.c_str(), copy.c_str(), error.message().c_str());
+        return false;
+    }
+    DiagnosticLog::Instance().Report("%s did not load: its bytes are kept in %s", path.c_str(),
+                                     copy.c_str());
+    return true;
 }
 
 }  // namespace
@@ -78,9 +108,20 @@ void LoadOptionsAtStartup(const std::string& path, Options& options, OptionsRunt
     constexpr int kStartupAttempts = 5;
     if (LoadCheckedOptions(path, options, kStartupAttempts) != OptionsLoad::kLoaded) {
         ResetOptions(options);
+        std::error_code error;
+        runtime.unloadedFile = std::filesystem::exists(path, error);
         return;
     }
     CopyOptionsToRuntime(options, runtime);
+}
+
+bool SaveRunOptions(const std::string& path, const Options& options, OptionsRuntime& runtime,
+                    int attempts) {
+    if (runtime.unloadedFile) {
+        if (!KeepUnloadedOptions(path)) return false;
+        runtime.unloadedFile = false;
+    }
+    return SaveOptions(path, options, attempts);
 }
 
 void CopyOptionsToRuntime(const Options& options, OptionsRuntime& runtime) {

@@ -124,6 +124,10 @@ struct OptionsRuntime {
     std::string storageLocation;
     std::string poiFolder;
     std::string waypointFile;
+    // Options.dat was there at start-up but did not load (short, unreadable
+    // or another version's): its bytes are copied aside before the first
+    // save replaces them.
+    bool unloadedFile = false;
 };
 
 void ResetOptions(Options& options);
@@ -143,8 +147,19 @@ OptionsLoad LoadCheckedOptions(const std::string& path, Options& options, int at
                                int* lastError = nullptr);
 
 // Start-up's load: a failed load or another version's record gives the
-// defaults; a good one is validated and its texts copied to runtime.
+// defaults, quietly, and marks a file that is there as unloaded; a good one
+// is validated and its texts copied to runtime.
 void LoadOptionsAtStartup(const std::string& path, Options& options, OptionsRuntime& runtime);
+
+// Where the bytes of a settings file that did not load are kept: the
+// file's name with this added.
+inline constexpr char kUnloadedOptionsSuffix[] = ".bak";
+
+// The running program's save: a file that did not load at start-up is
+// copied to its name with ".bak" added first, once, with a line in the
+// diagnostic log; it is not saved over when it cannot be copied.
+bool SaveRunOptions(const std::string& path, const Options& options, OptionsRuntime& runtime,
+                    int attempts);
 
 // Copies the texts of the record into the run-time copies.
 void CopyOptionsToRuntime(const Options& options, OptionsRuntime& runtime);

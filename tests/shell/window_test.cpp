@@ -243,7 +243,11 @@ void WindowTest::ExitAndClosingAskAfterSavingTheSettings() {
 void WindowTest::TheDemoReceiverRunsWithoutReachingTheSettings() {
     QFile::copy(QStringLiteral(TOLVANE_PROGRAM_DIR "/demo.nmea"),
                 home_->filePath(QStringLiteral("demo.nmea")));
-    WriteOptions([](Options& options) { options.gpsSource = 0; });
+    WriteOptions([](Options& options) {
+        options.gpsSource = 0;
+        options.portIndex = 3;
+        options.baudIndex = 2;
+    });
     CommandLine demo;
     demo.demo = true;
     ProgramWindow& program = Start({96, 96, 1280, 800}, demo);
@@ -252,12 +256,28 @@ void WindowTest::TheDemoReceiverRunsWithoutReachingTheSettings() {
     // The recording reaches the views through the terminal, at its own pace.
     QTRY_VERIFY_WITH_TIMEOUT(app.gps.connected, 10000);
 
+    // Every command that saves the settings saves the configured source.
+    for (const int command : {kCommandOptions, kCommandGpsSetup}) {
+        QFile::remove(OptionsPath());
+        QTimer::singleShot(0, [] {
+            QWidget* dialog = QApplication::activeModalWidget();
+            QVERIFY(dialog != nullptr);
+            QMetaObject::invokeMethod(dialog, "accept");
+        });
+        program.RunCommand(command);
+        Options saved;
+        QVERIFY(LoadOptions(OptionsPath().toStdString(), saved, 1));
+        QCOMPARE(saved.gpsSource, 0);
+        QCOMPARE(saved.portIndex, 3);
+        QCOMPARE(saved.baudIndex, 2);
+    }
     AnswerNextBox(QMessageBox::No);
     program.RunCommand(kCommandExit);
     Options saved;
     QVERIFY(LoadOptions(OptionsPath().toStdString(), saved, 1));
     QCOMPARE(saved.gpsSource, 0);
     QVERIFY(app.gpsRunning);
+    QVERIFY(app.gps.connected);
 }
 
 void WindowTest::ASecondStartBringsTheFirstForwardAndEnds() {
