@@ -5,7 +5,6 @@
 #include <filesystem>
 #include <system_error>
 
-#include "core/base/diagnostic_log.h"
 #include "core/base/text_encoding.h"
 #include "core/data/whole_file.h"
 #include "core/gps/gps_processing.h"
@@ -34,27 +33,6 @@ void ValidateLoaded(Options& options) {
     for (auto& recent : options.recentMaps) recent[kWidePathLength - 1] = u'\0';
     options.poiFolder[kWidePathLength - 1] = u'\0';
     options.waypointFile[kWidePathLength - 1] = u'\0';
-}
-
-// Copies the settings file that did not load aside, replacing an older
-// copy: the user's bytes outlive the save of the defaults.
-bool KeepUnloadedOptions(const std::string& path) {
-    const std::string copy = path + kUnloadedOptionsSuffix;
-    std::error_code error;
-    // A file removed since start-up holds nothing to keep.
-    if (!std::filesystem::exists(path, error)) return true;
-    DiagnosticLog::SetPendingSource(__FILE__, __LINE__);
-    std::filesystem::copy_file(path, copy, std::filesystem::copy_options::overwrite_existing,
-                               error);
-    if (error) {
-        DiagnosticLog::Instance().Report(
-            "%s did not load and cannot be copied to %s (%s): the settings are not saved over it",
-            path.c_str(), copy.c_str(), error.message().c_str());
-        return false;
-    }
-    DiagnosticLog::Instance().Report("%s did not load: its bytes are kept in %s", path.c_str(),
-                                     copy.c_str());
-    return true;
 }
 
 }  // namespace
@@ -115,13 +93,14 @@ void LoadOptionsAtStartup(const std::string& path, Options& options, OptionsRunt
     CopyOptionsToRuntime(options, runtime);
 }
 
-bool SaveRunOptions(const std::string& path, const Options& options, OptionsRuntime& runtime,
-                    int attempts) {
-    if (runtime.unloadedFile) {
-        if (!KeepUnloadedOptions(path)) return false;
-        runtime.unloadedFile = false;
-    }
-    return SaveOptions(path, options, attempts);
+bool KeepUnloadedOptions(const std::string& path, std::string& failure) {
+    std::error_code error;
+    // A file removed since start-up holds nothing to keep.
+    if (!std::filesystem::exists(path, error)) return false;
+    std::filesystem::copy_file(path, path + kUnloadedOptionsSuffix,
+                               std::filesystem::copy_options::overwrite_existing, error);
+    if (error) failure = error.message();
+    return !error;
 }
 
 void CopyOptionsToRuntime(const Options& options, OptionsRuntime& runtime) {

@@ -155,11 +155,11 @@ void LoadOptionsAtStartup(const std::string& path, Options& options, OptionsRunt
 // file's name with this added.
 inline constexpr char kUnloadedOptionsSuffix[] = ".bak";
 
-// The running program's save: a file that did not load at start-up is
-// copied to its name with ".bak" added first, once, with a line in the
-// diagnostic log; it is not saved over when it cannot be copied.
-bool SaveRunOptions(const std::string& path, const Options& options, OptionsRuntime& runtime,
-                    int attempts);
+// Copies a settings file that did not load to its name with ".bak" added,
+// replacing an older copy, so that the user's bytes outlive the save of the
+// defaults. True when the copy was made; false with failure saying why
+// when it could not be, and with failure left empty when the file is gone.
+bool KeepUnloadedOptions(const std::string& path, std::string& failure);
 
 // Copies the texts of the record into the run-time copies.
 void CopyOptionsToRuntime(const Options& options, OptionsRuntime& runtime);

@@ -5,7 +5,6 @@
 #include <cerrno>
 #include <cstring>
 #include <filesystem>
-#include <vector>
 
 #include "core/data/whole_file.h"
 #include "tests/core/test_support.h"
@@ -127,39 +126,27 @@ TEST_F(OptionsTest, LoadValidatesIndexesAndCopiesTheReceiver) {
     EXPECT_EQ(runtime_.bluetoothAddress, 0x12ull << 32);
 }
 
-TEST_F(OptionsTest, AFileThatDidNotLoadIsKeptAsideBeforeTheFirstSave) {
-    // The diagnostic log lies beside the program.
-    const testing::TemporaryFolder program;
-    program.UseAsProgramFolder();
+TEST_F(OptionsTest, AFileThatDidNotLoadIsMarkedAndItsBytesCanBeKept) {
     Options foreign = defaults_;
     foreign.version[9] = '2';  // 2.4.0.3152
     foreign.showMap = 0;
-    const std::string damaged = "\x01\x02 not a record";
-    for (const std::string& bytes : {Bytes(foreign), damaged}) {
-        std::filesystem::remove(path_ + ".bak");
+    for (const std::string& bytes : {Bytes(foreign), std::string("\x01\x02 not a record")}) {
         testing::WriteFileBytes(path_, bytes);
-        Options options = LoadAtStartup();
-        ASSERT_TRUE(runtime_.unloadedFile);
-        ASSERT_TRUE(SaveRunOptions(path_, options, runtime_, 1));
+        LoadAtStartup();
+        EXPECT_TRUE(runtime_.unloadedFile);
+        std::string failure;
+        ASSERT_TRUE(KeepUnloadedOptions(path_, failure));
         EXPECT_EQ(testing::ReadFileBytes(path_ + ".bak"), bytes);
-        EXPECT_EQ(testing::ReadFileBytes(path_), Bytes(defaults_));
-        // Later saves leave the kept copy alone.
-        options.showMap = 0;
-        ASSERT_TRUE(SaveRunOptions(path_, options, runtime_, 1));
-        EXPECT_EQ(testing::ReadFileBytes(path_ + ".bak"), bytes);
-        EXPECT_EQ(testing::ReadFileBytes(path_), Bytes(options));
+        EXPECT_EQ(failure, "");
     }
-    // A missing file has nothing to keep; a save leaves no temporary file.
+    // A missing file has nothing to keep.
     std::filesystem::remove(path_);
-    std::filesystem::remove(path_ + ".bak");
-    Options options = LoadAtStartup();
+    runtime_ = {};
+    LoadAtStartup();
     EXPECT_FALSE(runtime_.unloadedFile);
-    ASSERT_TRUE(SaveRunOptions(path_, options, runtime_, 1));
-    std::vector<std::string> names;
-    for (const auto& entry : std::filesystem::directory_iterator(folder_.Path())) {
-        names.push_back(entry.path().filename().string());
-    }
-    EXPECT_EQ(names, std::vector<std::string>{"Options.dat"});
+    std::string failure;
+    EXPECT_FALSE(KeepUnloadedOptions(path_, failure));
+    EXPECT_EQ(failure, "");
 }
 
 TEST_F(OptionsTest, WideFieldsAreCutAndAlwaysTerminated) {
