@@ -1,5 +1,6 @@
 #include "formats/point_file_reader.h"
 
+#include <libxml/entities.h>
 #include <libxml/xmlreader.h>
 
 #include <fstream>
@@ -9,6 +10,7 @@
 #include <map>
 #include <memory>
 #include <optional>
+#include <string>
 #include <string_view>
 
 #include "core/base/csv_text.h"
@@ -31,10 +33,68 @@ std::string TrimmedText(std::string_view text) {
     return std::string(text.substr(first, text.find_last_not_of(kBlanks) - first + 1));
 }
 
+// The most text the entities of one reference may give, and how deep they
+// may name one another: a name or a description is far shorter.
+constexpr std::size_t kMostEntityText = 64 * 1024;
+constexpr int kDeepestEntity = 40;
+
+std::string EntityName(const xmlChar* name) {
+    return "Entity '" + std::string(View(name)) + "'";
+}
+
+std::string AppendEntityText(xmlDocPtr document, const xmlChar* name, int depth,
+                             std::size_t limit, std::string& text);
+
+// Appends the text of nodes an entity holds, with that of the entities they
+// name; empty when done, else why the text cannot be had.
+std::string AppendNodesText(xmlDocPtr document, xmlNodePtr node, int depth, std::size_t limit,
+                            std::string& text) {
+    for (; node != nullptr; node = node->next) {
+        std::string reason;
+        if (node->type == XML_TEXT_NODE || node->type == XML_CDATA_SECTION_NODE) {
+            text += View(node->content);
+        } else if (node->type == XML_ENTITY_REF_NODE) {
+            reason = AppendEntityText(document, node->name, depth + 1, limit, text);
+        } else if (node->type == XML_ELEMENT_NODE) {
+            reason = AppendNodesText(document, node->children, depth + 1, limit, text);
+        }
+        if (!reason.empty()) return reason;
+        if (text.size() > limit) {
+            return "Entities give more than " + std::to_string(kMostEntityText) + " bytes of text";
+        }
+    }
+    return {};
+}
+
+// Appends the text of the entity called name, as the document declares
+// it. Only the document's own entities are read: an external one would
+// reach outside the file and is refused, as is one that is not declared.
+std::string AppendEntityText(xmlDocPtr document, const xmlChar* name, int depth,
+                             std::size_t limit, std::string& text) {
+    const xmlEntityPtr entity = xmlGetDocEntity(document, name);
+    if (entity == nullptr) return EntityName(name) + " is not declared";
+    if (entity->etype == XML_INTERNAL_PREDEFINED_ENTITY) {
+        text += View(entity->content);
+        return {};
+    }
+    if (entity->etype != XML_INTERNAL_GENERAL_ENTITY) {
+        return EntityName(name) + " is external and is not read";
+    }
+    if (depth > kDeepestEntity) return EntityName(name) + " is nested too deep";
+    // libxml2 parses an entity's text at its first reference; one it could
+    // not parse would otherwise give no text at all.
+    if (entity->children == nullptr && !View(entity->content).empty()) {
+        return EntityName(name) + " cannot be read";
+    }
+    return AppendNodesText(document, entity->children, depth, limit, text);
+}
+
 // libxml2's pull reader over a file read whole, with its first error kept
-// instead of printed. Nothing is fetched from the network and no entity is
-// substituted beyond XML's own five, so a hostile file can't reach out or
-// blow up; libxml2 refuses elements nested deeper than 256, which also
+// instead of printed. Nothing is fetched from the network and no external
+// entity is read, so a hostile file can't reach out; the document's own
+// entities are expanded within the bounds above and within libxml2's own
+// limits on how much entities may amplify a document, so a file can't blow
+// up either. libxml2 refuses elements nested deeper than 256, which also
 // bounds the recursion of the walk below.
 class XmlReader {
   public:
@@ -94,6 +154,24 @@ class XmlReader {
 
     // The text the node holds, for text and CDATA nodes.
     std::string_view Value() { return View(xmlTextReaderConstValue(reader_.get())); }
+
+    // Appends the text of the entity reference the reader is on. An entity
+    // whose text cannot be had breaks the document off there, with the
+    // reason, so that no text is lost without a word.
+    bool AppendEntity(std::string& text) {
+        const xmlNodePtr node = xmlTextReaderCurrentNode(reader_.get());
+        const std::string reason =
+            node == nullptr ? "Entity reference without a node"
+                            : AppendEntityText(node->doc, node->name, 0,
+                                               text.size() + kMostEntityText, text);
+        if (reason.empty()) return true;
+        broken_ = true;
+        if (errorText_.empty()) {
+            errorLine_ = Line();
+            errorText_ = reason;
+        }
+        return false;
+    }
 
   private:
     static void KeepError(void* self, xmlErrorPtr error) {
@@ -169,6 +247,9 @@ class DocumentWalk {
                 const int type = reader_.Type();
                 if (type == XML_READER_TYPE_TEXT || type == XML_READER_TYPE_CDATA) {
                     gathered += reader_.Value();
+                } else if (type == XML_READER_TYPE_ENTITY_REFERENCE &&
+                           !reader_.AppendEntity(gathered)) {
+                    return false;
                 }
                 ended = type == kEndElementNode && reader_.Depth() == depth;
             }

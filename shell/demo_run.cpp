@@ -22,10 +22,10 @@ bool DemoRun::Start(const std::string& recordingPath, RunSerialDevice& device) {
     return true;
 }
 
-void DemoRun::Apply(Options& options) {
+void DemoRun::Apply(AppState& app) const {
     if (!running_) return;
-    configuredSource_ = options.gpsSource;
-    options.gpsSource = kGpsSourcePort;
+    app.configuredGpsSource = app.options.gpsSource;
+    app.options.gpsSource = kGpsSourcePort;
 }
 
 }  // namespace tolvane::shell

@@ -1,11 +1,10 @@
 #pragma once
 
-#include <cstdint>
 #include <string>
 
 #include "core/app/gps_commands.h"
-#include "core/data/options.h"
 #include "core/gps/serial_device.h"
+#include "core/state/app_state.h"
 #include "platform/demo_receiver.h"
 #include "platform/port_device.h"
 
@@ -35,8 +34,9 @@ class RunSerialDevice final : public SerialDevice {
 };
 
 // The demo receiver as the GPS source of one run: the settings read the
-// serial port while the run lasts, and hold the configured source again
-// whenever they are saved, so the demo never reaches Options.dat.
+// serial port while the run lasts, and the configured source is kept apart
+// in the application state, which every save of the settings writes, so
+// the demo never reaches Options.dat.
 class DemoRun {
   public:
     // Starts the demo receiver on the recording and points device at it.
@@ -45,20 +45,11 @@ class DemoRun {
     bool Running() const { return running_; }
 
     // Makes the settings, just loaded, read the demo receiver.
-    void Apply(Options& options);
-    // Runs save with the configured source in the settings.
-    template <typename Save>
-    void WithConfiguredSource(Options& options, Save save) {
-        if (!running_) return save();
-        options.gpsSource = configuredSource_;
-        save();
-        options.gpsSource = kGpsSourcePort;
-    }
+    void Apply(AppState& app) const;
 
   private:
     platform::DemoReceiver receiver_;
     bool running_ = false;
-    std::int32_t configuredSource_ = 0;
 };
 
 }  // namespace tolvane::shell

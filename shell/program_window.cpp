@@ -70,7 +70,7 @@ bool ProgramWindow::Start(const ScreenMetrics& screen) {
         return false;
     }
     if (!StartBeforeWindow(program_, instance_)) return false;
-    demoRun_.Apply(program_.app.options);
+    demoRun_.Apply(program_.app);
     const WindowSetup setup = PrepareWindow(program_, screen);
     window_ = std::make_unique<MainWindow>(program_, setup, QApplication::font().family(),
                                            [this](int id) { RunCommand(id); });
@@ -87,12 +87,7 @@ bool ProgramWindow::Start(const ScreenMetrics& screen) {
 }
 
 void ProgramWindow::RunCommand(int id) {
-    // Exit saves the settings: the demo receiver must not end up in them.
-    if (id == kCommandExit) {
-        demoRun_.WithConfiguredSource(program_.app.options, [&] { OnCommand(program_, id); });
-    } else {
-        OnCommand(program_, id);
-    }
+    OnCommand(program_, id);
 }
 
 int RunProgram(const CommandLine& line) {

@@ -91,7 +91,7 @@ int BaudIndexForRate(std::uint32_t baudRate) {
 
 GpsSetupChoice CurrentGpsSetup(const AppState& app) {
     GpsSetupChoice choice;
-    choice.source = app.options.gpsSource;
+    choice.source = ConfiguredGpsSource(app);
     choice.portIndex = app.options.portIndex;
     choice.baudIndex = app.options.baudIndex;
     choice.bluetoothName = app.runtime.bluetoothName;
@@ -104,7 +104,13 @@ GpsSetupChoice CurrentGpsSetup(const AppState& app) {
 
 void ApplyGpsSetup(Program& program, const GpsSetupChoice& choice, int foundBaudIndex) {
     Options& options = program.app.options;
-    options.gpsSource = choice.source;
+    // A run that reads another source keeps reading it; the choice is what
+    // the settings will name.
+    if (program.app.configuredGpsSource) {
+        program.app.configuredGpsSource = choice.source;
+    } else {
+        options.gpsSource = choice.source;
+    }
     if (choice.portIndex >= 0 && choice.portIndex < kPortCount)
         options.portIndex = choice.portIndex;
     const int baudIndex = choice.baudIndex >= 0 ? choice.baudIndex : foundBaudIndex;

@@ -2,6 +2,7 @@
 
 #include "core/app/gid_commands.h"
 #include "core/app/gps_commands.h"
+#include "core/base/diagnostic_log.h"
 #include "core/base/string_manager.h"
 
 namespace tolvane {
@@ -62,15 +63,40 @@ void SwitchRadioOffIfOurs(Program& program) {
     program.radioSwitchedOn = false;
 }
 
+// Keeps the bytes of the settings file that did not load before the first
+// save replaces them, and says so in the diagnostic log; false when they
+// cannot be kept, and then the file is not saved over.
+bool KeepUnloadedFile(const std::string& path) {
+    std::string failure;
+    const bool kept = KeepUnloadedOptions(path, failure);
+    const std::string copy = path + kUnloadedOptionsSuffix;
+    DiagnosticLog::SetPendingSource(__FILE__, __LINE__);
+    if (!failure.empty()) {
+        DiagnosticLog::Instance().Report(
+            "%s did not load and cannot be copied to %s (%s): the settings are not saved over it",
+            path.c_str(), copy.c_str(), failure.c_str());
+        return false;
+    }
+    if (kept) {
+        DiagnosticLog::Instance().Report("%s did not load: its bytes are kept in %s",
+                                         path.c_str(), copy.c_str());
+    }
+    return true;
+}
+
 }  // namespace
 
 void SaveProgramSettings(Program& program) {
     Options& options = program.app.options;
-    const OptionsRuntime& runtime = program.app.runtime;
+    OptionsRuntime& runtime = program.app.runtime;
     WriteWideField(options.storageLocation, runtime.storageLocation);
     WriteWideField(options.poiFolder, runtime.poiFolder);
     WriteWideField(options.waypointFile, runtime.waypointFile);
-    SaveOptions(program.files.optionsPath, options, kSaveAttempts);
+    if (runtime.unloadedFile && !KeepUnloadedFile(program.files.optionsPath)) return;
+    runtime.unloadedFile = false;
+    Options saved = options;
+    saved.gpsSource = ConfiguredGpsSource(program.app);
+    SaveOptions(program.files.optionsPath, saved, kSaveAttempts);
 }
 
 bool RunExit(Program& program) {

@@ -11,7 +11,11 @@ inline constexpr std::uint32_t kTextConfirmExit = 10706;
 inline constexpr int kSaveAttempts = 5;
 
 // Saves Options.dat with the live copies of the settings' texts put back
-// into the record first, so that what is saved is what the program used.
+// into the record first, so that what is saved is what the program used,
+// and with the configured GPS source, never one that only this run reads.
+// A file that did not load at start-up is first kept as Options.dat.bak,
+// with a line in the diagnostic log, and is not saved over when it cannot
+// be kept.
 void SaveProgramSettings(Program& program);
 
 // The Exit command, also run when the window is asked to close: saves the

@@ -2,9 +2,12 @@
 
 #include <algorithm>
 #include <cstring>
+#include <filesystem>
+#include <system_error>
 
 #include "core/base/text_encoding.h"
 #include "core/data/whole_file.h"
+#include "core/gps/gps_processing.h"
 
 namespace tolvane {
 namespace {
@@ -12,6 +15,7 @@ namespace {
 constexpr int kDefaultSpeedAlarms[kSpeedAlarmCount] = {50, 60, 70, 80, 90, 100, 110, 120};
 constexpr int kDefaultTrackIntervals[kTrackIntervalCount] = {10, 20, 30, 60};
 constexpr int kLastUnitSystem = 3;
+constexpr int kLastDataProcessor = kProcessorSmoothing;
 
 void ValidateLoaded(Options& options) {
     if (options.trackIntervalIndex < 0 || options.trackIntervalIndex > 3) {
@@ -19,6 +23,10 @@ void ValidateLoaded(Options& options) {
     }
     if (options.speedAlarmIndex < -1 || options.speedAlarmIndex > 7) options.speedAlarmIndex = -1;
     if (options.unitSystem < 0 || options.unitSystem > kLastUnitSystem) options.unitSystem = 0;
+    // A processor the program does not have would never give a fix.
+    if (options.dataProcessor < 0 || options.dataProcessor > kLastDataProcessor) {
+        options.dataProcessor = kProcessorRaw;
+    }
     // Every wide field ends inside its array, whatever the file held.
     options.bluetoothName[std::size(options.bluetoothName) - 1] = u'\0';
     options.storageLocation[kWidePathLength - 1] = u'\0';
@@ -78,9 +86,21 @@ void LoadOptionsAtStartup(const std::string& path, Options& options, OptionsRunt
     constexpr int kStartupAttempts = 5;
     if (LoadCheckedOptions(path, options, kStartupAttempts) != OptionsLoad::kLoaded) {
         ResetOptions(options);
+        std::error_code error;
+        runtime.unloadedFile = std::filesystem::exists(path, error);
         return;
     }
     CopyOptionsToRuntime(options, runtime);
+}
+
+bool KeepUnloadedOptions(const std::string& path, std::string& failure) {
+    std::error_code error;
+    // A file removed since start-up holds nothing to keep.
+    if (!std::filesystem::exists(path, error)) return false;
+    std::filesystem::copy_file(path, path + kUnloadedOptionsSuffix,
+                               std::filesystem::copy_options::overwrite_existing, error);
+    if (error) failure = error.message();
+    return !error;
 }
 
 void CopyOptionsToRuntime(const Options& options, OptionsRuntime& runtime) {

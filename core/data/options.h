@@ -124,6 +124,10 @@ struct OptionsRuntime {
     std::string storageLocation;
     std::string poiFolder;
     std::string waypointFile;
+    // Options.dat was there at start-up but did not load (short, unreadable
+    // or another version's): its bytes are copied aside before the first
+    // save replaces them.
+    bool unloadedFile = false;
 };
 
 void ResetOptions(Options& options);
@@ -143,8 +147,19 @@ OptionsLoad LoadCheckedOptions(const std::string& path, Options& options, int at
                                int* lastError = nullptr);
 
 // Start-up's load: a failed load or another version's record gives the
-// defaults; a good one is validated and its texts copied to runtime.
+// defaults, quietly, and marks a file that is there as unloaded; a good one
+// is validated and its texts copied to runtime.
 void LoadOptionsAtStartup(const std::string& path, Options& options, OptionsRuntime& runtime);
+
+// Where the bytes of a settings file that did not load are kept: the
+// file's name with this added.
+inline constexpr char kUnloadedOptionsSuffix[] = ".bak";
+
+// Copies a settings file that did not load to its name with ".bak" added,
+// replacing an older copy, so that the user's bytes outlive the save of the
+// defaults. True when the copy was made; false with failure saying why
+// when it could not be, and with failure left empty when the file is gone.
+bool KeepUnloadedOptions(const std::string& path, std::string& failure);
 
 // Copies the texts of the record into the run-time copies.
 void CopyOptionsToRuntime(const Options& options, OptionsRuntime& runtime);

@@ -4,8 +4,11 @@
 #include <chrono>
 #include <cstdio>
 #include <cstring>
+#include <filesystem>
 #include <memory>
 #include <new>
+#include <string>
+#include <system_error>
 #include <thread>
 
 namespace tolvane {
@@ -32,6 +35,18 @@ FilePointer OpenWithRetries(int attempts, int* lastError, Opener open) {
     return nullptr;
 }
 
+// What path holds beyond its first size bytes: a write of the record keeps
+// it, as a write in place over the record's bytes alone would.
+std::string BytesBeyond(const std::string& path, std::size_t size) {
+    std::string tail;
+    const FilePointer file(std::fopen(path.c_str(), "rb"));
+    if (!file || std::fseek(file.get(), static_cast<long>(size), SEEK_SET) != 0) return tail;
+    char block[4096];
+    std::size_t read = 0;
+    while ((read = std::fread(block, 1, sizeof block, file.get())) > 0) tail.append(block, read);
+    return tail;
+}
+
 }  // namespace
 
 int ReadWholeFile(const std::string& path, void* buffer, std::size_t size, int attempts,
@@ -50,18 +65,22 @@ int ReadWholeFile(const std::string& path, void* buffer, std::size_t size, int a
 
 int WriteWholeFile(const std::string& path, const void* buffer, std::size_t size, int attempts,
                    int* lastError) {
-    FilePointer file = OpenWithRetries(attempts, lastError, [&] {
-        std::FILE* existing = std::fopen(path.c_str(), "r+b");
-        return existing != nullptr ? existing : std::fopen(path.c_str(), "w+b");
-    });
+    const std::string temporary = path + kWholeFileTemporarySuffix;
+    const std::string tail = BytesBeyond(path, size);
+    FilePointer file = OpenWithRetries(attempts, lastError,
+                                       [&] { return std::fopen(temporary.c_str(), "wb"); });
     if (!file) return 0;
-    const std::size_t written = std::fwrite(buffer, 1, size, file.get());
-    const bool flushed = std::fflush(file.get()) == 0;
-    if (written != size || !flushed) {
-        if (lastError != nullptr) *lastError = errno;
-        return 0;
+    const bool written = std::fwrite(buffer, 1, size, file.get()) == size &&
+                         std::fwrite(tail.data(), 1, tail.size(), file.get()) == tail.size();
+    const bool closed = std::fclose(file.release()) == 0;
+    std::error_code error;
+    if (written && closed) {
+        std::filesystem::rename(temporary, path, error);
+        if (!error) return 1;
     }
-    return 1;
+    if (lastError != nullptr) *lastError = error ? error.value() : errno;
+    std::filesystem::remove(temporary, error);
+    return 0;
 }
 
 }  // namespace tolvane

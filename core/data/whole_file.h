@@ -14,8 +14,15 @@ inline constexpr int kWholeFileRetryMilliseconds = 200;
 int ReadWholeFile(const std::string& path, void* buffer, std::size_t size, int attempts,
                   int* lastError = nullptr);
 
+// The name a whole-file write writes to before it renames the file into
+// place: path with this added.
+inline constexpr char kWholeFileTemporarySuffix[] = ".new";
+
 // Writes size bytes at the start of path, creating the file when missing and
 // never truncating it (the records written this way are always one size).
+// The file is written whole under a temporary name and renamed over path,
+// so that a write cut short leaves the old file; the temporary file does
+// not outlive a failed write.
 int WriteWholeFile(const std::string& path, const void* buffer, std::size_t size, int attempts,
                    int* lastError = nullptr);
 

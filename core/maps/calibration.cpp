@@ -65,12 +65,34 @@ bool FitLeastSquares(const std::array<Sample, kRefPointCount>& samples, int coun
     return true;
 }
 
-// The fit alone, without residuals; false when the points span no area.
+bool IsFinite(const Affine& map) {
+    for (const double coefficient : {map.a, map.b, map.c, map.d, map.e, map.f}) {
+        if (!std::isfinite(coefficient)) return false;
+    }
+    return true;
+}
+
+// Whether a fit places the picture on the earth and back: its numbers did
+// not overflow, and it does not fold the picture onto a line or a point
+// (a world file whose scales are 0 puts every corner at one place).
+bool IsPlacing(const Affine& toPlane) {
+    constexpr double kRelativeDeterminant = 1e-12;
+    if (!IsFinite(toPlane)) return false;
+    const double det = toPlane.a * toPlane.e - toPlane.b * toPlane.d;
+    const double size = std::fabs(toPlane.a * toPlane.e) + std::fabs(toPlane.b * toPlane.d);
+    return std::isfinite(det) && std::fabs(det) > kRelativeDeterminant * size &&
+           IsFinite(toPlane.Inverse());
+}
+
+// The fit alone, without residuals; false when the points span no area or
+// give no fit that places the picture.
 bool FitPlane(const Calibration& calibration, Affine& fit) {
     std::array<Sample, kRefPointCount> samples{};
     const int count = Samples(calibration, samples);
     if (count < 2) return false;
-    return count == 2 ? FitTwo(samples[0], samples[1], fit) : FitLeastSquares(samples, count, fit);
+    const bool fitted =
+        count == 2 ? FitTwo(samples[0], samples[1], fit) : FitLeastSquares(samples, count, fit);
+    return fitted && IsPlacing(fit);
 }
 
 // How far a fit puts the point from where it lies, in metres on the
@@ -123,8 +145,8 @@ MapProjection::Point ToPlane(double latitude, double longitude) {
 
 CalibrationFit FitCalibration(const Calibration& calibration) {
     CalibrationFit fit;
-    fit.valid = FitPlane(calibration, fit.toPlane);
-    if (!fit.valid) return fit;
+    if (!FitPlane(calibration, fit.toPlane)) return {};
+    fit.valid = true;
     fit.toPicture = fit.toPlane.Inverse();
     double sum = 0;
     for (int i = 0; i < kRefPointCount; ++i) {
@@ -141,6 +163,8 @@ CalibrationFit FitCalibration(const Calibration& calibration) {
             FitPlane(others, withoutIt) ? ResidualMetres(point, withoutIt) : own;
     }
     fit.rmsMetres = std::sqrt(sum / calibration.Count());
+    // Points far beyond any picture overflow the residuals.
+    if (!std::isfinite(fit.rmsMetres)) return {};
     return fit;
 }
 

@@ -60,8 +60,10 @@ MapProjection::Point ToPlane(double latitude, double longitude);
 
 // Two points scale each axis on its own (the picture is taken to be north
 // up); three to five are fitted by least squares with rotation and shear.
-// Invalid with fewer than two points or points that span no area (two in
-// one row or column, three or more on one line).
+// Invalid with fewer than two points, points that span no area (two in
+// one row or column, three or more on one line), and a fit whose numbers
+// are not finite or that cannot be inverted (every point at one place on
+// the earth).
 CalibrationFit FitCalibration(const Calibration& calibration);
 
 // The set point whose residual is largest, -1 when none is set.

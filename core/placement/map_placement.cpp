@@ -10,6 +10,9 @@
 namespace tolvane {
 
 int ClampCoordinate(double value) {
+    // A coordinate that is not a number (a position or a placement that
+    // overflowed) has no integer; it is put off the screen.
+    if (std::isnan(value)) return static_cast<int>(-kCoordinateLimit);
     return static_cast<int>(std::lround(std::clamp(value, -kCoordinateLimit, kCoordinateLimit)));
 }
 

@@ -20,7 +20,9 @@ struct MapPlacement {
 // a point far away; the painter's clip keeps what lies outside unseen.
 inline constexpr double kCoordinateLimit = 1e8;
 
-// A screen coordinate rounded and kept within kCoordinateLimit.
+// A screen coordinate rounded and kept within kCoordinateLimit; one that is
+// not a number lies at -kCoordinateLimit, off the screen. Every conversion
+// of a computed screen position to an integer goes through it.
 int ClampCoordinate(double value);
 
 // The screen position of a latitude and longitude on a placed map.

@@ -102,6 +102,8 @@ ScreenPieces GreatCirclePieces(const AppState& app, const MapPlacement& placemen
     const double b[3] = {std::cos(phi2) * std::cos(lambda2), std::cos(phi2) * std::sin(lambda2),
                          std::sin(phi2)};
     const double arc = std::acos(std::clamp(a[0] * b[0] + a[1] * b[1] + a[2] * b[2], -1.0, 1.0));
+    // Ends that are not numbers have no arc to count steps along.
+    if (std::isnan(arc)) return {};
     const int steps =
         std::max(kMinimumArcSteps, static_cast<int>(arc / kRadiansPerDegree / kArcStepDegrees));
     SeamSplitter line(app.projection, placement);

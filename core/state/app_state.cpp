@@ -12,6 +12,10 @@ bool IsMapView(int view) {
     return view == kViewWorldMap || view == kViewMap;
 }
 
+std::int32_t ConfiguredGpsSource(const AppState& app) {
+    return app.configuredGpsSource.value_or(app.options.gpsSource);
+}
+
 bool IsFullScreenShown(const AppState& app) {
     return app.options.fullScreen != 0 && IsMapView(app.currentView);
 }

@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <functional>
 #include <mutex>
+#include <optional>
 #include <string>
 
 #include "core/base/dynamic_list.h"
@@ -113,6 +114,9 @@ struct MapDragRest {
 struct AppState {
     Options options{};
     OptionsRuntime runtime;
+    // The GPS source the settings name, while this run reads another in its
+    // place (the demo receiver): saves write it and GPS Setup edits it.
+    std::optional<std::int32_t> configuredGpsSource;
     bool multiGnss = false;  // read the GN, GL, GA, GB and GQ talkers as GP
 
     DataFolders folders;
@@ -147,6 +151,10 @@ struct AppState {
 
     PointLists points;
 };
+
+// The GPS source the settings name: the configured one while a run reads
+// another in its place, else the one in the record.
+std::int32_t ConfiguredGpsSource(const AppState& app);
 
 // Whether the window is laid out full screen now: "Full Screen (Map)" is
 // set and a map is shown; the other views keep their title and soft keys.

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "core/placement/map_placement.h"
 #include "core/views/view_frame.h"
 
 namespace tolvane {
@@ -19,8 +20,8 @@ bool IsWideBody(const Rect& body) {
 
 Point Polar(Point centre, double radius, double degrees) {
     const double a = degrees * kRadiansPerDegree;
-    return {centre.x + static_cast<int>(std::lround(std::sin(a) * radius)),
-            centre.y - static_cast<int>(std::lround(std::cos(a) * radius))};
+    return {centre.x + ClampCoordinate(std::sin(a) * radius),
+            centre.y - ClampCoordinate(std::cos(a) * radius)};
 }
 
 std::vector<Point> ArcPoints(Point centre, double radius, double fromDegrees, double toDegrees) {

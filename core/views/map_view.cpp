@@ -17,7 +17,7 @@ constexpr char kNoMap[] = "No map loaded";
 constexpr char kPlacingHint[] = "Ref Point %d: tap, or arrows and Enter";
 
 Point Rounded(MapProjection::Point point) {
-    return {static_cast<int>(std::lround(point.x)), static_cast<int>(std::lround(point.y))};
+    return {ClampCoordinate(point.x), ClampCoordinate(point.y)};
 }
 
 // The part of the picture that the body shows, in the level's pixels.
@@ -32,7 +32,7 @@ Rect VisibleSource(const MapGeometry& geometry, const Rect& body, const MapPictu
     }
     const auto level = [levelScale](double pixel, double limit, bool up) {
         const double scaled = std::clamp(pixel, 0.0, limit) * levelScale;
-        return static_cast<int>(up ? std::ceil(scaled) : std::floor(scaled));
+        return ClampCoordinate(up ? std::ceil(scaled) : std::floor(scaled));
     };
     return {level(minX, picture.width, false), level(minY, picture.height, false),
             level(maxX, picture.width, true), level(maxY, picture.height, true)};

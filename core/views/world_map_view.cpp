@@ -5,6 +5,7 @@
 #include <cstdio>
 
 #include "core/base/string_manager.h"
+#include "core/placement/map_placement.h"
 #include "core/placement/world_map_placement.h"
 #include "core/views/instrument_parts.h"
 #include "core/views/map_layers.h"
@@ -50,18 +51,17 @@ void DrawWorldPicture(Canvas& canvas, const Image& picture, const WorldBox& worl
                       const Rect& body) {
     const double perColumn = world.width / picture.width;
     const double perRow = world.height / picture.height;
-    const int left =
-        std::max(0, static_cast<int>(std::floor((body.left - world.left) / perColumn)));
+    const int left = std::max(0, ClampCoordinate(std::floor((body.left - world.left) / perColumn)));
     const int right =
-        std::min(picture.width, static_cast<int>(std::ceil((body.right - world.left) / perColumn)));
-    const int top = std::max(0, static_cast<int>(std::floor((body.top - world.top) / perRow)));
+        std::min(picture.width, ClampCoordinate(std::ceil((body.right - world.left) / perColumn)));
+    const int top = std::max(0, ClampCoordinate(std::floor((body.top - world.top) / perRow)));
     const int bottom =
-        std::min(picture.height, static_cast<int>(std::ceil((body.bottom - world.top) / perRow)));
+        std::min(picture.height, ClampCoordinate(std::ceil((body.bottom - world.top) / perRow)));
     if (left >= right || top >= bottom) return;
-    const Rect target{static_cast<int>(std::lround(world.left + left * perColumn)),
-                      static_cast<int>(std::lround(world.top + top * perRow)),
-                      static_cast<int>(std::lround(world.left + right * perColumn)),
-                      static_cast<int>(std::lround(world.top + bottom * perRow))};
+    const Rect target{ClampCoordinate(world.left + left * perColumn),
+                      ClampCoordinate(world.top + top * perRow),
+                      ClampCoordinate(world.left + right * perColumn),
+                      ClampCoordinate(world.top + bottom * perRow)};
     canvas.DrawImage(picture, {left, top, right, bottom}, target);
 }
 
@@ -121,16 +121,15 @@ void DrawMeridians(Canvas& canvas, const ViewContext& context, const MapPlacemen
     const Rect& body = context.layout.body;
     const WorldBox world = WorldBoxOf(placement, context.app);
     const double perDegree = world.width / 360.0;
-    const int top = std::max(body.top, static_cast<int>(std::lround(world.top)));
-    const int bottom =
-        std::min(body.bottom, static_cast<int>(std::lround(world.top + world.height)));
+    const int top = std::max(body.top, ClampCoordinate(world.top));
+    const int bottom = std::min(body.bottom, ClampCoordinate(world.top + world.height));
     const double west = (body.left - placement.x0) / perDegree;
     const double east = (body.right - placement.x0) / perDegree;
     const double labelWidth = canvas.MeasureText("000.0°W", grid.font).width;
     const int every = LabelEvery(labelWidth, grid.step * perDegree);
     for (long line = std::lround(std::ceil(west / grid.step)); line * grid.step <= east; ++line) {
         const double at = line * grid.step;
-        const int x = static_cast<int>(std::lround(placement.x0 + at * perDegree));
+        const int x = ClampCoordinate(placement.x0 + at * perDegree);
         canvas.DrawLine({x, top}, {x, bottom}, grid.ink.grid);
         if (line % every != 0) continue;
         const std::string label = GridLabel(WrapLongitude(at), grid.step, 'E', 'W');
@@ -150,8 +149,8 @@ void DrawParallels(Canvas& canvas, const ViewContext& context, const MapPlacemen
     const int every = LabelEvery(grid.font.height * 2.0, spacing);
     for (int index = -steps; index <= steps; ++index) {
         const double latitude = index * grid.step;
-        const int y = static_cast<int>(
-            std::lround(placement.y0 - projection.LatitudeToY(latitude, placement.distance)));
+        const int y =
+            ClampCoordinate(placement.y0 - projection.LatitudeToY(latitude, placement.distance));
         if (y < body.top || y >= body.bottom) continue;
         canvas.DrawLine({body.left, y}, {body.right, y}, grid.ink.grid);
         if (index % every != 0) continue;

@@ -76,12 +76,13 @@ TEST(PointFileReaderTest, FilesOfOtherProgramsGiveTheirPoints) {
     EXPECT_EQ(logged.time.second, 5);
 }
 
+struct Broken {
+    const char* file;
+    ImportProblem problem;
+    const char* said;  // part of what the user is told
+};
+
 TEST(PointFileReaderTest, BrokenAndForeignFilesAreRefusedWithTheReason) {
-    struct Broken {
-        const char* file;
-        ImportProblem problem;
-        const char* said;  // part of what the user is told
-    };
     const Broken broken[] = {
         {"broken-cut-short.gpx", ImportProblem::kBroken, "damaged at line"},
         {"broken-bad-point.gpx", ImportProblem::kBadPoint, "Line 4 holds a point"},
@@ -104,6 +105,33 @@ TEST(PointFileReaderTest, BrokenAndForeignFilesAreRefusedWithTheReason) {
     const std::string message = ViewTrackFile(app, cut, ReadTrackFile(cut));
     EXPECT_EQ(app.track.viewedTrack.Count(), 1);
     EXPECT_NE(message.find("damaged at line 7"), std::string::npos) << message;
+}
+
+// The document's own entities give their text; an external entity is never
+// read, and entities that name one another without end or blow the text up
+// are refused with libxml2's reason.
+TEST(PointFileReaderTest, TheDocumentsOwnEntitiesGiveTheirTextAndNoOtherIsRead) {
+    const ImportRead named = ReadGpxFile(GpxFile("entity-names.gpx"));
+    EXPECT_EQ(named.problem, ImportProblem::kNone);
+    ASSERT_EQ(named.contents.waypoints.size(), 1u);
+    EXPECT_EQ(named.contents.waypoints[0].name, "Hello");
+    EXPECT_EQ(named.contents.waypoints[0].description,
+              "Hello from the \u201Charbour\u201D & pier");
+
+    const Broken refused[] = {
+        {"entity-external.gpx", ImportProblem::kBroken,
+         "line 6: Entity 'secret' is external and is not read"},
+        {"entity-loop.gpx", ImportProblem::kBroken, "Detected an entity reference loop"},
+        {"entity-laughs.gpx", ImportProblem::kBroken, "Detected an entity reference loop"},
+    };
+    for (const Broken& file : refused) {
+        SCOPED_TRACE(file.file);
+        const ImportRead read = ReadGpxFile(GpxFile(file.file));
+        EXPECT_EQ(read.problem, file.problem);
+        const std::string refusal = ImportRefusal(file.file, read);
+        EXPECT_NE(refusal.find(file.said), std::string::npos) << refusal;
+        EXPECT_EQ(refusal.find("root:"), std::string::npos) << refusal;
+    }
 }
 
 // A track moving north-east by a little each second.

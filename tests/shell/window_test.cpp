@@ -62,6 +62,16 @@ QAction* FindAction(QMenu& menu, int id) {
     return nullptr;
 }
 
+// Accepts the dialog that the command opens, as OK does.
+void AcceptTheDialogOf(ProgramWindow& program, int command) {
+    QTimer::singleShot(0, [] {
+        QWidget* dialog = QApplication::activeModalWidget();
+        QVERIFY(dialog != nullptr);
+        QMetaObject::invokeMethod(dialog, "accept");
+    });
+    program.RunCommand(command);
+}
+
 }  // namespace
 
 class WindowTest : public QObject {
@@ -75,6 +85,7 @@ class WindowTest : public QObject {
     void GpsSetupFindsAReceiverThatStartGpsThenReads();
     void ExitAndClosingAskAfterSavingTheSettings();
     void TheDemoReceiverRunsWithoutReachingTheSettings();
+    void ASettingsFileThatDidNotLoadIsKeptAtTheFirstSave();
     void ASecondStartBringsTheFirstForwardAndEnds();
     void MenusGreyAndCheckAsTheStateSays();
     void ASquareScreenUses110DpiAndTheSmallLayout();
@@ -243,7 +254,11 @@ void WindowTest::ExitAndClosingAskAfterSavingTheSettings() {
 void WindowTest::TheDemoReceiverRunsWithoutReachingTheSettings() {
     QFile::copy(QStringLiteral(TOLVANE_PROGRAM_DIR "/demo.nmea"),
                 home_->filePath(QStringLiteral("demo.nmea")));
-    WriteOptions([](Options& options) { options.gpsSource = 0; });
+    WriteOptions([](Options& options) {
+        options.gpsSource = 0;
+        options.portIndex = 3;
+        options.baudIndex = 2;
+    });
     CommandLine demo;
     demo.demo = true;
     ProgramWindow& program = Start({96, 96, 1280, 800}, demo);
@@ -252,12 +267,53 @@ void WindowTest::TheDemoReceiverRunsWithoutReachingTheSettings() {
     // The recording reaches the views through the terminal, at its own pace.
     QTRY_VERIFY_WITH_TIMEOUT(app.gps.connected, 10000);
 
+    // Every command that saves the settings saves the configured source.
+    for (const int command : {kCommandOptions, kCommandGpsSetup}) {
+        QFile::remove(OptionsPath());
+        AcceptTheDialogOf(program, command);
+        Options saved;
+        QVERIFY(LoadOptions(OptionsPath().toStdString(), saved, 1));
+        QCOMPARE(saved.gpsSource, 0);
+        QCOMPARE(saved.portIndex, 3);
+        QCOMPARE(saved.baudIndex, 2);
+    }
     AnswerNextBox(QMessageBox::No);
     program.RunCommand(kCommandExit);
     Options saved;
     QVERIFY(LoadOptions(OptionsPath().toStdString(), saved, 1));
     QCOMPARE(saved.gpsSource, 0);
     QVERIFY(app.gpsRunning);
+    QVERIFY(app.gps.connected);
+}
+
+void WindowTest::ASettingsFileThatDidNotLoadIsKeptAtTheFirstSave() {
+    Options foreign;
+    ResetOptions(foreign);
+    foreign.version[9] = '2';  // 2.4.0.3152
+    foreign.showMap = 0;
+    const QByteArray records[] = {
+        QByteArray(reinterpret_cast<const char*>(&foreign), sizeof foreign),
+        QByteArray("\x01\x02 not a record")};
+    const QString kept = OptionsPath() + QStringLiteral(".bak");
+    for (const QByteArray& record : records) {
+        QFile::remove(kept);
+        QFile file(OptionsPath());
+        QVERIFY(file.open(QIODevice::WriteOnly | QIODevice::Truncate));
+        file.write(record);
+        file.close();
+        ProgramWindow& program = Start();
+        QCOMPARE(program.Core().app.options.showMap, 1);  // the defaults, quietly
+        AcceptTheDialogOf(program, kCommandOptions);
+        AcceptTheDialogOf(program, kCommandOptions);
+        QFile copy(kept);
+        QVERIFY(copy.open(QIODevice::ReadOnly));
+        QCOMPARE(copy.readAll(), record);
+        Options saved;
+        QVERIFY(LoadOptions(OptionsPath().toStdString(), saved, 1));
+        QCOMPARE(QByteArray(saved.version), QByteArray(kProgramVersion));
+        QVERIFY(!QFile::exists(OptionsPath() + QStringLiteral(".new")));
+        program_.reset();
+    }
 }
 
 void WindowTest::ASecondStartBringsTheFirstForwardAndEnds() {

@@ -26,6 +26,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     // Whatever the file held, the invariants of a loaded record hold.
     if (options.trackIntervalIndex < 0 || options.trackIntervalIndex > 3) std::abort();
     if (options.speedAlarmIndex < -1 || options.speedAlarmIndex > 7) std::abort();
+    if (options.dataProcessor < 0 || options.dataProcessor > 2) std::abort();
     CheckTerminated(options.bluetoothName);
     CheckTerminated(options.storageLocation);
     for (const auto& recent : options.recentMaps) CheckTerminated(recent);

@@ -4,6 +4,7 @@
 
 #include <cerrno>
 #include <cstring>
+#include <filesystem>
 
 #include "core/data/whole_file.h"
 #include "tests/core/test_support.h"
@@ -98,24 +99,54 @@ TEST_F(OptionsTest, LoadValidatesIndexesAndCopiesTheReceiver) {
     stored.speedAlarmIndex = 8;
     stored.trackIntervalIndex = 4;
     stored.unitSystem = 9;
+    stored.dataProcessor = 7;
     WriteWideField(stored.bluetoothName, "Receiver");
     ASSERT_TRUE(SaveOptions(path_, stored, 1));
     Options loaded = LoadAtStartup();
     EXPECT_EQ(loaded.speedAlarmIndex, -1);
     EXPECT_EQ(loaded.trackIntervalIndex, 0);
     EXPECT_EQ(loaded.unitSystem, 0);
+    EXPECT_EQ(loaded.dataProcessor, 0);
     EXPECT_EQ(runtime_.bluetoothName, "Receiver");
     EXPECT_FALSE(runtime_.receiverChosen);  // both address words are zero
 
     stored.trackIntervalIndex = -1;
     stored.speedAlarmIndex = 7;
+    stored.dataProcessor = -1;
     stored.bluetoothAddress[1] = 0x12;
     ASSERT_TRUE(SaveOptions(path_, stored, 1));
     loaded = LoadAtStartup();
     EXPECT_EQ(loaded.trackIntervalIndex, 0);
     EXPECT_EQ(loaded.speedAlarmIndex, 7);
+    EXPECT_EQ(loaded.dataProcessor, 0);
+    stored.dataProcessor = 2;
+    ASSERT_TRUE(SaveOptions(path_, stored, 1));
+    EXPECT_EQ(LoadAtStartup().dataProcessor, 2);
     EXPECT_TRUE(runtime_.receiverChosen);
     EXPECT_EQ(runtime_.bluetoothAddress, 0x12ull << 32);
+}
+
+TEST_F(OptionsTest, AFileThatDidNotLoadIsMarkedAndItsBytesCanBeKept) {
+    Options foreign = defaults_;
+    foreign.version[9] = '2';  // 2.4.0.3152
+    foreign.showMap = 0;
+    for (const std::string& bytes : {Bytes(foreign), std::string("\x01\x02 not a record")}) {
+        testing::WriteFileBytes(path_, bytes);
+        LoadAtStartup();
+        EXPECT_TRUE(runtime_.unloadedFile);
+        std::string failure;
+        ASSERT_TRUE(KeepUnloadedOptions(path_, failure));
+        EXPECT_EQ(testing::ReadFileBytes(path_ + ".bak"), bytes);
+        EXPECT_EQ(failure, "");
+    }
+    // A missing file has nothing to keep.
+    std::filesystem::remove(path_);
+    runtime_ = {};
+    LoadAtStartup();
+    EXPECT_FALSE(runtime_.unloadedFile);
+    std::string failure;
+    EXPECT_FALSE(KeepUnloadedOptions(path_, failure));
+    EXPECT_EQ(failure, "");
 }
 
 TEST_F(OptionsTest, WideFieldsAreCutAndAlwaysTerminated) {
@@ -145,6 +176,12 @@ TEST_F(OptionsTest, WholeFileRoutinesRetryAndReportTheError) {
     EXPECT_TRUE(LoadOptions(path_, options, 1));
     ASSERT_TRUE(SaveOptions(path_, defaults_, 1));
     EXPECT_EQ(testing::ReadFileBytes(path_).size(), 4908u);
+
+    // A save that cannot be put in place leaves no temporary file.
+    const std::string taken = folder_.File("taken.dat");
+    std::filesystem::create_directory(taken);
+    EXPECT_FALSE(SaveOptions(taken, defaults_, 1));
+    EXPECT_FALSE(std::filesystem::exists(taken + ".new"));
 }
 
 }  // namespace

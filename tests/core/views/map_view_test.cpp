@@ -8,10 +8,12 @@
 
 #include <algorithm>
 #include <cmath>
+#include <filesystem>
 
 #include "core/app/map_commands.h"
 #include "core/placement/picture_map_placement.h"
 #include "core/views/view_painter.h"
+#include "tests/core/test_support.h"
 #include "tests/core/views/recording_canvas.h"
 
 namespace tolvane {
@@ -61,6 +63,56 @@ TEST(MapViewTest, PictureAndLayersMeetAndAnUncalibratedMapShowsPixels) {
                                        geometry.placement.y0, geometry.placement.distance);
     EXPECT_NEAR(onEarth.x, onPicture.x, 0.01);
     EXPECT_NEAR(onEarth.y, onPicture.y, 0.01);
+}
+
+bool HasTextStarting(const RecordingCanvas& canvas, const std::string& start) {
+    const std::vector<std::string> texts = canvas.Texts();
+    return std::any_of(texts.begin(), texts.end(),
+                       [&](const std::string& text) { return text.starts_with(start); });
+}
+
+// A calibration whose fit overflows or folds the picture onto one place
+// leaves the picture uncalibrated, as five points at one place do.
+TEST(MapViewTest, ACalibrationThatPlacesNothingShowsThePictureUncalibrated) {
+    const testing::TemporaryFolder folder;
+    for (const char* reproducer : {"overflow.rpt", "scale-zero.pgw"}) {
+        const std::filesystem::path file = testing::TestDataFile(std::string("maps/") + reproducer);
+        std::filesystem::remove(folder.File("scan.rpt"));
+        std::filesystem::copy_file(file, folder.File("scan" + file.extension().string()));
+        AppState app;
+        ResetOptions(app.options);
+        app.currentView = kViewMap;
+        app.folders.refPointDir = folder.File("Reference Points");
+        SetLoadedMap(app, folder.File("scan.png"), BlankPicture(400, 200));
+        EXPECT_GE(app.map.calibration.Count(), 3) << reproducer;  // the file was read
+        EXPECT_FALSE(app.map.fit.valid) << reproducer;
+
+        const FontSet fonts(15);
+        RecordingCanvas canvas;
+        PaintView(canvas, ViewContext{app, LayOutViews(480, 640, false, false, fonts), fonts, 0});
+        EXPECT_EQ(canvas.Of(RecordingCanvas::Kind::kImage).size(), 1u) << reproducer;
+        EXPECT_TRUE(HasTextStarting(canvas, "X : 200.0000")) << reproducer;
+        EXPECT_FALSE(HasTextStarting(canvas, "RMS")) << reproducer;
+    }
+}
+
+// A position that is not a number has no integer place on the screen: the
+// Map view draws around it without converting it (the sanitizer build
+// stops at such a conversion).
+TEST(MapViewTest, APositionThatIsNotANumberDrawsNoPictureAndNoMark) {
+    AppState app;
+    ResetOptions(app.options);
+    app.currentView = kViewMap;
+    SetLoadedMap(app, "blank.png", BlankPicture(400, 200));
+    app.map.calibration.points[0] = {true, 0, 0, -27.20, 153.04};
+    app.map.calibration.points[1] = {true, 400, 200, -27.21, 153.06};
+    app.map.fit = FitCalibration(app.map.calibration);
+    app.gps.connected = true;
+    app.mapFollow = {std::nan(""), 153.05, true};
+    const FontSet fonts(15);
+    RecordingCanvas canvas;
+    PaintView(canvas, ViewContext{app, LayOutViews(480, 640, false, false, fonts), fonts, 0});
+    EXPECT_TRUE(canvas.Of(RecordingCanvas::Kind::kImage).empty());
 }
 
 }  // namespace

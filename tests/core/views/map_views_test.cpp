@@ -122,5 +122,27 @@ TEST(MapViewsTest, TheWorldMapRepeatsAcrossTheSeamAndKeepsItsEdgesOffTheScreen) 
     EXPECT_NEAR(app.worldMapCentre.longitude, -100, 1e-9);
 }
 
+// A placement that is not a number has no integer place on the screen: the
+// painters draw around it without converting it (the sanitizer build stops
+// at such a conversion), and the earth's picture has nowhere to go.
+TEST(MapViewsTest, APlacementThatIsNotANumberIsDrawnWithoutAPlace) {
+    MapScene scene;
+    AppState& app = scene.app;
+    app.track.liveTrack.Append({10.0f, 170.0f, {}});
+    app.track.liveTrack.Append({11.0f, 171.0f, {}});
+    scene.placement = {std::nan(""), std::nan(""), 100};
+    for (const RecordingCanvas::Call& call : scene.Draw().Of(Kind::kEllipse)) {
+        EXPECT_LT(call.box.right, 0);
+    }
+
+    app.worldMapCentre = {std::nan(""), std::nan("")};
+    WorldImagery imagery;
+    imagery.day = Image{72, 36, std::vector<std::uint32_t>(72 * 36, kSouth)};
+    RecordingCanvas canvas;
+    PaintWorldMapView(canvas,
+                      ViewContext{app, scene.layout, scene.fonts, 0, nullptr, &imagery});
+    EXPECT_TRUE(canvas.Of(Kind::kImage).empty());
+}
+
 }  // namespace
 }  // namespace tolvane
