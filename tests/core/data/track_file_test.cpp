@@ -175,6 +175,25 @@ TEST_F(TrackFileTest, DamagedOrMissingFilesNeverGetAHalfPoint) {
     EXPECT_FALSE(std::filesystem::exists(folder_.File("missing")));
 }
 
+// Two programs that start a log in the same second both find its name
+// free, since a log is created by its first point: the second to write
+// takes the next name instead of writing into the first one's file.
+TEST_F(TrackFileTest, TwoLoggersInOneSecondWriteTwoFiles) {
+    Start(kTrackFormatLog);
+    std::string other;
+    ASSERT_TRUE(StartTrackFile(options_, folder_.Path(), clock_, other));
+    ASSERT_EQ(other, path_);
+    DirectTrackWriter otherWriter;
+    DynamicList<TrackPoint> otherTrack;
+    Append();
+    ASSERT_TRUE(AppendTrackPoint(options_, gps_, clock_, other, otherTrack, otherWriter));
+    Append();
+    ASSERT_TRUE(AppendTrackPoint(options_, gps_, clock_, other, otherTrack, otherWriter));
+    EXPECT_EQ(other, folder_.File("20110704080509_2.log"));
+    EXPECT_EQ(ReadFileBytes(other), ReadFileBytes(path_));
+    EXPECT_EQ(ReadFileBytes(path_).size(), 2 * (ReadFileBytes(path_).find('\n') + 1));
+}
+
 // A conversion's buffered writer makes the same bytes as the program's
 // direct one, across the writes it holds back and when it changes file.
 TEST_F(TrackFileTest, BufferedTracksAreTheSameBytes) {
