@@ -176,9 +176,8 @@ std::string FreeTrackPath(const std::string& folder, const std::string& stamp,
 bool IsTrackFileName(std::string_view name, std::string_view extension) {
     if (!name.ends_with(extension)) return false;
     const std::string_view stem = name.substr(0, name.size() - extension.size());
-    if (stem.size() < kStampLength ||
-        !std::all_of(stem.begin(), stem.begin() + kStampLength,
-                     [](char c) { return c >= '0' && c <= '9'; })) {
+    if (stem.size() < kStampLength || !std::all_of(stem.begin(), stem.begin() + kStampLength,
+                                                   [](char c) { return c >= '0' && c <= '9'; })) {
         return false;
     }
     const std::string_view suffix = stem.substr(kStampLength);
@@ -229,9 +228,9 @@ bool CreateTrackFile(std::string& path, std::string_view text, bool document) {
         if (document && creation == Creation::kDone) creation = Publish(target, path);
         if (creation != Creation::kTaken) return creation == Creation::kDone;
         const std::filesystem::path name(path);
-        path = FreeTrackPath(name.parent_path().string(),
-                             name.stem().string().substr(0, kStampLength),
-                             name.extension().string());
+        path =
+            FreeTrackPath(name.parent_path().string(), name.stem().string().substr(0, kStampLength),
+                          name.extension().string());
     }
     return false;
 }
@@ -412,7 +411,8 @@ bool HasOurHeader(std::string_view text, std::int32_t format) {
     if (format == kTrackFormatGpx) return text.starts_with(kGpxHeader);
     const std::size_t length = KmlHeaderLength();
     if (text.size() < length) return false;
-    const std::string stamp(text.substr(std::strlen(kKmlHeaderStart) + std::strlen(kKmlNameStart), kStampLength));
+    const std::string stamp(
+        text.substr(std::strlen(kKmlHeaderStart) + std::strlen(kKmlNameStart), kStampLength));
     return IsTrackFileName(stamp, "") && text.substr(0, length) == Header(format, stamp);
 }
 
@@ -441,7 +441,7 @@ bool IsOurPartialDocument(const std::filesystem::path& path) {
     const std::int32_t format = FormatOfTrackName(path.filename().string(), kPartExtension);
     if (format == kTrackFormatLog) return false;
     std::ifstream in(path, std::ios::binary);
-    std::string start(KmlHeaderLength() + std::strlen(kGpxHeader), '\0');
+    std::string start(std::max(KmlHeaderLength(), std::strlen(kGpxHeader)), '\0');
     in.read(start.data(), static_cast<std::streamsize>(start.size()));
     start.resize(static_cast<std::size_t>(in.gcount()));
     return HasOurHeader(start, format);

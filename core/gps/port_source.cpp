@@ -136,9 +136,8 @@ void EndReaderThread(PortSource& port) {
     std::unique_lock<std::mutex> guard(life->lock);
     life->stopAsked = true;
     life->signal.notify_all();
-    const bool ended =
-        life->signal.wait_for(guard, std::chrono::milliseconds(kReaderStopMilliseconds),
-                              [&life] { return life->ended; });
+    const bool ended = life->signal.wait_for(
+        guard, std::chrono::milliseconds(kReaderStopMilliseconds), [&life] { return life->ended; });
     life->abandoned = !ended;
     guard.unlock();
     if (ended) {

@@ -118,8 +118,7 @@ TEST_F(TrackLoggerTest, AGpsRestartBeginsANewTrackAndANewFile) {
 // point by a kill, is mended at the next start.
 TEST_F(TrackLoggerTest, StartsMendOnlyTheProgramsOwnInterruptedTracks) {
     std::map<std::string, std::string> foreign;
-    for (const auto& entry :
-         std::filesystem::directory_iterator(testing::TestDataFile("tracks"))) {
+    for (const auto& entry : std::filesystem::directory_iterator(testing::TestDataFile("tracks"))) {
         const std::string name = entry.path().filename().string();
         if (name.starts_with(".")) continue;
         foreign[name] = ReadFileBytes(entry.path().string());
@@ -134,7 +133,8 @@ TEST_F(TrackLoggerTest, StartsMendOnlyTheProgramsOwnInterruptedTracks) {
         Tick(12);
         const std::string ours = logger_.currentPath;
         const std::string whole = ReadFileBytes(ours);
-        const std::size_t second = whole.rfind(format == kTrackFormatGpx ? "<trkpt" : "  <Placemark>");
+        const std::size_t second =
+            whole.rfind(format == kTrackFormatGpx ? "<trkpt" : "  <Placemark>");
         WriteFileBytes(ours, whole.substr(0, second + 40));
 
         for (int start = 0; start < 20; ++start) {
@@ -146,8 +146,8 @@ TEST_F(TrackLoggerTest, StartsMendOnlyTheProgramsOwnInterruptedTracks) {
         for (const auto& [name, bytes] : foreign) {
             EXPECT_EQ(ReadFileBytes(folder_.File(name)), bytes) << name;
         }
-        EXPECT_EQ(ReadFileBytes(ours),
-                  whole.substr(0, second) + (format == kTrackFormatGpx ? kGpxTrailer : kKmlTrailer));
+        EXPECT_EQ(ReadFileBytes(ours), whole.substr(0, second) +
+                                           (format == kTrackFormatGpx ? kGpxTrailer : kKmlTrailer));
     }
 }
 
