@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <chrono>
 #include <cstdio>
 #include <cstring>
 #include <filesystem>
@@ -159,6 +160,8 @@ bool Exists(const std::string& path) {
 }
 
 constexpr char kPartExtension[] = ".part";
+// How many taken names a new track passes over before it gives up.
+constexpr int kNameAttempts = 100;
 
 // The first of "stamp.gpx", "stamp_2.gpx", "stamp_3.gpx", ... that is
 // neither a file nor a document being written.
@@ -188,6 +191,11 @@ bool IsTrackFileName(std::string_view name, std::string_view extension) {
 
 enum class Creation { kDone, kTaken, kFailed };
 
+// How a new track's file is made: a log under its name; a document beside
+// its name first, and put under it at once or, while it is being written,
+// at the end.
+enum class NewFile { kLog, kDocument, kDocumentBeingWritten };
+
 // Writes text into a new file at path, exclusively: a file of that name,
 // even one made a moment ago by another program, is never opened.
 Creation WriteExclusively(const std::string& path, std::string_view text) {
@@ -202,35 +210,41 @@ Creation WriteExclusively(const std::string& path, std::string_view text) {
 // Puts a finished document under its name, which another program may have
 // taken since: a hard link is made only while the name is free. A file
 // system without hard links (a memory card's FAT) gets a rename instead.
+// The partial file is gone afterwards unless the name was taken.
 Creation Publish(const std::string& partial, const std::string& path) {
     std::error_code error;
     std::filesystem::create_hard_link(partial, path, error);
-    Creation result = Creation::kDone;
-    if (error == std::errc::file_exists) {
-        result = Creation::kTaken;
-    } else if (error && (Exists(path) || std::rename(partial.c_str(), path.c_str()) != 0)) {
-        result = Creation::kFailed;
+    if (error == std::errc::file_exists) return Creation::kTaken;
+    if (error && (Exists(path) || std::rename(partial.c_str(), path.c_str()) != 0)) {
+        std::remove(partial.c_str());
+        return Creation::kFailed;
     }
     std::remove(partial.c_str());
-    return result;
+    return Creation::kDone;
 }
 
-// Creates the file of a new track at path holding text. A document appears
-// under its name only once it is complete: it is written beside it first,
-// so that a kill leaves no empty or half-written document and a full disk
-// leaves nothing at all. When another program took the name first, even
-// within the same second, path moves on to the next free name.
-bool CreateTrackFile(std::string& path, std::string_view text, bool document) {
-    constexpr int kAttempts = 100;
-    for (int attempt = 0; attempt < kAttempts; ++attempt) {
-        const std::string target = document ? path + kPartExtension : path;
+// The next free name of the track that path names.
+std::string NextTrackPath(const std::string& path) {
+    const std::filesystem::path name(path);
+    return FreeTrackPath(name.parent_path().string(), name.stem().string().substr(0, kStampLength),
+                         name.extension().string());
+}
+
+// Creates the file of a new track at path holding text. A document is
+// written beside its name first, so that a kill leaves no empty or
+// half-written document and a full disk leaves nothing at all. When another
+// program took the name first, even within the same second, path moves on
+// to the next free name.
+bool CreateTrackFile(std::string& path, std::string_view text, NewFile kind) {
+    for (int attempt = 0; attempt < kNameAttempts; ++attempt) {
+        const std::string target = kind == NewFile::kLog ? path : path + kPartExtension;
         Creation creation = WriteExclusively(target, text);
-        if (document && creation == Creation::kDone) creation = Publish(target, path);
+        if (kind == NewFile::kDocument && creation == Creation::kDone) {
+            creation = Publish(target, path);
+            if (creation == Creation::kTaken) std::remove(target.c_str());
+        }
         if (creation != Creation::kTaken) return creation == Creation::kDone;
-        const std::filesystem::path name(path);
-        path =
-            FreeTrackPath(name.parent_path().string(), name.stem().string().substr(0, kStampLength),
-                          name.extension().string());
+        path = NextTrackPath(path);
     }
     return false;
 }
@@ -290,10 +304,14 @@ std::optional<CivilTime> ParseLogTime(std::string_view text) {
     return civil;
 }
 
+bool DirectTrackWriter::Create(std::string& path, const std::string& document) {
+    return CreateTrackFile(path, document, NewFile::kDocument);
+}
+
 bool DirectTrackWriter::Write(std::string& path, const std::string& text,
                               std::string_view trailer) {
     if (!trailer.empty() || path == createdLog_) return AddToFile(path, text, trailer);
-    if (!CreateTrackFile(path, text, false)) return false;
+    if (!CreateTrackFile(path, text, NewFile::kLog)) return false;
     createdLog_ = path;
     return true;
 }
@@ -302,38 +320,33 @@ bool DirectTrackWriter::Write(std::string& path, const std::string& text,
 // show in a conversion's time, little enough to hold.
 constexpr std::size_t kTrackBufferSize = 64 * 1024;
 
+// The document stays beside its name, and its name taken, until it is
+// finished. What an earlier file still holds back is finished first; the
+// logger has already asked for that, and told of a failure.
+bool BufferedTrackWriter::Create(std::string& path, const std::string& document) {
+    Flush();
+    if (!CreateTrackFile(path, document, NewFile::kDocumentBeingWritten)) return false;
+    path_ = path;
+    working_ = path + kPartExtension;
+    return true;
+}
+
+// A point for a file this writer did not create is a log's first: the log
+// is created under its own name.
 bool BufferedTrackWriter::Write(std::string& path, const std::string& text,
                                 std::string_view trailer) {
     bool written = true;
     if (path != path_) {
         written = Flush();
-        if (!Begin(path, trailer)) return false;
+        if (!trailer.empty() || !CreateTrackFile(path, "", NewFile::kLog)) return false;
+        path_ = path;
+        working_ = path;
     }
+    trailer_ = trailer;
     pending_ += text;
     pointEnds_.push_back(pending_.size());
     if (pending_.size() >= kTrackBufferSize) written = WritePending() && written;
     return written;
-}
-
-// A document is written into a copy beside it, so that it stays complete
-// (and its name taken) under its own name until it is finished; a log is
-// created under its own name.
-bool BufferedTrackWriter::Begin(std::string& path, std::string_view trailer) {
-    if (trailer.empty()) {
-        if (!CreateTrackFile(path, "", false)) return false;
-        working_ = path;
-    } else {
-        working_ = path + kPartExtension;
-        const std::string started = ReadWholeText(path);
-        const FilePointer copy = Unbuffered(std::fopen(working_.c_str(), "wb"));
-        if (started.empty() || !copy || !WriteAll(copy.get(), started)) {
-            std::remove(working_.c_str());
-            return false;
-        }
-    }
-    path_ = path;
-    trailer_ = trailer;
-    return true;
 }
 
 bool BufferedTrackWriter::WritePending() {
@@ -355,8 +368,13 @@ bool BufferedTrackWriter::WritePending() {
 bool BufferedTrackWriter::Flush() {
     bool written = WritePending();
     if (working_ != path_) {
-        // The document is finished: it goes back under its name, whole.
-        written = std::rename(working_.c_str(), path_.c_str()) == 0 && written;
+        // The document is finished: it goes under its name, whole.
+        Creation creation = Publish(working_, path_);
+        for (int attempt = 0; creation == Creation::kTaken && attempt < kNameAttempts; ++attempt) {
+            path_ = NextTrackPath(path_);
+            creation = Publish(working_, path_);
+        }
+        written = creation == Creation::kDone && written;
         path_.clear();
         working_.clear();
     }
@@ -364,14 +382,14 @@ bool BufferedTrackWriter::Flush() {
 }
 
 bool StartTrackFile(const Options& options, const std::string& trackLogFolder, const Clock& clock,
-                    std::string& currentPath) {
+                    std::string& currentPath, TrackWriter& writer) {
     if (!options.trackLoggerEnabled) return true;
     const std::int32_t format = options.trackLogFormat;
     const std::string stamp =
         FormatCivil(kFileStampFormat, FileTimeToCivil(UtcToLocal(clock.NowUtc())));
     currentPath = FreeTrackPath(trackLogFolder, stamp, FileExtension(format));
     if (format != kTrackFormatGpx && format != kTrackFormatKml) return true;
-    if (CreateTrackFile(currentPath, Header(format, stamp) + Trailer(format), true)) return true;
+    if (writer.Create(currentPath, Header(format, stamp) + Trailer(format))) return true;
     currentPath.clear();
     return false;
 }
@@ -436,10 +454,20 @@ std::int32_t FormatOfTrackName(std::string_view name, std::string_view extra) {
     return kTrackFormatLog;
 }
 
-// A ".part" file of this program: a document whose writing was cut short.
-bool IsOurPartialDocument(const std::filesystem::path& path) {
+// A ".part" file of this program that nothing writes any more: a document
+// whose writing was cut short. The program writes its own in a moment, but
+// a conversion running beside it writes one for as long as it runs (some
+// tens of kilobytes at a time), so only one left alone for a while is
+// taken as abandoned.
+bool IsAbandonedPartialDocument(const std::filesystem::path& path) {
+    constexpr auto kAbandonedAfter = std::chrono::minutes(10);
     const std::int32_t format = FormatOfTrackName(path.filename().string(), kPartExtension);
-    if (format == kTrackFormatLog) return false;
+    std::error_code error;
+    const auto written = std::filesystem::last_write_time(path, error);
+    if (format == kTrackFormatLog || error ||
+        std::filesystem::file_time_type::clock::now() - written < kAbandonedAfter) {
+        return false;
+    }
     std::ifstream in(path, std::ios::binary);
     std::string start(std::max(KmlHeaderLength(), std::strlen(kGpxHeader)), '\0');
     in.read(start.data(), static_cast<std::streamsize>(start.size()));
@@ -467,7 +495,7 @@ int RepairTrackFolder(const std::string& trackLogFolder) {
     std::error_code error;
     for (const auto& entry : std::filesystem::directory_iterator(trackLogFolder, error)) {
         const std::filesystem::path& path = entry.path();
-        if (IsOurPartialDocument(path)) {
+        if (IsAbandonedPartialDocument(path)) {
             // Nothing in it is kept: the document was never finished.
             std::filesystem::remove(path, error);
         } else if (RepairTrackFile(path.string())) {

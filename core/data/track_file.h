@@ -43,6 +43,10 @@ struct TrackPoint {
 class TrackWriter {
   public:
     virtual ~TrackWriter() = default;
+    // Creates a new GPX or KML document at path holding document (its
+    // header and trailer), exclusively; path moves on to the next free name
+    // when it is taken. False, leaving nothing behind, when it cannot be.
+    virtual bool Create(std::string& path, const std::string& document) = 0;
     // False when the point, or one held back before it, could not be
     // written in full.
     virtual bool Write(std::string& path, const std::string& text, std::string_view trailer) = 0;
@@ -56,6 +60,7 @@ class TrackWriter {
 // the kernel was cut off inside the write, one that the next start mends).
 class DirectTrackWriter final : public TrackWriter {
   public:
+    bool Create(std::string& path, const std::string& document) override;
     bool Write(std::string& path, const std::string& text, std::string_view trailer) override;
     bool Flush() override { return true; }
 
@@ -65,21 +70,20 @@ class DirectTrackWriter final : public TrackWriter {
 
 // A conversion's writer: the points are held back and written some tens of
 // kilobytes at a time, in front of the trailer as the direct writer puts
-// them, so the finished file is byte for byte the same. The points of a GPX
-// or KML document go into a copy under its name with ".part" added, which
-// replaces the document when it is finished: a conversion that is cut short
-// leaves the document complete, with no points or all of them (and a
-// ".part" file that the next start of the track logger removes). A log is
-// appended to under its own name.
+// them, so the finished file is byte for byte the same. A GPX or KML
+// document is written under its name with ".part" added and put under its
+// name only when it is finished: a conversion that is cut short leaves no
+// document or a complete one (and a ".part" file, which the next start of
+// the track logger removes). A log is appended to under its own name.
 class BufferedTrackWriter final : public TrackWriter {
   public:
     ~BufferedTrackWriter() override { Flush(); }
+    bool Create(std::string& path, const std::string& document) override;
     bool Write(std::string& path, const std::string& text, std::string_view trailer) override;
     // Writes what is held back and finishes the file.
     bool Flush() override;
 
   private:
-    bool Begin(std::string& path, std::string_view trailer);
     bool WritePending();
 
     std::string path_;
@@ -96,12 +100,13 @@ class BufferedTrackWriter final : public TrackWriter {
 // second conversion into the same folder, two programs starting in one
 // second) a suffix makes it free, "20110704160509_2.gpx"; the name is taken
 // exclusively, so two programs never both get it. A GPX or KML file gets its
-// header and trailer at once, so it is a complete document from the start;
+// header and trailer at once through writer, so it is a complete document
+// from the start (a conversion's, once it is finished);
 // a log file is created by its first point. False, with currentPath empty,
 // when the document could not be created (a full disk, a folder that cannot
 // be written); no file is left behind then.
 bool StartTrackFile(const Options& options, const std::string& trackLogFolder, const Clock& clock,
-                    std::string& currentPath);
+                    std::string& currentPath, TrackWriter& writer);
 
 // Appends the current position of gps to currentPath through writer, in
 // the format of options, time-stamped with the UTC time of now, and then
@@ -129,8 +134,9 @@ bool AppendTrackPoint(const Options& options, const GpsState& gps, const Clock& 
 bool RepairTrackFile(const std::string& path);
 
 // Repairs this program's GPX and KML files of the track folder and removes
-// its ".part" files of documents whose writing was cut short. Returns the
-// number of files repaired.
+// its ".part" files of documents whose writing was cut short, once nothing
+// has written them for ten minutes (a conversion beside the program may
+// still be writing a younger one). Returns the number of files repaired.
 int RepairTrackFolder(const std::string& trackLogFolder);
 
 // A run of one to nine decimal digits and nothing else, as a number.
