@@ -1,6 +1,8 @@
 #include "core/data/track_file.h"
 
+#include <algorithm>
 #include <cerrno>
+#include <chrono>
 #include <cstdio>
 #include <cstring>
 #include <filesystem>
@@ -34,6 +36,7 @@ constexpr char kKmlHeaderStart[] =
     "<Document>\r\n";
 
 constexpr char kFileStampFormat[] = "%d%02d%02d%02d%02d%02d";
+constexpr std::size_t kStampLength = 14;  // "20110704160509"
 constexpr char kLogTimeFormat[] = "%d%02d%02d %02d:%02d:%02d";
 constexpr char kIsoTimeFormat[] = "%d-%02d-%02dT%02d:%02d:%02dZ";
 
@@ -82,9 +85,17 @@ const char* Trailer(std::int32_t format) {
     return format == kTrackFormatGpx ? kGpxTrailer : kKmlTrailer;
 }
 
+constexpr char kKmlNameStart[] = "  <name>";
+constexpr char kKmlNameFormat[] = "  <name>%s</name>\r\n";
+
 std::string Header(std::int32_t format, const std::string& startStamp) {
     if (format == kTrackFormatGpx) return kGpxHeader;
-    return kKmlHeaderStart + FormatText("  <name>%s</name>\r\n", startStamp.c_str());
+    return kKmlHeaderStart + FormatText(kKmlNameFormat, startStamp.c_str());
+}
+
+// A KML header's length, the same for every start time.
+std::size_t KmlHeaderLength() {
+    return Header(kTrackFormatKml, std::string(kStampLength, '0')).size();
 }
 
 std::string PointText(std::int32_t format, const GpsState& gps, const CivilTime& utc,
@@ -148,28 +159,93 @@ bool Exists(const std::string& path) {
     return std::filesystem::exists(path, error);
 }
 
+constexpr char kPartExtension[] = ".part";
+// How many taken names a new track passes over before it gives up.
+constexpr int kNameAttempts = 100;
+
 // The first of "stamp.gpx", "stamp_2.gpx", "stamp_3.gpx", ... that is
-// neither a file nor a document being created.
+// neither a file nor a document being written.
 std::string FreeTrackPath(const std::string& folder, const std::string& stamp,
-                          const char* extension) {
+                          const std::string& extension) {
     std::string path = folder + "/" + stamp + extension;
-    for (int suffix = 2; Exists(path) || Exists(path + ".part"); ++suffix) {
+    for (int suffix = 2; Exists(path) || Exists(path + kPartExtension); ++suffix) {
         path = folder + "/" + stamp + "_" + std::to_string(suffix) + extension;
     }
     return path;
 }
 
-// A new document appears under its name only once it is complete: it is
-// written beside it and then renamed, so that a kill at any moment leaves no
-// empty or half-written file, and a full disk leaves nothing at all.
-bool WriteNewDocument(const std::string& path, const std::string& text) {
-    const std::string partial = path + ".part";
-    bool written = false;
-    if (const FilePointer file = Unbuffered(std::fopen(partial.c_str(), "wb"))) {
-        written = WriteAll(file.get(), text);
+// A name this program gives its tracks: the fourteen digits of the start
+// time, then "_2", "_3", ... when that was taken, then extension.
+bool IsTrackFileName(std::string_view name, std::string_view extension) {
+    if (!name.ends_with(extension)) return false;
+    const std::string_view stem = name.substr(0, name.size() - extension.size());
+    if (stem.size() < kStampLength || !std::all_of(stem.begin(), stem.begin() + kStampLength,
+                                                   [](char c) { return c >= '0' && c <= '9'; })) {
+        return false;
     }
-    if (written && std::rename(partial.c_str(), path.c_str()) == 0) return true;
+    const std::string_view suffix = stem.substr(kStampLength);
+    if (suffix.empty()) return true;
+    const std::optional<int> number = DecimalDigits(suffix.substr(1));
+    return suffix[0] == '_' && number && *number >= 2;
+}
+
+enum class Creation { kDone, kTaken, kFailed };
+
+// How a new track's file is made: a log under its name; a document beside
+// its name first, and put under it at once or, while it is being written,
+// at the end.
+enum class NewFile { kLog, kDocument, kDocumentBeingWritten };
+
+// Writes text into a new file at path, exclusively: a file of that name,
+// even one made a moment ago by another program, is never opened.
+Creation WriteExclusively(const std::string& path, std::string_view text) {
+    FilePointer file = Unbuffered(std::fopen(path.c_str(), "wbx"));
+    if (!file) return errno == EEXIST ? Creation::kTaken : Creation::kFailed;
+    if (WriteAll(file.get(), text)) return Creation::kDone;
+    file.reset();
+    std::remove(path.c_str());
+    return Creation::kFailed;
+}
+
+// Puts a finished document under its name, which another program may have
+// taken since: a hard link is made only while the name is free. A file
+// system without hard links (a memory card's FAT) gets a rename instead.
+// The partial file is gone afterwards unless the name was taken.
+Creation Publish(const std::string& partial, const std::string& path) {
+    std::error_code error;
+    std::filesystem::create_hard_link(partial, path, error);
+    if (error == std::errc::file_exists) return Creation::kTaken;
+    if (error && (Exists(path) || std::rename(partial.c_str(), path.c_str()) != 0)) {
+        std::remove(partial.c_str());
+        return Creation::kFailed;
+    }
     std::remove(partial.c_str());
+    return Creation::kDone;
+}
+
+// The next free name of the track that path names.
+std::string NextTrackPath(const std::string& path) {
+    const std::filesystem::path name(path);
+    return FreeTrackPath(name.parent_path().string(), name.stem().string().substr(0, kStampLength),
+                         name.extension().string());
+}
+
+// Creates the file of a new track at path holding text. A document is
+// written beside its name first, so that a kill leaves no empty or
+// half-written document and a full disk leaves nothing at all. When another
+// program took the name first, even within the same second, path moves on
+// to the next free name.
+bool CreateTrackFile(std::string& path, std::string_view text, NewFile kind) {
+    for (int attempt = 0; attempt < kNameAttempts; ++attempt) {
+        const std::string target = kind == NewFile::kLog ? path : path + kPartExtension;
+        Creation creation = WriteExclusively(target, text);
+        if (kind == NewFile::kDocument && creation == Creation::kDone) {
+            creation = Publish(target, path);
+            if (creation == Creation::kTaken) std::remove(target.c_str());
+        }
+        if (creation != Creation::kTaken) return creation == Creation::kDone;
+        path = NextTrackPath(path);
+    }
     return false;
 }
 
@@ -228,37 +304,59 @@ std::optional<CivilTime> ParseLogTime(std::string_view text) {
     return civil;
 }
 
-bool DirectTrackWriter::Write(const std::string& path, const std::string& text,
+bool DirectTrackWriter::Create(std::string& path, const std::string& document) {
+    return CreateTrackFile(path, document, NewFile::kDocument);
+}
+
+bool DirectTrackWriter::Write(std::string& path, const std::string& text,
                               std::string_view trailer) {
-    return AddToFile(path, text, trailer);
+    if (!trailer.empty() || path == createdLog_) return AddToFile(path, text, trailer);
+    if (!CreateTrackFile(path, text, NewFile::kLog)) return false;
+    createdLog_ = path;
+    return true;
 }
 
 // Some tens of kilobytes per write: enough that the system calls no longer
 // show in a conversion's time, little enough to hold.
 constexpr std::size_t kTrackBufferSize = 64 * 1024;
 
-bool BufferedTrackWriter::Write(const std::string& path, const std::string& text,
+// The document stays beside its name, and its name taken, until it is
+// finished. What an earlier file still holds back is finished first; the
+// logger has already asked for that, and told of a failure.
+bool BufferedTrackWriter::Create(std::string& path, const std::string& document) {
+    Flush();
+    if (!CreateTrackFile(path, document, NewFile::kDocumentBeingWritten)) return false;
+    path_ = path;
+    working_ = path + kPartExtension;
+    return true;
+}
+
+// A point for a file this writer did not create is a log's first: the log
+// is created under its own name.
+bool BufferedTrackWriter::Write(std::string& path, const std::string& text,
                                 std::string_view trailer) {
     bool written = true;
     if (path != path_) {
         written = Flush();
+        if (!trailer.empty() || !CreateTrackFile(path, "", NewFile::kLog)) return false;
         path_ = path;
-        trailer_ = trailer;
+        working_ = path;
     }
+    trailer_ = trailer;
     pending_ += text;
     pointEnds_.push_back(pending_.size());
-    if (pending_.size() >= kTrackBufferSize) written = Flush() && written;
+    if (pending_.size() >= kTrackBufferSize) written = WritePending() && written;
     return written;
 }
 
-bool BufferedTrackWriter::Flush() {
-    bool written = pending_.empty() || AddToFile(path_, pending_, trailer_);
+bool BufferedTrackWriter::WritePending() {
+    bool written = pending_.empty() || AddToFile(working_, pending_, trailer_);
     if (!written) {
         // Keep every point that still fits, as the direct writer would.
         std::size_t begin = 0;
         for (const std::size_t end : pointEnds_) {
             const std::string_view point = std::string_view(pending_).substr(begin, end - begin);
-            if (!AddToFile(path_, point, trailer_)) break;
+            if (!AddToFile(working_, point, trailer_)) break;
             begin = end;
         }
     }
@@ -267,21 +365,37 @@ bool BufferedTrackWriter::Flush() {
     return written;
 }
 
+bool BufferedTrackWriter::Flush() {
+    bool written = WritePending();
+    if (working_ != path_) {
+        // The document is finished: it goes under its name, whole.
+        Creation creation = Publish(working_, path_);
+        for (int attempt = 0; creation == Creation::kTaken && attempt < kNameAttempts; ++attempt) {
+            path_ = NextTrackPath(path_);
+            creation = Publish(working_, path_);
+        }
+        written = creation == Creation::kDone && written;
+        path_.clear();
+        working_.clear();
+    }
+    return written;
+}
+
 bool StartTrackFile(const Options& options, const std::string& trackLogFolder, const Clock& clock,
-                    std::string& currentPath) {
+                    std::string& currentPath, TrackWriter& writer) {
     if (!options.trackLoggerEnabled) return true;
     const std::int32_t format = options.trackLogFormat;
     const std::string stamp =
         FormatCivil(kFileStampFormat, FileTimeToCivil(UtcToLocal(clock.NowUtc())));
     currentPath = FreeTrackPath(trackLogFolder, stamp, FileExtension(format));
     if (format != kTrackFormatGpx && format != kTrackFormatKml) return true;
-    if (WriteNewDocument(currentPath, Header(format, stamp) + Trailer(format))) return true;
+    if (writer.Create(currentPath, Header(format, stamp) + Trailer(format))) return true;
     currentPath.clear();
     return false;
 }
 
 bool AppendTrackPoint(const Options& options, const GpsState& gps, const Clock& clock,
-                      const std::string& currentPath, DynamicList<TrackPoint>& track,
+                      std::string& currentPath, DynamicList<TrackPoint>& track,
                       TrackWriter& writer) {
     // The fix is checked before anything is opened, so that a log file is
     // not created empty by a run that never had a fix.
@@ -301,15 +415,23 @@ bool AppendTrackPoint(const Options& options, const GpsState& gps, const Clock& 
 namespace {
 
 // The end of the last complete point of a document, or of its header when
-// it holds no complete point; npos when it is not a track document.
+// it holds no complete point.
 std::size_t EndOfLastCompletePart(const std::string& text, std::int32_t format) {
     const std::string_view pointEnd =
         format == kTrackFormatGpx ? "</trkpt>\r\n" : "</Placemark>\r\n";
-    const std::string_view headerEnd = format == kTrackFormatGpx ? "<trkseg>\r\n" : "</name>\r\n";
-    std::size_t end = text.rfind(pointEnd);
+    const std::size_t end = text.rfind(pointEnd);
     if (end != std::string::npos) return end + pointEnd.size();
-    end = text.find(headerEnd);
-    return end == std::string::npos ? end : end + headerEnd.size();
+    return format == kTrackFormatGpx ? std::strlen(kGpxHeader) : KmlHeaderLength();
+}
+
+// Whether text begins with the header this program writes, byte for byte.
+bool HasOurHeader(std::string_view text, std::int32_t format) {
+    if (format == kTrackFormatGpx) return text.starts_with(kGpxHeader);
+    const std::size_t length = KmlHeaderLength();
+    if (text.size() < length) return false;
+    const std::string stamp(
+        text.substr(std::strlen(kKmlHeaderStart) + std::strlen(kKmlNameStart), kStampLength));
+    return IsTrackFileName(stamp, "") && text.substr(0, length) == Header(format, stamp);
 }
 
 // Reads only the end of the file: a folder may hold many long tracks, and
@@ -321,22 +443,48 @@ bool EndsWithTrailer(const std::string& path, std::string_view trailer) {
     return in.read(tail.data(), static_cast<std::streamsize>(tail.size())) && tail == trailer;
 }
 
-std::int32_t FormatOfPath(const std::filesystem::path& path) {
-    if (path.extension() == ".gpx") return kTrackFormatGpx;
-    if (path.extension() == ".kml") return kTrackFormatKml;
+// The format of a name this program gives its GPX and KML tracks (with
+// extra after the extension, such as ".part"); the log format for any
+// other name.
+std::int32_t FormatOfTrackName(std::string_view name, std::string_view extra) {
+    if (!name.ends_with(extra)) return kTrackFormatLog;
+    name.remove_suffix(extra.size());
+    if (IsTrackFileName(name, ".gpx")) return kTrackFormatGpx;
+    if (IsTrackFileName(name, ".kml")) return kTrackFormatKml;
     return kTrackFormatLog;
+}
+
+// A ".part" file of this program that nothing writes any more: a document
+// whose writing was cut short. The program writes its own in a moment, but
+// a conversion running beside it writes one for as long as it runs (some
+// tens of kilobytes at a time), so only one left alone for a while is
+// taken as abandoned.
+bool IsAbandonedPartialDocument(const std::filesystem::path& path) {
+    constexpr auto kAbandonedAfter = std::chrono::minutes(10);
+    const std::int32_t format = FormatOfTrackName(path.filename().string(), kPartExtension);
+    std::error_code error;
+    const auto written = std::filesystem::last_write_time(path, error);
+    if (format == kTrackFormatLog || error ||
+        std::filesystem::file_time_type::clock::now() - written < kAbandonedAfter) {
+        return false;
+    }
+    std::ifstream in(path, std::ios::binary);
+    std::string start(std::max(KmlHeaderLength(), std::strlen(kGpxHeader)), '\0');
+    in.read(start.data(), static_cast<std::streamsize>(start.size()));
+    start.resize(static_cast<std::size_t>(in.gcount()));
+    return HasOurHeader(start, format);
 }
 
 }  // namespace
 
 bool RepairTrackFile(const std::string& path) {
-    const std::int32_t format = FormatOfPath(path);
+    const std::int32_t format =
+        FormatOfTrackName(std::filesystem::path(path).filename().string(), "");
     if (format == kTrackFormatLog || EndsWithTrailer(path, Trailer(format))) return false;
     const std::string text = ReadWholeText(path);
-    const std::size_t keep = EndOfLastCompletePart(text, format);
-    if (keep == std::string::npos) return false;
+    if (!HasOurHeader(text, format)) return false;
     std::error_code error;
-    std::filesystem::resize_file(path, keep, error);
+    std::filesystem::resize_file(path, EndOfLastCompletePart(text, format), error);
     if (error) return false;
     const FilePointer file = Unbuffered(std::fopen(path.c_str(), "ab"));
     return file && WriteAll(file.get(), Trailer(format));
@@ -347,8 +495,8 @@ int RepairTrackFolder(const std::string& trackLogFolder) {
     std::error_code error;
     for (const auto& entry : std::filesystem::directory_iterator(trackLogFolder, error)) {
         const std::filesystem::path& path = entry.path();
-        if (path.extension() == ".part") {
-            // Only a header and a trailer were written into it: nothing to keep.
+        if (IsAbandonedPartialDocument(path)) {
+            // Nothing in it is kept: the document was never finished.
             std::filesystem::remove(path, error);
         } else if (RepairTrackFile(path.string())) {
             ++repaired;

@@ -27,7 +27,7 @@ void FlushWriter(TrackLogger& logger) {
 void StartFile(TrackLogger& logger, const Options& options, const std::string& trackLogFolder,
                const Clock& clock) {
     std::string path;
-    if (!StartTrackFile(options, trackLogFolder, clock, path)) {
+    if (!StartTrackFile(options, trackLogFolder, clock, path, *logger.writer)) {
         RecordFailure(logger, trackLogFolder);
     }
     logger.currentPath = path;

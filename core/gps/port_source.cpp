@@ -1,8 +1,11 @@
 #include "core/gps/port_source.h"
 
 #include <chrono>
+#include <condition_variable>
 #include <cstdio>
 #include <cstring>
+#include <memory>
+#include <optional>
 #include <system_error>
 
 #include "core/gps/bluetooth_port.h"
@@ -57,51 +60,98 @@ void ResetReaderBuffers(PortSource& port) {
     port.parseRequested = 0;
 }
 
-// The pause between two reads. True when a stop was asked for, which also
-// cuts the pause short.
-bool PauseUntilStopRequested(PortSource& port) {
-    std::unique_lock<std::mutex> guard(port.pauseLock);
-    return port.pauseSignal.wait_for(guard, std::chrono::milliseconds(kReaderPauseMilliseconds),
-                                     [&port] { return port.stopRequested.load() != 0; });
+}  // namespace
+
+// What a reader thread shares with the stop. The thread holds it while it
+// runs, so it stays valid for a thread that the stop had to leave behind in
+// a read that never returns; once abandoned is set the thread returns as
+// soon as it gets the lock, without touching the source again. The lock is
+// held by the thread for everything but its read and its pause.
+struct ReaderLife {
+    std::mutex lock;
+    std::condition_variable signal;  // a stop was asked for, or the reader ended
+    bool stopAsked = false;
+    bool ended = false;
+    bool abandoned = false;
+    char readBuffer[kPortReadSize] = {};
+};
+
+namespace {
+
+// Hands a read to the source; the caller holds the life's lock.
+int HandleRead(PortSource& port, int count);
+
+// One read of the device into the life's own buffer, so that a read that
+// comes back after the stop gave up writes nothing of the source. Returns
+// the read's count, or nullopt when the thread has been left behind.
+std::optional<int> ThreadReaderPass(PortSource& port, ReaderLife& life,
+                                    std::unique_lock<std::mutex>& guard) {
+    SerialDevice* const device = port.links.device;
+    guard.unlock();
+    const int count = device->Read(life.readBuffer, kPortReadSize);
+    guard.lock();
+    if (life.abandoned) return std::nullopt;
+    if (count > 0) std::memcpy(port.readBuffer, life.readBuffer, static_cast<std::size_t>(count));
+    return HandleRead(port, count);
 }
 
-void ReaderThreadMain(PortSource& port) {
+void ReaderThreadMain(PortSource& port, std::shared_ptr<ReaderLife> life) {
+    std::unique_lock<std::mutex> guard(life->lock);
     ResetReaderBuffers(port);
-    if (!IsPortOpen(port)) return;
-    while (!PauseUntilStopRequested(port)) {
-        // A read that fills the whole read buffer leaves more waiting: a
-        // receiver at 115200 baud with ten fixes a second sends more than
-        // one such read per pause, and the reader would fall further behind
-        // every second. So a full read is followed by the next at once; the
-        // pause comes after a read that emptied the line, which keeps an
-        // idle reader from spinning.
-        while (ReaderPass(port) == kPortReadSize && port.stopRequested == 0) {
-        }
+    const auto stopAsked = [&life] { return life->stopAsked; };
+    const auto pause = std::chrono::milliseconds(kReaderPauseMilliseconds);
+    // A read that fills the whole read buffer leaves more waiting: a
+    // receiver at 115200 baud with ten fixes a second sends more than one
+    // such read per pause, and the reader would fall further behind every
+    // second. So a full read is followed by the next at once; the pause
+    // comes after a read that emptied the line, which keeps an idle reader
+    // from spinning.
+    while (IsPortOpen(port) && !life->signal.wait_for(guard, pause, stopAsked)) {
+        std::optional<int> count;
+        do {
+            count = ThreadReaderPass(port, *life, guard);
+            if (!count) return;
+        } while (*count == kPortReadSize && !life->stopAsked);
     }
     port.stopRequested = 0;
+    life->ended = true;
+    life->signal.notify_all();
 }
 
-// Asks the reader to end and waits for it. The reader notices within one
-// pause or one read time-out, about a second at most.
+// Asks the reader to end and waits for it, at most kReaderStopMilliseconds:
+// the reader notices within one pause or one read time-out. A reader still
+// inside a read after that is left behind to end by itself.
 void EndReaderThread(PortSource& port) {
-    {
-        std::lock_guard<std::mutex> guard(port.pauseLock);
-        port.stopRequested = 1;
-    }
-    port.pauseSignal.notify_all();
+    port.stopRequested = 1;
     if (!port.readerThread.joinable()) return;
+    const std::shared_ptr<ReaderLife> life = std::move(port.readerLife);
     if (port.readerThread.get_id() == std::this_thread::get_id()) {
-        // A stop from the reader's own thread cannot wait for itself.
+        // A stop from the reader's own thread, which holds the lock, cannot
+        // wait for itself.
+        life->stopAsked = true;
         port.lastErrorCode = kErrorReaderStop;
         port.readerThread.detach();
         return;
     }
-    port.readerThread.join();
+    std::unique_lock<std::mutex> guard(life->lock);
+    life->stopAsked = true;
+    life->signal.notify_all();
+    const bool ended = life->signal.wait_for(
+        guard, std::chrono::milliseconds(kReaderStopMilliseconds), [&life] { return life->ended; });
+    life->abandoned = !ended;
+    guard.unlock();
+    if (ended) {
+        port.readerThread.join();
+        return;
+    }
+    port.lastErrorCode = kErrorReaderStop;
+    port.readerThread.detach();
 }
 
 bool SpawnReaderThread(PortSource& port) {
     try {
-        port.readerThread = std::thread(ReaderThreadMain, std::ref(port));
+        port.readerLife = std::make_shared<ReaderLife>();
+        port.readerThread = std::thread(ReaderThreadMain, std::ref(port), port.readerLife);
     } catch (const std::system_error&) {
         return false;
     }
@@ -274,7 +324,12 @@ int CopyReadAsText(char* text, const char* bytes, int count) {
 }
 
 int ReaderPass(PortSource& port) {
-    const int count = port.links.device->Read(port.readBuffer, kPortReadSize);
+    return HandleRead(port, port.links.device->Read(port.readBuffer, kPortReadSize));
+}
+
+namespace {
+
+int HandleRead(PortSource& port, int count) {
     if (count < 0) return count;
 
     bool heldBack = false;
@@ -295,6 +350,8 @@ int ReaderPass(PortSource& port) {
     if (heldBack) AppendHeldBackRead(port, count);
     return count;
 }
+
+}  // namespace
 
 int WatchdogTick(PortSource& port) {
     int reason = kStopReasonNone;

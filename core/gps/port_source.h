@@ -1,9 +1,9 @@
 #pragma once
 
 #include <atomic>
-#include <condition_variable>
 #include <cstdint>
 #include <functional>
+#include <memory>
 #include <mutex>
 #include <string>
 #include <thread>
@@ -18,6 +18,8 @@ namespace tolvane {
 inline constexpr int kPortBufferSize = 2048;  // text gathered between parses
 inline constexpr int kPortReadSize = 1024;    // one read of the device
 inline constexpr int kReaderPauseMilliseconds = 200;
+// The longest a stop waits for the reader thread to end.
+inline constexpr int kReaderStopMilliseconds = 1000;
 inline constexpr int kWatchdogMilliseconds = 1000;
 inline constexpr int kSilentSecondsLimit = 30;
 
@@ -60,6 +62,8 @@ struct PortSourceLinks {
     // the device went away or fell silent.
     std::function<void()> lostGps;
 };
+
+struct ReaderLife;
 
 // How StartReader runs the reader: on its own thread, or pass by pass by the
 // caller (the replay), which then calls ReaderPass itself.
@@ -114,9 +118,9 @@ struct PortSource {
     // and the bytes of a read held back until a full buffer is parsed.
     char readBuffer[kPortReadSize + 1] = {};
 
-    // Lets StopPortSource cut the reader's pause short.
-    std::mutex pauseLock;
-    std::condition_variable pauseSignal;
+    // What the reader thread shares with the stop; it outlives the source
+    // when the stop has to leave the thread behind.
+    std::shared_ptr<ReaderLife> readerLife;
 
     // The NMEA log is named on the user-interface thread and written on the
     // reader thread.
@@ -144,6 +148,9 @@ bool OpenPort(PortSource& port);
 bool StartReader(PortSource& port, ReaderDrive drive = ReaderDrive::kThread);
 
 // Stops the watchdog and the reader, closes the port; returns stopReason.
+// A reader that has not ended within kReaderStopMilliseconds (a driver whose
+// read never returns) is left behind with kErrorReaderStop: it touches
+// nothing of the source once its read comes back.
 int StopPortSource(PortSource& port);
 
 bool IsPortOpen(const PortSource& port);

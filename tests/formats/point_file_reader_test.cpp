@@ -149,9 +149,9 @@ TEST(PointFileReaderTest, TrackFilesOfTheProgramReadBackWithTheirPoints) {
         testing::ManualClock clock({2011, 7, 4, 8, 5, 9, 0});
         const Options options = testing::LoggingOptions(format);
         std::string path;
-        ASSERT_TRUE(StartTrackFile(options, folder.Path(), clock, path));
-        DynamicList<TrackPoint> written;
         DirectTrackWriter writer;
+        ASSERT_TRUE(StartTrackFile(options, folder.Path(), clock, path, writer));
+        DynamicList<TrackPoint> written;
         for (int step = 0; step < 3; ++step) {
             AppendTrackPoint(options, FixAt(step), clock, path, written, writer);
             clock.AdvanceSeconds(10);

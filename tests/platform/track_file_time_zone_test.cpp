@@ -22,8 +22,8 @@ TEST(TrackFileTimeZoneTest, NamesAreLocalAndPointTimesAreUtc) {
     for (const std::int32_t format : {kTrackFormatKml, kTrackFormatGpx}) {
         const Options options = testing::LoggingOptions(format);
         std::string path;
-        StartTrackFile(options, folder.Path(), clock, path);
         DirectTrackWriter writer;
+        StartTrackFile(options, folder.Path(), clock, path, writer);
         AppendTrackPoint(options, gps, clock, path, track, writer);
         const std::string bytes = testing::ReadFileBytes(path);
         if (format == kTrackFormatKml) {

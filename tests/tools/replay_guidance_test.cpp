@@ -184,12 +184,13 @@ TEST_F(ReplayGuidanceTest, ArgumentsThatDoNotGoTogetherGiveUsage) {
     EXPECT_NE(noFolder.err.find("no such folder"), std::string::npos);
 }
 
-// A replay killed at random moments leaves a GPX file that is well-formed
-// and holds every point written before the kill: the first points of the
-// track of a run that was not killed. A kill that lands while the kernel
-// copies a point's write across a page boundary cuts that point short; the
-// next start of the track logger mends the file, as checked here.
-TEST_F(ReplayGuidanceTest, AKilledReplayLeavesACompleteTrack) {
+// A replay killed at any moment, while it starts the track, while it
+// writes it some tens of kilobytes at a time or while it finishes it,
+// leaves no GPX or KML track or a well-formed one (as xmllint reads it)
+// with every point of a run that was not killed. The ".part" file it was
+// writing into is the program's own, and a start of the track logger
+// removes it once it is abandoned, without touching the track.
+TEST_F(ReplayGuidanceTest, AKilledReplayLeavesNoBrokenTrack) {
     std::string recording;
     const std::string walk = testing::ReadFileBytes(kWalk);
     for (int copy = 0; copy < 150; ++copy) recording += walk;
@@ -197,40 +198,62 @@ TEST_F(ReplayGuidanceTest, AKilledReplayLeavesACompleteTrack) {
     testing::WriteFileBytes(log, recording);
 
     const std::string tool = std::string(TOLVANE_PROGRAM_DIR) + "/tolvane-tool";
-    const auto replay = [&](const std::string& out) {
+    const auto replay = [&](const std::string& format, const std::string& out) {
         std::filesystem::create_directory(out);
         const pid_t child = fork();
         if (child == 0) {
-            execl(tool.c_str(), "tolvane-tool", "replay", log.c_str(), "--track-format", "gpx",
-                  "--interval", "1", "--out", out.c_str(), static_cast<char*>(nullptr));
+            execl(tool.c_str(), "tolvane-tool", "replay", log.c_str(), "--track-format",
+                  format.c_str(), "--interval", "1", "--out", out.c_str(),
+                  static_cast<char*>(nullptr));
             _exit(127);
         }
         return child;
     };
-    const std::string whole = folder_.File("whole");
-    int status = 0;
-    waitpid(replay(whole), &status, 0);
-    ASSERT_EQ(status, 0);
-    const std::vector<std::string> all = GpsbabelRows("-t -i gpx", FilesIn(whole)[0]);
-    ASSERT_EQ(all.size(), 150u * kWalkFixes);
+    for (const std::string format : {"gpx", "kml"}) {
+        const std::string babel = format == "gpx" ? "-t -i gpx" : "-i kml";
+        const std::string whole = folder_.File("whole-" + format);
+        int status = 0;
+        const auto started = std::chrono::steady_clock::now();
+        waitpid(replay(format, whole), &status, 0);
+        const auto wholeRun = std::chrono::steady_clock::now() - started;
+        ASSERT_EQ(status, 0);
+        const std::vector<std::string> all = GpsbabelRows(babel, FilesIn(whole)[0]);
+        ASSERT_EQ(all.size(), 150u * kWalkFixes);
 
-    std::mt19937 random(12345);
-    std::uniform_int_distribution<int> delay(5, 150);
-    for (int run = 0; run < 8; ++run) {
-        const std::string out = folder_.File("killed" + std::to_string(run));
-        const pid_t child = replay(out);
-        std::this_thread::sleep_for(std::chrono::milliseconds(delay(random)));
-        kill(child, SIGKILL);
-        waitpid(child, &status, 0);
-        const std::vector<std::string> files = FilesIn(out);
-        if (files.empty()) continue;  // killed before the file was started
-        if (!IsWellFormedXml(files[0])) {
-            EXPECT_EQ(RepairTrackFolder(out), 1);
+        // Kills spread over the whole run and a little past its start.
+        std::mt19937 random(12345);
+        std::uniform_int_distribution<long> delay(
+            1, std::chrono::duration_cast<std::chrono::microseconds>(wholeRun).count());
+        for (int run = 0; run < 10; ++run) {
+            const std::string out = folder_.File("killed-" + format + std::to_string(run));
+            const pid_t child = replay(format, out);
+            std::this_thread::sleep_for(std::chrono::microseconds(delay(random)));
+            kill(child, SIGKILL);
+            waitpid(child, &status, 0);
+            const std::vector<std::string> tracks = FilesIn(out);
+            ASSERT_LE(tracks.size(), 1u);
+            std::vector<std::string> before;
+            for (const std::string& track : tracks) {
+                before.push_back(testing::ReadFileBytes(track));
+                ASSERT_TRUE(IsWellFormedXml(track)) << format << " run " << run;
+                const std::vector<std::string> kept = GpsbabelRows(babel, track);
+                EXPECT_TRUE(kept == all) << format << " run " << run;
+            }
+            // The ".part" file of the killed run, once it is left alone long
+            // enough to count as abandoned.
+            for (const auto& entry : std::filesystem::directory_iterator(out)) {
+                std::filesystem::last_write_time(
+                    entry.path(),
+                    std::filesystem::file_time_type::clock::now() - std::chrono::hours(1));
+            }
+            EXPECT_EQ(RepairTrackFolder(out), 0);
+            const auto entries = std::distance(std::filesystem::directory_iterator(out),
+                                               std::filesystem::directory_iterator());
+            EXPECT_EQ(static_cast<std::size_t>(entries), tracks.size());
+            for (std::size_t i = 0; i < tracks.size(); ++i) {
+                EXPECT_EQ(testing::ReadFileBytes(tracks[i]), before[i]);
+            }
         }
-        ASSERT_TRUE(IsWellFormedXml(files[0])) << "run " << run;
-        const std::vector<std::string> kept = GpsbabelRows("-t -i gpx", files[0]);
-        ASSERT_LE(kept.size(), all.size());
-        EXPECT_TRUE(std::equal(kept.begin(), kept.end(), all.begin())) << "run " << run;
     }
 }
 

@@ -143,6 +143,25 @@ TEST(TrackSafetyTest, ANewTrackNeverWritesIntoAnExistingFile) {
     EXPECT_EQ(ReadFileBytes(files[1]), before);
 }
 
+// Two programs that start a track in the same second (two replays of one
+// recording, run at once into one folder) get two files, each holding the
+// whole track, in every format.
+TEST(TrackSafetyTest, TwoReplaysAtOnceWriteTwoFiles) {
+    for (const std::string format : {"gpx", "kml", "log"}) {
+        for (int round = 0; round < 5; ++round) {
+            testing::TemporaryFolder folder;
+            const std::string replay = Quoted(kTool) + " replay " + Quoted(kWalk) +
+                                       " --track-format " + format + " --interval 1 --out " +
+                                       Quoted(folder.Path());
+            ASSERT_EQ(RunShell(replay + " & " + replay + " & wait").exitCode, 0);
+            const std::vector<std::string> files = FilesIn(folder.Path());
+            ASSERT_EQ(files.size(), 2u) << format;
+            EXPECT_EQ(ReadFileBytes(files[0]), ReadFileBytes(files[1])) << format;
+            EXPECT_TRUE(format == "log" || IsWellFormedXml(files[1])) << format;
+        }
+    }
+}
+
 TEST(TrackSafetyTest, UnwritableFoldersDatelessStartsAndFullOutputAreClear) {
     // /proc takes no new files, not even from root.
     const ShellResult unwritable = Replay("gpx", "/proc");

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <chrono>
 #include <filesystem>
 
 #include "tests/core/data/track_test_support.h"
@@ -62,7 +63,7 @@ class TrackFileTest : public ::testing::Test {
   protected:
     void Start(std::int32_t format) {
         options_ = LoggingOptions(format);
-        StartTrackFile(options_, folder_.Path(), clock_, path_);
+        StartTrackFile(options_, folder_.Path(), clock_, path_, writer_);
     }
     void Append() {
         clock_.AdvanceSeconds(10);
@@ -153,7 +154,7 @@ TEST_F(TrackFileTest, DamagedOrMissingFilesNeverGetAHalfPoint) {
     const std::string first = path_;
     const std::string onePoint = ReadFileBytes(path_);
     const ManualClock sameSecond({2011, 7, 4, 8, 5, 9, 0});
-    ASSERT_TRUE(StartTrackFile(options_, folder_.Path(), sameSecond, path_));
+    ASSERT_TRUE(StartTrackFile(options_, folder_.Path(), sameSecond, path_, writer_));
     EXPECT_EQ(path_, folder_.File("20110704080509_2.gpx"));
     EXPECT_EQ(ReadFileBytes(first), onePoint);
     EXPECT_EQ(ReadFileBytes(path_), std::string(kGpxHeader) + kGpxTrailer);
@@ -175,6 +176,25 @@ TEST_F(TrackFileTest, DamagedOrMissingFilesNeverGetAHalfPoint) {
     EXPECT_FALSE(std::filesystem::exists(folder_.File("missing")));
 }
 
+// Two programs that start a log in the same second both find its name
+// free, since a log is created by its first point: the second to write
+// takes the next name instead of writing into the first one's file.
+TEST_F(TrackFileTest, TwoLoggersInOneSecondWriteTwoFiles) {
+    Start(kTrackFormatLog);
+    std::string other;
+    DirectTrackWriter otherWriter;
+    ASSERT_TRUE(StartTrackFile(options_, folder_.Path(), clock_, other, otherWriter));
+    ASSERT_EQ(other, path_);
+    DynamicList<TrackPoint> otherTrack;
+    Append();
+    ASSERT_TRUE(AppendTrackPoint(options_, gps_, clock_, other, otherTrack, otherWriter));
+    Append();
+    ASSERT_TRUE(AppendTrackPoint(options_, gps_, clock_, other, otherTrack, otherWriter));
+    EXPECT_EQ(other, folder_.File("20110704080509_2.log"));
+    EXPECT_EQ(ReadFileBytes(other), ReadFileBytes(path_));
+    EXPECT_EQ(ReadFileBytes(path_).size(), 2 * (ReadFileBytes(path_).find('\n') + 1));
+}
+
 // A conversion's buffered writer makes the same bytes as the program's
 // direct one, across the writes it holds back and when it changes file.
 TEST_F(TrackFileTest, BufferedTracksAreTheSameBytes) {
@@ -183,14 +203,15 @@ TEST_F(TrackFileTest, BufferedTracksAreTheSameBytes) {
         BufferedTrackWriter buffered;
         TrackWriter* const writers[2] = {&writer_, &buffered};
         for (int file = 0; file < 2; ++file) {
-            Start(format);
-            paths[file] = path_;
+            options_ = LoggingOptions(format);
+            StartTrackFile(options_, folder_.Path(), clock_, path_, *writers[file]);
             track_.Clear();
             for (int point = 0; point < 1000; ++point) {
                 clock_.AdvanceSeconds(1);
                 ASSERT_TRUE(
                     AppendTrackPoint(options_, gps_, clock_, path_, track_, *writers[file]));
             }
+            paths[file] = path_;
             clock_.AdvanceSeconds(-1000);
         }
         ASSERT_TRUE(buffered.Flush());
@@ -227,10 +248,18 @@ TEST_F(TrackFileTest, RepairCutsBackToTheLastCompletePoint) {
     Start(kTrackFormatGpx);
     WriteFileBytes(path_, std::string(kGpxHeader).substr(0, 60));  // not even a whole header
     EXPECT_FALSE(RepairTrackFile(path_));
-    WriteFileBytes(folder_.File("20110704080509.gpx.part"), kGpxHeader);
+    // A ".part" file left alone for an hour was abandoned; a young one may
+    // be a conversion's that is still being written.
+    const std::string abandoned = folder_.File("20110704080509.gpx.part");
+    const std::string young = folder_.File("20110704080510.gpx.part");
+    WriteFileBytes(abandoned, kGpxHeader);
+    std::filesystem::last_write_time(
+        abandoned, std::filesystem::file_time_type::clock::now() - std::chrono::hours(1));
+    WriteFileBytes(young, kGpxHeader);
     WriteFileBytes(folder_.File("notes.log"), "1,2,,x");
     RepairTrackFolder(folder_.Path());
-    EXPECT_FALSE(std::filesystem::exists(folder_.File("20110704080509.gpx.part")));
+    EXPECT_FALSE(std::filesystem::exists(abandoned));
+    EXPECT_TRUE(std::filesystem::exists(young));
     EXPECT_EQ(ReadFileBytes(folder_.File("notes.log")), "1,2,,x");
 }
 

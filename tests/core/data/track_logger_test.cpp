@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <filesystem>
+#include <map>
 #include <vector>
 
 #include "tests/core/data/track_test_support.h"
@@ -14,6 +15,7 @@ namespace {
 
 using testing::EndsWith;
 using testing::ReadFileBytes;
+using testing::WriteFileBytes;
 
 std::size_t CountOf(const std::string& text, const std::string& part) {
     std::size_t count = 0;
@@ -108,6 +110,45 @@ TEST_F(TrackLoggerTest, AGpsRestartBeginsANewTrackAndANewFile) {
     EXPECT_EQ(logger_.liveTrack.Count(), 1);
     EXPECT_EQ(logger_.viewedTrack.Count(), 0);
     EXPECT_EQ(Files(), (std::vector<std::string>{"20110704080001.log", "20110704080016.log"}));
+}
+
+// Other programs' GPX and KML files kept in the track folder, even under
+// names like the program's own and cut short, stay byte for byte as they
+// are however often the GPS starts; the program's own track, cut inside a
+// point by a kill, is mended at the next start.
+TEST_F(TrackLoggerTest, StartsMendOnlyTheProgramsOwnInterruptedTracks) {
+    std::map<std::string, std::string> foreign;
+    for (const auto& entry : std::filesystem::directory_iterator(testing::TestDataFile("tracks"))) {
+        const std::string name = entry.path().filename().string();
+        if (name.starts_with(".")) continue;
+        foreign[name] = ReadFileBytes(entry.path().string());
+        WriteFileBytes(folder_.File(name), foreign[name]);
+    }
+    ASSERT_GE(foreign.size(), 6u);
+    for (const std::int32_t format : {kTrackFormatGpx, kTrackFormatKml}) {
+        gpsRunning_ = false;
+        Tick();
+        options_.trackLogFormat = format;
+        gpsRunning_ = true;
+        Tick(12);
+        const std::string ours = logger_.currentPath;
+        const std::string whole = ReadFileBytes(ours);
+        const std::size_t second =
+            whole.rfind(format == kTrackFormatGpx ? "<trkpt" : "  <Placemark>");
+        WriteFileBytes(ours, whole.substr(0, second + 40));
+
+        for (int start = 0; start < 20; ++start) {
+            gpsRunning_ = false;
+            Tick();
+            gpsRunning_ = true;
+            Tick();
+        }
+        for (const auto& [name, bytes] : foreign) {
+            EXPECT_EQ(ReadFileBytes(folder_.File(name)), bytes) << name;
+        }
+        EXPECT_EQ(ReadFileBytes(ours), whole.substr(0, second) +
+                                           (format == kTrackFormatGpx ? kGpxTrailer : kKmlTrailer));
+    }
 }
 
 TEST_F(TrackLoggerTest, IntervalSlotsAreClamped) {

@@ -2,9 +2,14 @@
 
 #include <gtest/gtest.h>
 
+#include <chrono>
+#include <condition_variable>
 #include <cstdio>
 #include <deque>
+#include <memory>
+#include <mutex>
 #include <string>
+#include <thread>
 
 #include "tests/core/nmea_sentence.h"
 
@@ -141,6 +146,75 @@ TEST_F(PortSourceTest, AnUnwritableLogIsPassedOverAndTheBytesAreStillParsed) {
     timers.tick();
     ReaderPass(port);
     EXPECT_EQ(port.parseStats.rmc, 1);
+}
+
+// A device whose read never comes back, as a broken driver's does, until
+// the test lets it go. The read holds its own share of the gate, so the
+// device may go before the read returns.
+class HangingDevice final : public SerialDevice {
+  public:
+    struct Gate {
+        std::mutex lock;
+        std::condition_variable signal;
+        bool reading = false;
+        bool released = false;
+    };
+
+    bool Open(const std::string&) override { return open = true; }
+    bool IsOpen() const override { return open; }
+    bool Configure(const SerialSettings&) override { return true; }
+    bool SetReadTimeouts() override { return true; }
+    int Read(char*, int) override {
+        const std::shared_ptr<Gate> held = gate;
+        std::unique_lock<std::mutex> guard(held->lock);
+        held->reading = true;
+        held->signal.notify_all();
+        held->signal.wait(guard, [&held] { return held->released; });
+        return 0;
+    }
+    bool IsGone() override { return false; }
+    void Close() override { open = false; }
+
+    std::shared_ptr<Gate> gate = std::make_shared<Gate>();
+    bool open = false;
+};
+
+// Stop GPS and the exit wait about a second for a reader stuck in a read,
+// then leave it behind with the stop error. The source may then go; the
+// reader, once its read returns, touches nothing of it and ends.
+TEST(PortSourceStopTest, AReadThatNeverReturnsHoldsTheStopForAboutASecond) {
+    HangingDevice device;
+    ManualTimers timers;
+    auto port = std::make_unique<PortSource>();
+    port->links.device = &device;
+    port->links.timers = &timers;
+    ASSERT_TRUE(OpenPort(*port));
+    ASSERT_TRUE(StartReader(*port));
+    const std::shared_ptr<HangingDevice::Gate> gate = device.gate;
+    {
+        std::unique_lock<std::mutex> guard(gate->lock);
+        gate->signal.wait(guard, [&gate] { return gate->reading; });
+    }
+    const std::weak_ptr<ReaderLife> life = port->readerLife;
+
+    const auto start = std::chrono::steady_clock::now();
+    StopPortSource(*port);
+    const auto waited = std::chrono::steady_clock::now() - start;
+    EXPECT_GE(waited, std::chrono::milliseconds(kReaderStopMilliseconds));
+    EXPECT_LT(waited, std::chrono::seconds(5));
+    EXPECT_EQ(port->lastErrorCode, kErrorReaderStop);
+    EXPECT_FALSE(port->readerThread.joinable());
+
+    port.reset();
+    {
+        std::lock_guard<std::mutex> guard(gate->lock);
+        gate->released = true;
+    }
+    gate->signal.notify_all();
+    for (int wait = 0; wait < 500 && !life.expired(); ++wait) {
+        std::this_thread::sleep_for(std::chrono::milliseconds(10));
+    }
+    EXPECT_TRUE(life.expired());
 }
 
 }  // namespace
