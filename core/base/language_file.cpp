@@ -93,7 +93,9 @@ bool ParseLanguageSource(std::string_view source, std::vector<LanguageEntry>& en
         std::string_view line = source.substr(0, end);
         source = end == std::string_view::npos ? std::string_view() : source.substr(end + 1);
         ++lineNumber;
-        if (!line.empty() && line.back() == '\r') line.remove_suffix(1);
+        // Carriage returns at a line's end are the line end of another
+        // system, however many an editor left there.
+        while (!line.empty() && line.back() == '\r') line.remove_suffix(1);
         if (line.empty() || line.front() == '#') continue;
 
         const std::string where = "line " + std::to_string(lineNumber) + ": ";

@@ -94,8 +94,12 @@ TEST_F(StringManagerTest, AMessageWithoutItsLanguageFileShowsTheBuiltInEnglish) 
 TEST(LanguageSourceTest, ParsesEscapesAndReportsTheBadLine) {
     std::vector<LanguageEntry> entries;
     std::string error;
-    ASSERT_TRUE(ParseLanguageSource("# comment\r\n\n10\tA\\tB\\nC\\\\\r\n11\tx", entries, error));
+    ASSERT_TRUE(
+        ParseLanguageSource("# comment\r\n\n10\tA\\tB\\nC\\\\\r\n11\tx\r\r\n", entries, error));
     ASSERT_EQ(entries.size(), 2u);
+    // Every carriage return at a line's end goes, so the text formats to a
+    // line that reads back the same.
+    EXPECT_EQ(entries[1].text, "x");
     EXPECT_EQ(entries[0].text, "A\tB\nC\\");
     EXPECT_EQ(FormatLanguageSourceLine(entries[0]), "10\tA\\tB\\nC\\\\");
 
