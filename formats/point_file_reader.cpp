@@ -3,6 +3,7 @@
 #include <libxml/entities.h>
 #include <libxml/xmlreader.h>
 
+#include <filesystem>
 #include <fstream>
 #include <functional>
 #include <iterator>
@@ -42,8 +43,8 @@ std::string EntityName(const xmlChar* name) {
     return "Entity '" + std::string(View(name)) + "'";
 }
 
-std::string AppendEntityText(xmlDocPtr document, const xmlChar* name, int depth,
-                             std::size_t limit, std::string& text);
+std::string AppendEntityText(xmlDocPtr document, const xmlChar* name, int depth, std::size_t limit,
+                             std::string& text);
 
 // Appends the text of nodes an entity holds, with that of the entities they
 // name; empty when done, else why the text cannot be had.
@@ -69,8 +70,8 @@ std::string AppendNodesText(xmlDocPtr document, xmlNodePtr node, int depth, std:
 // Appends the text of the entity called name, as the document declares
 // it. Only the document's own entities are read: an external one would
 // reach outside the file and is refused, as is one that is not declared.
-std::string AppendEntityText(xmlDocPtr document, const xmlChar* name, int depth,
-                             std::size_t limit, std::string& text) {
+std::string AppendEntityText(xmlDocPtr document, const xmlChar* name, int depth, std::size_t limit,
+                             std::string& text) {
     const xmlEntityPtr entity = xmlGetDocEntity(document, name);
     if (entity == nullptr) return EntityName(name) + " is not declared";
     if (entity->etype == XML_INTERNAL_PREDEFINED_ENTITY) {
@@ -99,22 +100,22 @@ std::string AppendEntityText(xmlDocPtr document, const xmlChar* name, int depth,
 class XmlReader {
   public:
     explicit XmlReader(const std::string& path) {
-        std::ifstream in(path, std::ios::binary);
-        if (!in) return;
-        bytes_.assign(std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>());
+        std::error_code error;
+        const std::uintmax_t size = std::filesystem::file_size(path, error);
+        if (error || !std::ifstream(path, std::ios::binary)) return;
         opened_ = true;
-        // libxml2 takes the length of a document in memory as an int.
-        if (bytes_.size() > static_cast<std::size_t>(std::numeric_limits<int>::max())) {
-            errorText_ = "Document is too large";
+        if (size == 0) {
+            // libxml2 makes no reader for an empty file.
+            errorText_ = "Document is empty";
             return;
         }
-        reader_.reset(xmlReaderForMemory(bytes_.data(), static_cast<int>(bytes_.size()),
-                                         path.c_str(), nullptr, XML_PARSE_NONET));
+        fileBytes_ = static_cast<double>(size);
+        // The file is read as the walk goes, a piece at a time, never whole.
+        reader_.reset(xmlReaderForFile(path.c_str(), nullptr, XML_PARSE_NONET));
         if (reader_) {
             xmlTextReaderSetStructuredErrorHandler(reader_.get(), KeepError, this);
         } else {
-            // libxml2 makes no reader for an empty file.
-            errorText_ = "Document is empty";
+            errorText_ = "Document cannot be read";
         }
     }
 
@@ -123,13 +124,23 @@ class XmlReader {
     // Moves to the next node; false at the end of the document or where it
     // breaks (then Broken() is true).
     bool Read() {
-        if (!reader_ || broken_) return false;
+        if (!reader_ || broken_ || stoppedFor_ != ImportProblem::kNone) return false;
+        if (++nodes_ % kNodesPerProgress == 0 && progress_ && !progress_(Share())) {
+            Stop(ImportProblem::kCancelled);
+            return false;
+        }
         const int result = xmlTextReaderRead(reader_.get());
         if (result < 0) broken_ = true;
         return result == 1;
     }
 
-    bool Broken() const { return broken_ || !reader_; }
+    // Ends the read for a reason of the program's own: the next Read gives
+    // false, and the document counts as broken off.
+    void Stop(ImportProblem reason) { stoppedFor_ = reason; }
+    ImportProblem StoppedFor() const { return stoppedFor_; }
+    void SetProgress(const ImportProgress& progress) { progress_ = progress; }
+
+    bool Broken() const { return broken_ || !reader_ || stoppedFor_ != ImportProblem::kNone; }
     int ErrorLine() const { return errorLine_; }
     const std::string& ErrorText() const { return errorText_; }
 
@@ -161,9 +172,9 @@ class XmlReader {
     bool AppendEntity(std::string& text) {
         const xmlNodePtr node = xmlTextReaderCurrentNode(reader_.get());
         const std::string reason =
-            node == nullptr ? "Entity reference without a node"
-                            : AppendEntityText(node->doc, node->name, 0,
-                                               text.size() + kMostEntityText, text);
+            node == nullptr
+                ? "Entity reference without a node"
+                : AppendEntityText(node->doc, node->name, 0, text.size() + kMostEntityText, text);
         if (reason.empty()) return true;
         broken_ = true;
         if (errorText_.empty()) {
@@ -187,7 +198,18 @@ class XmlReader {
         void operator()(xmlTextReaderPtr reader) const { xmlFreeTextReader(reader); }
     };
 
-    std::string bytes_;
+    // How many nodes pass between two reports of progress.
+    static constexpr long kNodesPerProgress = 4096;
+
+    double Share() const {
+        return std::min(1.0,
+                        static_cast<double>(xmlTextReaderByteConsumed(reader_.get())) / fileBytes_);
+    }
+
+    double fileBytes_ = 1;
+    long nodes_ = 0;
+    ImportProgress progress_;
+    ImportProblem stoppedFor_ = ImportProblem::kNone;
     bool opened_ = false;
     bool broken_ = false;
     std::unique_ptr<xmlTextReader, Closer> reader_;
@@ -280,6 +302,8 @@ class DocumentWalk {
 // Everything one read gathers, and the first problem it met.
 class ReadState {
   public:
+    explicit ReadState(XmlReader& reader) : reader_(reader) {}
+
     ImportRead result;
 
     void PointSkipped(int line) {
@@ -294,10 +318,22 @@ class ReadState {
         result.problemDetail = std::move(detail);
     }
 
+    // Counts a point that is kept; past the most a file may give, the read
+    // stops. False then.
+    bool KeepPoint() {
+        if (++pointsKept_ <= kMostImportPoints) return true;
+        reader_.Stop(ImportProblem::kTooManyPoints);
+        return false;
+    }
+
     // Marks a broken document, where the reader stopped.
     void Broken(const XmlReader& reader) {
         if (!reader.Opened()) {
             result.problem = ImportProblem::kNotOpened;
+            return;
+        }
+        if (reader.StoppedFor() != ImportProblem::kNone) {
+            result.problem = reader.StoppedFor();
             return;
         }
         // A broken document is the problem to report, ahead of a bad point
@@ -305,6 +341,10 @@ class ReadState {
         result.problem = ImportProblem::kNone;
         Problem(ImportProblem::kBroken, reader.ErrorLine(), reader.ErrorText());
     }
+
+  private:
+    XmlReader& reader_;
+    int pointsKept_ = 0;
 };
 
 std::optional<double> Coordinate(const std::optional<std::string>& text, double limit) {
@@ -339,6 +379,7 @@ bool ReadGpxPoint(DocumentWalk& walk, ReadState& state,
     }
     point.latitude = *latitude;
     point.longitude = *longitude;
+    if (!state.KeepPoint()) return false;
     keep(point);
     return true;
 }
@@ -434,6 +475,7 @@ void AddKmlPoints(ReadState& state, int line, KmlTexts& texts) {
         }
         point.longitude = *longitude;
         point.latitude = *latitude;
+        if (!state.KeepPoint()) return;
         track.points.push_back(ToTrackPoint(point));
     }
 }
@@ -453,9 +495,10 @@ bool ReadKmlContainer(DocumentWalk& walk, ReadState& state) {
 
 // Reads an XML document whose root is one of the kinds asked for; any other
 // root is a foreign file.
-ImportRead ReadXmlDocument(const std::string& path, bool gpxOnly) {
+ImportRead ReadXmlDocument(const std::string& path, bool gpxOnly, const ImportProgress& progress) {
     XmlReader reader(path);
-    ReadState state;
+    reader.SetProgress(progress);
+    ReadState state(reader);
     DocumentWalk walk(reader);
     if (!walk.ToRoot()) {
         state.Broken(reader);
@@ -501,13 +544,13 @@ ImportRead ReadLogFile(const std::string& path) {
 
 }  // namespace
 
-ImportRead ReadGpxFile(const std::string& path) {
-    return ReadXmlDocument(path, true);
+ImportRead ReadGpxFile(const std::string& path, const ImportProgress& progress) {
+    return ReadXmlDocument(path, true, progress);
 }
 
-ImportRead ReadTrackFile(const std::string& path) {
+ImportRead ReadTrackFile(const std::string& path, const ImportProgress& progress) {
     if (StartsLikeXml(path)) {
-        ImportRead read = ReadXmlDocument(path, false);
+        ImportRead read = ReadXmlDocument(path, false, progress);
         // A GPX file's waypoints and routes are not part of a track.
         read.contents.waypoints.clear();
         read.contents.routes.clear();

@@ -12,13 +12,16 @@ namespace tolvane {
 // hold. A file that is not well-formed, is not GPX or holds a point without
 // a readable position says so in the result's problem; what was read up to
 // there is in the contents all the same, and the import refuses the file.
-ImportRead ReadGpxFile(const std::string& path);
+// The file is read a piece at a time; a file of more than kMostImportPoints
+// points stops there with kTooManyPoints, and progress, when given, hears
+// how far the read is and may cancel it (kCancelled).
+ImportRead ReadGpxFile(const std::string& path, const ImportProgress& progress = {});
 
 // Reads a track file for "View Log File": the program's log format, or a GPX
 // (its tracks) or KML (its placemarks' points and lines) document, told
 // apart by what the file holds rather than by its name. The points that can
 // be read are kept; the rest are counted as skipped, and a document that
 // breaks off keeps what came before the break.
-ImportRead ReadTrackFile(const std::string& path);
+ImportRead ReadTrackFile(const std::string& path, const ImportProgress& progress = {});
 
 }  // namespace tolvane

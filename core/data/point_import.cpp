@@ -117,6 +117,10 @@ std::string ImportProblemText(const ImportRead& read) {
             return FillLanguageText(kTextProblemForeign, {read.problemDetail});
         case ImportProblem::kBadPoint:
             return FillLanguageText(kTextProblemBadPoint, {line});
+        case ImportProblem::kTooManyPoints:
+            return FillLanguageText(kTextProblemTooManyPoints, {GroupedCount(kMostImportPoints)});
+        case ImportProblem::kCancelled:
+            return LanguageText(kTextProblemCancelled);
     }
     return {};
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -48,11 +49,23 @@ struct ImportContents {
 // What kept a file from being read whole.
 enum class ImportProblem {
     kNone,
-    kNotOpened,  // missing or unreadable
-    kBroken,     // not well-formed XML, or cut short
-    kForeign,    // well-formed, but neither GPX nor a track file
-    kBadPoint,   // a point without a readable position
+    kNotOpened,      // missing or unreadable
+    kBroken,         // not well-formed XML, or cut short
+    kForeign,        // well-formed, but neither GPX nor a track file
+    kBadPoint,       // a point without a readable position
+    kTooManyPoints,  // more than kMostImportPoints points
+    kCancelled,      // the user stopped the read
 };
+
+// The most points one file may give: half a million track points are six
+// days of one-second logging, and the points of a larger file would take
+// more memory than a handheld can spare (a waypoint read takes some 300
+// bytes until it is imported).
+inline constexpr int kMostImportPoints = 500000;
+
+// Called now and then while a file is read, with the share of it read so
+// far (0 to 1); false stops the read as cancelled.
+using ImportProgress = std::function<bool(double share)>;
 
 struct ImportRead {
     ImportContents contents;
@@ -88,6 +101,8 @@ inline constexpr std::uint32_t kTextProblemNotOpened = 17421;
 inline constexpr std::uint32_t kTextProblemBroken = 17422;
 inline constexpr std::uint32_t kTextProblemForeign = 17423;
 inline constexpr std::uint32_t kTextProblemBadPoint = 17424;
+inline constexpr std::uint32_t kTextProblemTooManyPoints = 17427;
+inline constexpr std::uint32_t kTextProblemCancelled = 17428;
 inline constexpr std::uint32_t kTextTrackFileFilter = 17425;
 inline constexpr std::uint32_t kTextImportEmpty = 17426;
 inline constexpr std::uint32_t kTextTrackPartlyRead = 17430;

@@ -1,14 +1,19 @@
 #include "shell/dialogs/dialog_parts.h"
 
 #include <QDialog>
+#include <QEventLoop>
 #include <QFileDialog>
 #include <QGridLayout>
 #include <QMessageBox>
 #include <QPainter>
 #include <QPixmap>
+#include <QProgressDialog>
 #include <QPushButton>
 #include <QScreen>
+#include <QThread>
+#include <QTimer>
 #include <algorithm>
+#include <atomic>
 
 #include "core/app/program.h"
 #include "core/base/string_manager.h"
@@ -115,6 +120,38 @@ void FitDialog(QDialog& dialog, QWidget* parent, DialogFit fit) {
     placed.moveCenter(used == DialogFit::kComfortable ? area.center() : over.center());
     dialog.move(ClampStart(placed.left(), size.width(), area.left(), area.width()),
                 ClampStart(placed.top(), size.height(), area.top(), area.height()));
+}
+
+ImportRead ReadWithProgress(QWidget* parent, const QString& title,
+                            const std::function<ImportRead(const ImportProgress&)>& read) {
+    constexpr int kSteps = 1000;
+    std::atomic<int> done{0};
+    std::atomic<bool> cancelled{false};
+    ImportRead result;
+    QThread* worker = QThread::create([&] {
+        result = read([&](double share) {
+            done = static_cast<int>(share * kSteps);
+            return !cancelled;
+        });
+    });
+    // The dialog shows itself only when the read takes longer than a moment.
+    QProgressDialog progress(parent);
+    progress.setWindowTitle(title);
+    progress.setLabelText(title);
+    progress.setWindowModality(Qt::WindowModal);
+    progress.setRange(0, kSteps);
+    progress.setMinimumDuration(300);
+    QObject::connect(&progress, &QProgressDialog::canceled, [&cancelled] { cancelled = true; });
+    QTimer tick;
+    QObject::connect(&tick, &QTimer::timeout, [&] { progress.setValue(done); });
+    QEventLoop loop;
+    QObject::connect(worker, &QThread::finished, &loop, &QEventLoop::quit);
+    tick.start(100);
+    worker->start();
+    loop.exec();
+    worker->wait();
+    delete worker;
+    return result;
 }
 
 QString ChooseFile(QWidget* parent, FileChoice choice, const QString& title,

@@ -4,8 +4,11 @@
 #include <QPushButton>
 #include <QString>
 #include <cstdint>
+#include <functional>
 #include <initializer_list>
 #include <string>
+
+#include "core/data/point_import.h"
 
 class QDialog;
 class QGridLayout;
@@ -71,6 +74,12 @@ QPushButton* CommandButton(Dialog* dialog, std::uint32_t text, void (Dialog::*ru
     QObject::connect(button, &QPushButton::clicked, dialog, run);
     return button;
 }
+
+// Reads a point or track file on a thread of its own behind a progress
+// dialog with Cancel, so that the window keeps painting while a large file
+// is read; Cancel makes the read end as cancelled.
+ImportRead ReadWithProgress(QWidget* parent, const QString& title,
+                            const std::function<ImportRead(const ImportProgress&)>& read);
 
 // Whether the parent is as narrow as a phone held upright.
 bool IsNarrow(const QWidget* parent);

@@ -66,7 +66,10 @@ void RunGpxImport(Program& program, QWidget* parent) {
                    Text(kTextGpxFileFilter), DialogFit::kCoverWindow)
             .toStdString();
     if (path.empty()) return;
-    const ImportRead read = ReadGpxFile(path);
+    const ImportRead read = ReadWithProgress(
+        parent, Text(kCommandImport),
+        [&path](const ImportProgress& progress) { return ReadGpxFile(path, progress); });
+    if (read.problem == ImportProblem::kCancelled) return;
     const std::string refusal = ImportRefusal(path, read);
     if (!refusal.empty()) {
         program.host.ShowMessage(refusal, program.title, MessageIcon::kStop);

@@ -14,7 +14,11 @@ void RunViewLogFile(Program& program, QWidget* parent) {
                                         DialogFit::kCoverWindow)
                                  .toStdString();
     if (path.empty()) return;
-    const std::string message = ViewTrackFile(program.app, path, ReadTrackFile(path));
+    const ImportRead read = ReadWithProgress(
+        parent, Text(kCommandViewLogFile),
+        [&path](const ImportProgress& progress) { return ReadTrackFile(path, progress); });
+    if (read.problem == ImportProblem::kCancelled) return;
+    const std::string message = ViewTrackFile(program.app, path, read);
     program.host.Repaint();
     if (!message.empty())
         program.host.ShowMessage(message, program.title, MessageIcon::kInformation);

@@ -8,6 +8,8 @@
 
 #include <algorithm>
 #include <filesystem>
+#include <fstream>
+#include <vector>
 
 #include "core/app/file_import.h"
 #include "core/data/geo_point_file.h"
@@ -235,6 +237,53 @@ TEST(PointFileReaderTest, FilesThatGpsbabelWritesImport) {
         EXPECT_EQ(LoadPointFile(outcome.routeFiles[0], route).recordsRead, 3);
         EXPECT_EQ(app.track.viewedTrack.Count(), static_cast<int>(trackPoints));
     }
+}
+
+}  // namespace
+}  // namespace tolvane
+
+namespace tolvane {
+namespace {
+
+// A GPX file of bare waypoints, as large as the count makes it.
+std::string WriteBareWaypoints(const std::string& path, int count) {
+    std::ofstream out(path, std::ios::binary);
+    out << "<?xml version=\"1.0\"?>\n<gpx version=\"1.1\" creator=\"test\" "
+           "xmlns=\"http://www.topografix.com/GPX/1/1\">\n";
+    for (int i = 0; i < count; ++i) out << "<wpt lat=\"1\" lon=\"2\"/>\n";
+    out << "</gpx>\n";
+    return path;
+}
+
+TEST(PointFileReaderTest, AFileOfTooManyPointsStopsAtTheLimitAndSaysWhy) {
+    const testing::TemporaryFolder folder;
+    const std::string path =
+        WriteBareWaypoints(folder.File("many.gpx"), kMostImportPoints + 1);
+    const ImportRead read = ReadGpxFile(path);
+    EXPECT_EQ(read.problem, ImportProblem::kTooManyPoints);
+    EXPECT_EQ(read.contents.waypoints.size(), static_cast<std::size_t>(kMostImportPoints));
+    EXPECT_NE(ImportRefusal(path, read).find("more than 500 000 points"), std::string::npos)
+        << ImportRefusal(path, read);
+}
+
+TEST(PointFileReaderTest, ProgressRisesToTheWholeFileAndCanCancel) {
+    const testing::TemporaryFolder folder;
+    const std::string path = WriteBareWaypoints(folder.File("some.gpx"), 20000);
+    std::vector<double> shares;
+    const ImportRead whole = ReadGpxFile(path, [&shares](double share) {
+        shares.push_back(share);
+        return true;
+    });
+    EXPECT_EQ(whole.problem, ImportProblem::kNone);
+    EXPECT_EQ(whole.contents.waypoints.size(), 20000u);
+    ASSERT_GE(shares.size(), 5u);
+    EXPECT_TRUE(std::is_sorted(shares.begin(), shares.end()));
+    EXPECT_GT(shares.back(), 0.8);
+    EXPECT_LE(shares.back(), 1.0);
+
+    const ImportRead cancelled = ReadTrackFile(path, [](double) { return false; });
+    EXPECT_EQ(cancelled.problem, ImportProblem::kCancelled);
+    EXPECT_LT(cancelled.contents.tracks.size() + cancelled.contents.waypoints.size(), 2u);
 }
 
 }  // namespace
