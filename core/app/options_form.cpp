@@ -11,6 +11,7 @@
 #include "core/base/string_manager.h"
 #include "core/data/geo_point_file.h"
 #include "core/geo/formatting.h"
+#include "core/gps/gps_processing.h"
 #include "core/nav/voice_guide.h"
 
 namespace tolvane {
@@ -19,7 +20,6 @@ namespace {
 constexpr int kUnitSystemCount = 3;
 constexpr int kCoordinateFormatCount = 3;
 constexpr int kTrackLogFormatCount = 3;
-constexpr int kDataProcessorCount = 3;
 constexpr int kVoiceEngineCount = 1;
 
 // The figure as the edit shows it: plain decimals, as a user types them

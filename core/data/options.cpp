@@ -15,7 +15,6 @@ namespace {
 constexpr int kDefaultSpeedAlarms[kSpeedAlarmCount] = {50, 60, 70, 80, 90, 100, 110, 120};
 constexpr int kDefaultTrackIntervals[kTrackIntervalCount] = {10, 20, 30, 60};
 constexpr int kLastUnitSystem = 3;
-constexpr int kLastDataProcessor = kProcessorSmoothing;
 
 void ValidateLoaded(Options& options) {
     if (options.trackIntervalIndex < 0 || options.trackIntervalIndex > 3) {
@@ -24,7 +23,7 @@ void ValidateLoaded(Options& options) {
     if (options.speedAlarmIndex < -1 || options.speedAlarmIndex > 7) options.speedAlarmIndex = -1;
     if (options.unitSystem < 0 || options.unitSystem > kLastUnitSystem) options.unitSystem = 0;
     // A processor the program does not have would never give a fix.
-    if (options.dataProcessor < 0 || options.dataProcessor > kLastDataProcessor) {
+    if (options.dataProcessor < 0 || options.dataProcessor >= kDataProcessorCount) {
         options.dataProcessor = kProcessorRaw;
     }
     // Every wide field ends inside its array, whatever the file held.

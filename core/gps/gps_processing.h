@@ -9,6 +9,7 @@ namespace tolvane {
 
 // The data processors of the Options combo "Data Processor".
 enum DataProcessor : int { kProcessorRaw = 0, kProcessorAveraging = 1, kProcessorSmoothing = 2 };
+inline constexpr int kDataProcessorCount = kProcessorSmoothing + 1;
 
 inline constexpr int kAveragingSlots = 5;
 

@@ -3,7 +3,6 @@
 #include <QImage>
 #include <QImageReader>
 #include <algorithm>
-#include <cstring>
 #include <utility>
 
 #include "formats/png_rows.h"

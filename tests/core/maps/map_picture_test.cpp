@@ -37,24 +37,5 @@ TEST(RowShrinkerTest, EachPixelIsTheMeanOfThePixelsItCovers) {
     EXPECT_EQ(image.pixels, (std::vector<std::uint32_t>{0x363636, 0x7F007F, 0x102030, 0x007F00}));
 }
 
-TEST(RowShrinkerTest, APictureOfSixteenThousandSquareBecomesTheLargestLevel) {
-    constexpr int kSide = 16000;
-    const LevelSize largest = LargestLevelSize(kSide, kSide);
-    EXPECT_EQ(largest.width, 4096);
-    RowShrinker shrinker(kSide, kSide, largest);
-    // Left half black, right half white, the top quarter red.
-    std::vector<std::uint32_t> plain(kSide, 0);
-    for (int x = kSide / 2; x < kSide; ++x) plain[x] = 0xFFFFFF;
-    const std::vector<std::uint8_t> lower = RgbRow(plain);
-    const std::vector<std::uint8_t> upper = RgbRow(std::vector<std::uint32_t>(kSide, 0xFF0000));
-    for (int y = 0; y < kSide; ++y) shrinker.AddRow((y < kSide / 4 ? upper : lower).data());
-    const Image image = shrinker.Take();
-    ASSERT_EQ(image.pixels.size(), 4096u * 4096u);
-    EXPECT_EQ(image.pixels[10], 0xFF0000u);
-    EXPECT_EQ(image.pixels[4096 * 2048 + 10], 0x000000u);
-    EXPECT_EQ(image.pixels[4096 * 2048 + 4000], 0xFFFFFFu);
-    EXPECT_EQ(image.pixels.back(), 0xFFFFFFu);
-}
-
 }  // namespace
 }  // namespace tolvane
