@@ -531,17 +531,6 @@ bool StartsLikeXml(const std::string& path) {
     return first != std::string::npos && start[first] == '<';
 }
 
-ImportRead ReadLogFile(const std::string& path) {
-    DynamicList<TrackPoint> points;
-    const CsvReadResult read = ReadTrackLogFile(path, points);
-    ImportRead result;
-    if (!read.opened) result.problem = ImportProblem::kNotOpened;
-    result.pointsSkipped = read.linesSkipped;
-    ImportTrack& track = result.contents.tracks.emplace_back();
-    points.ForEach([&](const TrackPoint& point) { track.points.push_back(point); });
-    return result;
-}
-
 }  // namespace
 
 ImportRead ReadGpxFile(const std::string& path, const ImportProgress& progress) {
@@ -556,7 +545,7 @@ ImportRead ReadTrackFile(const std::string& path, const ImportProgress& progress
         read.contents.routes.clear();
         return read;
     }
-    return ReadLogFile(path);
+    return ReadTrackLog(path, progress);
 }
 
 }  // namespace tolvane

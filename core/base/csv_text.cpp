@@ -1,5 +1,6 @@
 #include "core/base/csv_text.h"
 
+#include <algorithm>
 #include <charconv>
 #include <cmath>
 #include <cstdarg>
@@ -50,23 +51,40 @@ std::string FormatText(const char* format, ...) {
 }
 
 bool ReadTextLines(const std::string& path, const std::function<void(std::string_view)>& onLine) {
+    return ReadTextLinesWhile(path, [&onLine](std::string_view line, double) {
+        onLine(line);
+        return true;
+    });
+}
+
+bool ReadTextLinesWhile(const std::string& path,
+                        const std::function<bool(std::string_view line, double shareRead)>& onLine) {
     const FilePointer file(std::fopen(path.c_str(), "rb"));
     if (!file) return false;
+    // A pipe or a device has no size; its share stays at 0.
+    double fileBytes = 0;
+    if (std::fseek(file.get(), 0, SEEK_END) == 0) {
+        fileBytes = static_cast<double>(std::max(0L, std::ftell(file.get())));
+        std::rewind(file.get());
+    }
     std::string line;
     char chunk[8192];
+    double bytesRead = 0;
     std::size_t read = 0;
     while ((read = std::fread(chunk, 1, sizeof chunk, file.get())) > 0) {
+        bytesRead += static_cast<double>(read);
+        const double share = fileBytes > 0 ? std::min(1.0, bytesRead / fileBytes) : 0.0;
         for (std::size_t i = 0; i < read; ++i) {
             const char c = chunk[i];
             if (c == '\r' || c == '\n') {
-                if (!line.empty()) onLine(line);
+                if (!line.empty() && !onLine(line, share)) return true;
                 line.clear();
             } else if (line.size() < kMaxCsvLineBytes) {
                 line += c;
             }
         }
     }
-    if (!line.empty()) onLine(line);
+    if (!line.empty()) onLine(line, 1.0);
     return true;
 }
 

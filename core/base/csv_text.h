@@ -37,6 +37,12 @@ std::string FormatText(const char* format, ...) __attribute__((format(printf, 1,
 // can't be opened.
 bool ReadTextLines(const std::string& path, const std::function<void(std::string_view)>& onLine);
 
+// As ReadTextLines, with the share of the file read so far (0 to 1) beside
+// each line, for a reader that shows progress; the read ends early where
+// onLine returns false.
+bool ReadTextLinesWhile(const std::string& path,
+                        const std::function<bool(std::string_view line, double shareRead)>& onLine);
+
 // Splits at commas into at most maxColumns columns; the last one keeps the
 // rest of the line, commas included.
 std::vector<std::string_view> SplitColumns(std::string_view line, std::size_t maxColumns);

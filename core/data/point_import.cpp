@@ -104,6 +104,34 @@ std::string ImportSummary(const ImportContents& contents) {
     return summary;
 }
 
+ImportRead ReadTrackLog(const std::string& path, const ImportProgress& progress) {
+    // Progress is asked after this many lines: often enough for the bar,
+    // seldom enough to cost nothing.
+    constexpr long kLinesPerProgress = 4096;
+    ImportRead result;
+    std::vector<TrackPoint>& points = result.contents.tracks.emplace_back().points;
+    long lines = 0;
+    const bool opened = ReadTextLinesWhile(path, [&](std::string_view line, double share) {
+        if (++lines % kLinesPerProgress == 0 && progress && !progress(share)) {
+            result.problem = ImportProblem::kCancelled;
+            return false;
+        }
+        const std::optional<TrackPoint> point = ParseTrackLogLine(line);
+        if (!point) {
+            ++result.pointsSkipped;
+            return true;
+        }
+        if (points.size() == static_cast<std::size_t>(kMostImportPoints)) {
+            result.problem = ImportProblem::kTooManyPoints;
+            return false;
+        }
+        points.push_back(*point);
+        return true;
+    });
+    if (!opened) result.problem = ImportProblem::kNotOpened;
+    return result;
+}
+
 std::string ImportProblemText(const ImportRead& read) {
     const std::string line = LineText(read.problemLine);
     switch (read.problem) {

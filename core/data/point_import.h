@@ -108,6 +108,12 @@ inline constexpr std::uint32_t kTextImportEmpty = 17426;
 inline constexpr std::uint32_t kTextTrackPartlyRead = 17430;
 inline constexpr std::uint32_t kTextTrackEmpty = 17431;
 
+// Reads a track log in the log format (see ParseTrackLogLine) as one track,
+// a line at a time; lines that are not track points are counted as skipped.
+// As with the XML files, the read stops past kMostImportPoints points, and
+// progress hears how far it is and may cancel it.
+ImportRead ReadTrackLog(const std::string& path, const ImportProgress& progress = {});
+
 // A count with its thousands set apart by blanks, "3 400", as the preview
 // shows it.
 std::string GroupedCount(std::size_t count);

@@ -254,21 +254,6 @@ std::string ReadWholeText(const std::string& path) {
     return std::string(std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>());
 }
 
-std::optional<TrackPoint> ParseLogLine(std::string_view line) {
-    constexpr std::size_t kTimeColumn = 3;
-    // Whatever follows the time stays in one last column, unread.
-    const std::vector<std::string_view> columns = SplitColumns(line, kTimeColumn + 2);
-    if (columns.size() <= kTimeColumn) return std::nullopt;
-    const std::optional<double> longitude = ParseNumber(columns[0]);
-    const std::optional<double> latitude = ParseNumber(columns[1]);
-    const std::optional<CivilTime> time = ParseLogTime(columns[kTimeColumn]);
-    if (!longitude || !latitude || !time || *longitude < -180 || *longitude > 180 ||
-        *latitude < -90 || *latitude > 90) {
-        return std::nullopt;
-    }
-    return TrackPoint{static_cast<float>(*latitude), static_cast<float>(*longitude), *time};
-}
-
 }  // namespace
 
 std::optional<int> DecimalDigits(std::string_view text) {
@@ -505,8 +490,19 @@ int RepairTrackFolder(const std::string& trackLogFolder) {
     return repaired;
 }
 
-CsvReadResult ReadTrackLogFile(const std::string& path, DynamicList<TrackPoint>& track) {
-    return ReadCsvRecords(path, track, ParseLogLine);
+std::optional<TrackPoint> ParseTrackLogLine(std::string_view line) {
+    constexpr std::size_t kTimeColumn = 3;
+    // Whatever follows the time stays in one last column, unread.
+    const std::vector<std::string_view> columns = SplitColumns(line, kTimeColumn + 2);
+    if (columns.size() <= kTimeColumn) return std::nullopt;
+    const std::optional<double> longitude = ParseNumber(columns[0]);
+    const std::optional<double> latitude = ParseNumber(columns[1]);
+    const std::optional<CivilTime> time = ParseLogTime(columns[kTimeColumn]);
+    if (!longitude || !latitude || !time || *longitude < -180 || *longitude > 180 ||
+        *latitude < -90 || *latitude > 90) {
+        return std::nullopt;
+    }
+    return TrackPoint{static_cast<float>(*latitude), static_cast<float>(*longitude), *time};
 }
 
 }  // namespace tolvane

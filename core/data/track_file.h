@@ -146,13 +146,13 @@ std::optional<int> DecimalDigits(std::string_view text);
 // "YYYYMMDD HH:MM:SS" with a year of any length, when it is a real date.
 std::optional<CivilTime> ParseLogTime(std::string_view text);
 
-// Reads a track log in the log format back into track (appending). A line
-// is taken when its first column (longitude, -180..180), its second
-// (latitude, -90..90) and its fourth (the UTC time "YYYYMMDD HH:MM:SS",
-// a real date) all read; the third column is ignored, and so are the
-// columns after the fourth (speed, course and altitude are not part of an
-// in-memory track). Any other line, such as a line cut short, a header
-// written by another program or a damaged time, is skipped and counted.
-CsvReadResult ReadTrackLogFile(const std::string& path, DynamicList<TrackPoint>& track);
+// One line of a track log in the log format, as a track point. A line is
+// taken when its first column (longitude, -180..180), its second (latitude,
+// -90..90) and its fourth (the UTC time "YYYYMMDD HH:MM:SS", a real date)
+// all read; the third column is ignored, and so are the columns after the
+// fourth (speed, course and altitude are not part of an in-memory track).
+// Any other line, such as a line cut short, a header written by another
+// program or a damaged time, gives nullopt.
+std::optional<TrackPoint> ParseTrackLogLine(std::string_view line);
 
 }  // namespace tolvane

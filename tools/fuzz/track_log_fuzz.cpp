@@ -5,20 +5,19 @@
 #include <cstdint>
 #include <cstdlib>
 
-#include "core/data/track_file.h"
+#include "core/data/point_import.h"
 #include "tools/fuzz/fuzz_file.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     const tolvane::fuzz::InputFile file(data, size);
-    tolvane::DynamicList<tolvane::TrackPoint> track;
-    const tolvane::CsvReadResult read = tolvane::ReadTrackLogFile(file.Path(), track);
-    if (!read.opened || read.recordsRead != track.Count()) std::abort();
-    track.ForEach([](tolvane::TrackPoint& point) {
+    const tolvane::ImportRead read = tolvane::ReadTrackLog(file.Path());
+    if (read.contents.tracks.size() != 1) std::abort();
+    for (const tolvane::TrackPoint& point : read.contents.tracks[0].points) {
         if (!(std::abs(point.latitude) <= 90) || !(std::abs(point.longitude) <= 180)) std::abort();
         if (point.time.month < 1 || point.time.month > 12 || point.time.day < 1 ||
             point.time.day > 31 || point.time.hour > 23 || point.time.minute > 59) {
             std::abort();
         }
-    });
+    }
     return 0;
 }

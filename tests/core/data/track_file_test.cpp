@@ -2,9 +2,13 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <chrono>
 #include <filesystem>
+#include <fstream>
+#include <vector>
 
+#include "core/data/point_import.h"
 #include "tests/core/data/track_test_support.h"
 #include "tests/core/test_support.h"
 
@@ -281,22 +285,42 @@ TEST_F(TrackFileTest, ReadsLogLinesBackAndSkipsWhatIsNotOne) {
         " 7 ,8,,20110704 08:05:09,1,2,3,extra,columns";  // blanks, more columns
     WriteFileBytes(path_, bytes);
 
-    DynamicList<TrackPoint> read;
-    const CsvReadResult result = ReadTrackLogFile(path_, read);
-    EXPECT_TRUE(result.opened);
-    EXPECT_EQ(result.recordsRead, 4);
-    EXPECT_EQ(result.linesSkipped, 7);
-    ASSERT_EQ(read.Count(), 4);
-    read.SeekTo(0);
-    EXPECT_EQ(read.Current().time.second, 19);
-    read.SeekTo(2);
-    EXPECT_FLOAT_EQ(read.Current().latitude, -33.5f);
-    EXPECT_EQ(read.Current().time.year, 2012);
-    EXPECT_EQ(read.Current().time.day, 29);
-    read.SeekTo(3);
-    EXPECT_FLOAT_EQ(read.Current().longitude, 7.0f);
+    const ImportRead result = ReadTrackLog(path_);
+    EXPECT_EQ(result.problem, ImportProblem::kNone);
+    EXPECT_EQ(result.pointsSkipped, 7);
+    ASSERT_EQ(result.contents.tracks.size(), 1u);
+    const std::vector<TrackPoint>& read = result.contents.tracks[0].points;
+    ASSERT_EQ(read.size(), 4u);
+    EXPECT_EQ(read[0].time.second, 19);
+    EXPECT_FLOAT_EQ(read[2].latitude, -33.5f);
+    EXPECT_EQ(read[2].time.year, 2012);
+    EXPECT_EQ(read[2].time.day, 29);
+    EXPECT_FLOAT_EQ(read[3].longitude, 7.0f);
 
-    EXPECT_FALSE(ReadTrackLogFile(folder_.File("none.log"), read).opened);
+    EXPECT_EQ(ReadTrackLog(folder_.File("none.log")).problem, ImportProblem::kNotOpened);
+}
+
+TEST_F(TrackFileTest, ALogOfTooManyPointsStopsAtTheLimitAndCanBeCancelled) {
+    const std::string path = folder_.File("many.log");
+    {
+        std::ofstream out(path, std::ios::binary);
+        for (int i = 0; i <= kMostImportPoints; ++i) out << "7,8,,20110704 08:05:09\r\n";
+    }
+    const ImportRead many = ReadTrackLog(path);
+    EXPECT_EQ(many.problem, ImportProblem::kTooManyPoints);
+    EXPECT_EQ(many.contents.tracks[0].points.size(), static_cast<std::size_t>(kMostImportPoints));
+
+    std::vector<double> shares;
+    const ImportRead cancelled = ReadTrackLog(path, [&shares](double share) {
+        shares.push_back(share);
+        return share < 0.5;
+    });
+    EXPECT_EQ(cancelled.problem, ImportProblem::kCancelled);
+    ASSERT_GE(shares.size(), 2u);
+    EXPECT_TRUE(std::is_sorted(shares.begin(), shares.end()));
+    EXPECT_GE(shares.back(), 0.5);
+    EXPECT_LT(shares.back(), 0.6);
+    EXPECT_LT(cancelled.contents.tracks[0].points.size(), many.contents.tracks[0].points.size());
 }
 
 }  // namespace
