@@ -29,8 +29,8 @@ DemoReceiver::~DemoReceiver() {
     Stop();
 }
 
-bool DemoReceiver::Start(std::vector<std::string> seconds) {
-    if (seconds.empty() || master_ >= 0) return false;
+bool DemoReceiver::Start(std::vector<std::string> seconds, std::size_t loopFrom) {
+    if (seconds.empty() || loopFrom >= seconds.size() || master_ >= 0) return false;
     char name[256] = {};
     if (openpty(&master_, &slave_, name, nullptr, nullptr) != 0) {
         master_ = slave_ = -1;
@@ -45,6 +45,7 @@ bool DemoReceiver::Start(std::vector<std::string> seconds) {
     tcsetattr(slave_, TCSANOW, &line);
     devicePath_ = name;
     seconds_ = std::move(seconds);
+    loopFrom_ = loopFrom;
     stopping_ = false;
     feeder_ = std::thread([this] { Feed(); });
     return true;
@@ -68,7 +69,7 @@ bool DemoReceiver::WaitOneSecond() {
 }
 
 void DemoReceiver::Feed() {
-    for (std::size_t next = 0;; next = (next + 1) % seconds_.size()) {
+    for (std::size_t next = 0;; next = next + 1 < seconds_.size() ? next + 1 : loopFrom_) {
         WriteAll(master_, seconds_[next]);
         if (!WaitOneSecond()) return;
     }

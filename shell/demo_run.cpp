@@ -3,7 +3,7 @@
 #include <fstream>
 #include <sstream>
 
-#include "headless/recording_device.h"
+#include "headless/demo_recording.h"
 
 namespace tolvane::shell {
 
@@ -11,12 +11,8 @@ bool DemoRun::Start(const std::string& recordingPath, RunSerialDevice& device) {
     std::ifstream in(recordingPath, std::ios::binary);
     std::ostringstream text;
     text << in.rdbuf();
-    const std::string recording = text.str();
-    std::vector<std::string> seconds;
-    for (const headless::RecordedSecond& second : headless::SplitIntoSeconds(recording)) {
-        seconds.push_back(recording.substr(second.begin, second.end - second.begin));
-    }
-    if (!receiver_.Start(std::move(seconds))) return false;
+    headless::DemoRecording demo = headless::MakeDemoRecording(text.str());
+    if (!receiver_.Start(std::move(demo.seconds), demo.loopFrom)) return false;
     device.UseDemoDevice(receiver_.DevicePath());
     running_ = true;
     return true;

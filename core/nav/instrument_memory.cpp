@@ -4,6 +4,7 @@
 #include <span>
 
 #include "core/data/options.h"
+#include "core/geo/distance.h"
 #include "core/geo/units.h"
 #include "core/gps/gps_state.h"
 #include "core/nav/speed_alarm.h"
@@ -81,6 +82,41 @@ void AdvanceTripExtras(TripExtras& trip, const GpsState& gps) {
     trip.anchorMetres = altitude;
 }
 
+void AdvanceTripFigures(TripFigures& trip, const GpsState& gps) {
+    if (!gps.connected) {
+        // No step is counted across a time without the receiver.
+        trip.stoppedSeconds += trip.pendingSeconds;
+        trip.pendingSeconds = 0;
+        trip.havePoint = false;
+        return;
+    }
+    ++trip.pendingSeconds;
+    if (!gps.fixValid) return;
+    const bool moving = trip.havePoint && gps.speedKnots > 0;
+    if (moving) {
+        const double stepKm = DistanceKm(trip.latitude, trip.longitude, gps.latitude, gps.longitude);
+        const double carriedKm = gps.speedKnots * kKmPerNauticalMile * trip.pendingSeconds / 3600.0;
+        trip.distanceKm += std::min(stepKm, carriedKm);
+        trip.movingSeconds += trip.pendingSeconds;
+        trip.maxSpeedKnots = std::max(trip.maxSpeedKnots, gps.speedKnots);
+    } else {
+        trip.stoppedSeconds += trip.pendingSeconds;
+    }
+    trip.pendingSeconds = 0;
+    trip.havePoint = true;
+    trip.latitude = gps.latitude;
+    trip.longitude = gps.longitude;
+}
+
+double TripAverageKnots(const TripFigures& trip) {
+    if (trip.movingSeconds == 0) return 0;
+    return trip.distanceKm / kKmPerNauticalMile / trip.movingSeconds * 3600.0;
+}
+
+int TripStoppedSeconds(const TripFigures& trip) {
+    return trip.stoppedSeconds + trip.pendingSeconds;
+}
+
 double SelectedAlarmLimit(const Options& options) {
     const int index = options.speedAlarmIndex;
     return index >= 0 && index <= kLastSpeedAlarm ? options.speedAlarmValues[index] : 0.0;
@@ -92,6 +128,7 @@ void AdvanceInstrumentMemory(InstrumentMemory& memory, const GpsState& gps,
     AdvanceSpeedScale(memory.speedScale, speed, SelectedAlarmLimit(options), options.unitSystem);
     AdvanceCourseMemory(memory.course, gps);
     AdvanceTripExtras(memory.trip, gps);
+    AdvanceTripFigures(memory.tripFigures, gps);
 }
 
 void ClearTrip(GpsState& gps, InstrumentMemory& memory) {
@@ -102,6 +139,7 @@ void ClearTrip(GpsState& gps, InstrumentMemory& memory) {
     gps.connectedSeconds = 0;
     gps.movingSeconds = 0;
     memory.trip = {};
+    memory.tripFigures = {};
 }
 
 }  // namespace tolvane

@@ -41,10 +41,30 @@ struct TripExtras {
     double descentMetres = 0;
 };
 
+// The trip as the Trip Stat and Speed views show it. The GPS state's own
+// trip counters add up every step between two fixes, the wander of a
+// receiver standing still and the jump of a fix that settles included, so
+// their average can exceed their maximum. Here a step counts only while the
+// receiver says it moves, and only as far as its speed carries it in the
+// seconds the step took: jitter and jumps stay out, the moving and stopped
+// times are the same ticks split two ways, and the average can never
+// exceed the maximum, which is taken over the same moving ticks.
+struct TripFigures {
+    double distanceKm = 0;
+    int movingSeconds = 0;
+    int stoppedSeconds = 0;
+    double maxSpeedKnots = 0;
+    bool havePoint = false;  // a fix since the GPS was last connected
+    double latitude = 0;     // that fix
+    double longitude = 0;
+    int pendingSeconds = 0;  // connected ticks since it, not yet counted
+};
+
 struct InstrumentMemory {
     SpeedScale speedScale;
     CourseMemory course;
     TripExtras trip;
+    TripFigures tripFigures;
 };
 
 inline constexpr double kCourseMinimumKmh = 2.0;
@@ -60,9 +80,16 @@ int ChooseFullScale(double speed, double alarmLimit, int unitSystem);
 // after kScaleStepDownSeconds below 40 % of the scale.
 void AdvanceSpeedScale(SpeedScale& scale, double speed, double alarmLimit, int unitSystem);
 
-// One second of the course memory and the trip extras.
+// One second of the course memory, the trip extras and the trip figures.
 void AdvanceCourseMemory(CourseMemory& memory, const GpsState& gps);
 void AdvanceTripExtras(TripExtras& trip, const GpsState& gps);
+void AdvanceTripFigures(TripFigures& trip, const GpsState& gps);
+
+// The trip's average speed over its moving time, 0 before it moved.
+double TripAverageKnots(const TripFigures& trip);
+// The trip's stopped time with the ticks since the last fix, which count as
+// stopped until a fix shows the receiver moved through them.
+int TripStoppedSeconds(const TripFigures& trip);
 
 // The once-a-second update of everything above, after the GPS state and the
 // alarms of this tick.
@@ -70,7 +97,7 @@ void AdvanceInstrumentMemory(InstrumentMemory& memory, const GpsState& gps, cons
 
 // Clears the trip: the GPS state's trip counters (distance, moving and
 // connected times, maximum and average speed, the previous point) and the
-// extras kept beside them.
+// extras and figures kept beside them.
 void ClearTrip(GpsState& gps, InstrumentMemory& memory);
 
 // The selected speed alarm limit in the current unit, or 0 when the alarm

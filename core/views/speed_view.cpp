@@ -53,15 +53,15 @@ void PaintAlarmBand(Canvas& canvas, const Dial& dial, double limit, const Palett
 // The trip's maximum (filled) and average (hollow) outside the arc.
 void PaintTripMarks(Canvas& canvas, const Dial& dial, const ViewContext& context,
                     const Palette& palette) {
-    const GpsState& gps = context.app.gps;
+    const TripFigures& trip = context.app.instruments.tripFigures;
     const int units = context.app.options.unitSystem;
     const double size = std::max(6, dial.radius / 9);
     // Outside the alarm band, which lies just outside the arc.
     const double tip = dial.radius + std::max(3, dial.radius / 12) + 5;
-    const double average = SpeedInUnit(gps.averageSpeedKmh / kKmPerNauticalMile, units);
+    const double average = SpeedInUnit(TripAverageKnots(trip), units);
     canvas.DrawPolygon(RadialTriangle(dial.centre, tip, DialAngle(average, dial.fullScale), size),
                        palette.background, palette.accent, 2);
-    const double maximum = SpeedInUnit(gps.maxSpeedKnots, units);
+    const double maximum = SpeedInUnit(trip.maxSpeedKnots, units);
     canvas.DrawPolygon(RadialTriangle(dial.centre, tip, DialAngle(maximum, dial.fullScale), size),
                        palette.value, kNoColor);
 }
@@ -130,10 +130,9 @@ std::string AlarmLine(const Options& options) {
     return PrintFormat("Alarm %d %s", static_cast<int>(limit), SpeedUnitText(options.unitSystem));
 }
 
-std::string MarksLine(const GpsState& gps, int units) {
-    return PrintFormat(
-        "\u25B2 max %.1f   \u25B3 avg %.1f %s", SpeedInUnit(gps.maxSpeedKnots, units),
-        SpeedInUnit(gps.averageSpeedKmh / kKmPerNauticalMile, units), SpeedUnitText(units));
+std::string MarksLine(const TripFigures& trip, int units) {
+    return PrintFormat("\u25B2 max %.1f   \u25B3 avg %.1f %s", SpeedInUnit(trip.maxSpeedKnots, units),
+                       SpeedInUnit(TripAverageKnots(trip), units), SpeedUnitText(units));
 }
 
 }  // namespace
@@ -188,7 +187,7 @@ void PaintSpeedView(Canvas& canvas, const ViewContext& context) {
                     app.alarm.sounding ? palette.alarm : palette.accent);
     }
     const Rect footer = areas.footer;
-    PaintLine(canvas, MarksLine(app.gps, units), text,
+    PaintLine(canvas, MarksLine(app.instruments.tripFigures, units), text,
               {footer.left, footer.top, footer.right, footer.top + line}, kAlignCenter,
               palette.label);
     PaintLine(canvas, AlarmLine(app.options), strong,

@@ -54,22 +54,21 @@ void PaintTile(Canvas& canvas, const Rect& box, const TripTile& tile, const Font
 }  // namespace
 
 std::vector<TripTile> TripTiles(const AppState& app) {
-    const GpsState& gps = app.gps;
+    const TripFigures& trip = app.instruments.tripFigures;
     const TripExtras& extras = app.instruments.trip;
     const int units = app.options.unitSystem;
-    const double averageKnots = gps.averageSpeedKmh / kKmPerNauticalMile;
     const bool climbed = extras.haveAltitude;
     return {
-        DistanceTile(gps.tripDistanceKm, units),
-        DurationTile("Moving time", gps.movingSeconds),
-        DurationTile("Stopped time", gps.connectedSeconds - gps.movingSeconds),
-        SpeedTile("Average speed", averageKnots, units),
-        SpeedTile("Maximum speed", gps.maxSpeedKnots, units),
+        DistanceTile(trip.distanceKm, units),
+        DurationTile("Moving time", trip.movingSeconds),
+        DurationTile("Stopped time", TripStoppedSeconds(trip)),
+        SpeedTile("Average speed", TripAverageKnots(trip), units),
+        SpeedTile("Maximum speed", trip.maxSpeedKnots, units),
         AltitudeTile("Ascent", extras.ascentMetres, climbed, units),
         AltitudeTile("Descent", extras.descentMetres, climbed, units),
         AltitudeTile("Lowest", extras.lowestMetres, climbed, units),
         AltitudeTile("Highest", extras.highestMetres, climbed, units),
-        DurationTile("Connected time", gps.connectedSeconds),
+        DurationTile("Connected time", app.gps.connectedSeconds),
     };
 }
 

@@ -105,12 +105,12 @@ void MakeItADrive(AppState& app) {
     GpsState& gps = app.gps;
     gps.speedKnots = 87 / kKmPerNauticalMile;
     gps.course = 123;
-    gps.maxSpeedKnots = 104 / kKmPerNauticalMile;
-    gps.averageSpeedKmh = 61;
     gps.destinationDistanceKm = 3.4;
     gps.destinationSeconds = 140;
     app.instruments.course = {true, true, 123, 0};
     app.instruments.speedScale = {160, kMetric, 0};
+    // An hour at 61 km/h on the average, 104 at the most.
+    app.instruments.tripFigures = {61, 3600, 600, 104 / kKmPerNauticalMile};
     app.options.speedAlarmIndex = 2;
     app.options.speedAlarmValues[2] = 80;
     app.options.navigation = 1;

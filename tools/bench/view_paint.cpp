@@ -41,17 +41,14 @@ std::unique_ptr<AppState> BusyState() {
         gps.satElevation[i] = i * 7.5;
         gps.satAzimuth[i] = i * 30;
     }
-    gps.tripDistanceKm = 123.4;
-    gps.movingSeconds = 5400;
     gps.connectedSeconds = 6000;
-    gps.maxSpeedKnots = 60;
-    gps.averageSpeedKmh = 82;
     app->options.speedAlarmIndex = 2;
     app->options.speedAlarmValues[2] = 90;
     app->mapFollow = {gps.latitude, gps.longitude, true};
     app->instruments.speedScale = {100, 0, 0};
     app->instruments.course = {true, true, 123, 0};
     app->instruments.trip = {true, 12, 88, 28, 240, 224};
+    app->instruments.tripFigures = {123.4, 5400, 600, 60};
     return app;
 }
 
