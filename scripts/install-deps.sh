@@ -10,7 +10,7 @@ packages=(
   nlohmann-json3-dev
   gpsd espeak-ng gpsbabel libxml2-utils libxml2-dev libpng-dev
   qt6-base-dev qt6-multimedia-dev qt6-connectivity-dev libgl-dev fonts-dejavu-core
-  xvfb xdotool imagemagick desktop-file-utils appstream
+  xvfb xdotool imagemagick desktop-file-utils appstream dbus-daemon
   xplanet-images
 )
 

@@ -16,6 +16,8 @@ class RunSerialDevice final : public SerialDevice {
   public:
     // Every port opens the given device; a real port when demoDevice is empty.
     void UseDemoDevice(std::string demoDevice) { demoDevice_ = std::move(demoDevice); }
+    // The device of ModemManager's modem.
+    void SetModemDevice(SerialDevice* modem) { device_.SetModemDevice(modem); }
 
     bool Open(const std::string& name) override {
         return device_.Open(demoDevice_.empty() ? name : demoDevice_);

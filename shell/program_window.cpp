@@ -52,6 +52,7 @@ ProgramWindow::ProgramWindow(const CommandLine& line)
     : demo_(line.demo),
       instance_(QString::fromStdString(platform::RuntimeFolder())),
       program_({host_, deviceQueries_, libraryLoader_, serialDevice_}, FilesOfThisInstallation()) {
+    serialDevice_.SetModemDevice(&modemDevice_);
     instance_.SetBringForward([this] {
         if (window_) window_->BringForward();
     });

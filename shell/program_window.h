@@ -8,6 +8,7 @@
 #include "shell/command_line.h"
 #include "shell/demo_run.h"
 #include "shell/main_window.h"
+#include "shell/modem_manager.h"
 #include "shell/qt_host.h"
 #include "shell/single_instance_lock.h"
 
@@ -40,6 +41,8 @@ class ProgramWindow {
     QtHost host_;
     const platform::LinuxDeviceQueries deviceQueries_;
     platform::SystemLibraryLoader libraryLoader_;
+    ModemManagerLocation modemLocation_;
+    ModemSerialDevice modemDevice_{modemLocation_};
     RunSerialDevice serialDevice_;
     DemoRun demoRun_;
     SingleInstance instance_;

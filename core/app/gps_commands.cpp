@@ -7,12 +7,26 @@
 namespace tolvane {
 namespace {
 
+// The port of the serial port source: the port table's device, or the
+// receiver a daemon owns.
+std::string SerialPortName(const Options& options, const OptionsRuntime& runtime) {
+    switch (runtime.daemonReceiver) {
+        case DaemonReceiver::kGnssShare:
+            return SocketPortName(runtime.gnssShareSocket);
+        case DaemonReceiver::kModemManager:
+            return kModemPortName;
+        case DaemonReceiver::kNone:
+            break;
+    }
+    return PortDeviceName(options.portIndex) + ":";
+}
+
 // Names the port to open: the port table's device for a serial or GPD
 // port, the registered virtual port for a Bluetooth receiver.
 bool ChoosePort(PortSource& port, const Options& options, const OptionsRuntime& runtime,
                 Host& host) {
     if (options.gpsSource != kGpsSourceBluetooth) {
-        port.portName = PortDeviceName(options.portIndex) + ":";
+        port.portName = SerialPortName(options, runtime);
         return true;
     }
     if (!runtime.receiverChosen) {

@@ -60,13 +60,14 @@ std::string LinkNotWrittenText(const std::string& portName, const std::string& d
     return FillLanguageText(kTextLinkNotWritten, {portName, devicePath, reason});
 }
 
-int ShownGpsSource(int storedSource) {
-    const bool offered = storedSource == kGpsSourcePort || storedSource == kGpsSourceBluetooth;
-    return offered ? storedSource : kGpsSourceGid;
+int ShownGpsSource(int chosenSource) {
+    return chosenSource > kGpsSourceGid && chosenSource < kSetupSourceCount ? chosenSource
+                                                                             : kGpsSourceGid;
 }
 
 SourceActions ActionsOfSource(int source) {
-    return {source == kGpsSourcePort, source == kGpsSourceGid};
+    return {source == kGpsSourcePort, source == kGpsSourceGid, source == kSetupSourceGnssShare,
+            source == kSetupSourceModemManager};
 }
 
 int ShownBaudIndex(const std::string& linkedDevice, int storedBaudIndex) {
@@ -89,9 +90,34 @@ int BaudIndexForRate(std::uint32_t baudRate) {
     return -1;
 }
 
+namespace {
+
+// The listed source of a stored source and the receiver beside it.
+int SetupSourceOf(int storedSource, DaemonReceiver receiver) {
+    if (storedSource != kGpsSourcePort) return storedSource;
+    switch (receiver) {
+        case DaemonReceiver::kGnssShare:
+            return kSetupSourceGnssShare;
+        case DaemonReceiver::kModemManager:
+            return kSetupSourceModemManager;
+        case DaemonReceiver::kNone:
+            break;
+    }
+    return kGpsSourcePort;
+}
+
+DaemonReceiver DaemonReceiverOf(int setupSource) {
+    if (setupSource == kSetupSourceGnssShare) return DaemonReceiver::kGnssShare;
+    if (setupSource == kSetupSourceModemManager) return DaemonReceiver::kModemManager;
+    return DaemonReceiver::kNone;
+}
+
+}  // namespace
+
 GpsSetupChoice CurrentGpsSetup(const AppState& app) {
     GpsSetupChoice choice;
-    choice.source = ConfiguredGpsSource(app);
+    choice.source = SetupSourceOf(ConfiguredGpsSource(app), app.runtime.daemonReceiver);
+    choice.gnssShareSocket = app.runtime.gnssShareSocket;
     choice.portIndex = app.options.portIndex;
     choice.baudIndex = app.options.baudIndex;
     choice.bluetoothName = app.runtime.bluetoothName;
@@ -106,10 +132,13 @@ void ApplyGpsSetup(Program& program, const GpsSetupChoice& choice, int foundBaud
     Options& options = program.app.options;
     // A run that reads another source keeps reading it; the choice is what
     // the settings will name.
+    const int stored = DaemonReceiverOf(choice.source) == DaemonReceiver::kNone
+                           ? choice.source
+                           : static_cast<int>(kGpsSourcePort);
     if (program.app.configuredGpsSource) {
-        program.app.configuredGpsSource = choice.source;
+        program.app.configuredGpsSource = stored;
     } else {
-        options.gpsSource = choice.source;
+        options.gpsSource = stored;
     }
     if (choice.portIndex >= 0 && choice.portIndex < kPortCount)
         options.portIndex = choice.portIndex;
@@ -128,6 +157,8 @@ void ApplyGpsSetup(Program& program, const GpsSetupChoice& choice, int foundBaud
     runtime.poiFolder = kept.poiFolder;
     runtime.waypointFile = kept.waypointFile;
     runtime.bluetoothChannel = choice.bluetoothChannel;
+    runtime.daemonReceiver = DaemonReceiverOf(choice.source);
+    if (!choice.gnssShareSocket.empty()) runtime.gnssShareSocket = choice.gnssShareSocket;
     program.app.multiGnss = choice.multiGnss;
     SaveLocalSettings(program);
     SaveProgramSettings(program);

@@ -47,6 +47,13 @@ inline constexpr std::uint32_t kTextSearchFailed = 14345;
 inline constexpr std::uint32_t kTextSearchCancel = 14346;
 inline constexpr std::uint32_t kTextSearchUse = 14347;
 
+// The sources GPS Setup lists: the settings record's three (gpsd, serial
+// port, Bluetooth) by their own numbers, then the receivers a daemon owns,
+// which the record keeps as the serial port.
+inline constexpr int kSetupSourceGnssShare = 3;
+inline constexpr int kSetupSourceModemManager = 4;
+inline constexpr int kSetupSourceCount = 5;
+
 // "Auto" in the list of baud rates: the probe tries every rate of the table.
 inline constexpr int kAutoBaudIndex = -1;
 
@@ -75,15 +82,18 @@ std::string GpsdStateText(bool answers, const std::string& address);
 std::string LinkNotWrittenText(const std::string& portName, const std::string& devicePath,
                                const std::string& reason);
 
-// The source GPS Setup opens on: the stored one, or gpsd for a source the
+// The source GPS Setup opens on: the chosen one, or gpsd for a source the
 // dialog does not offer.
-int ShownGpsSource(int storedSource);
+int ShownGpsSource(int chosenSource);
 
 // What choosing a source starts: the port source listens to its device,
-// and gpsd's page asks whether gpsd answers.
+// gpsd's page asks whether gpsd answers, gnss-share's whether its socket
+// does, and the modem's page looks for a modem with GNSS.
 struct SourceActions {
     bool probesDevice = false;
     bool asksGpsd = false;
+    bool asksSocket = false;
+    bool asksModem = false;
 };
 SourceActions ActionsOfSource(int source);
 
@@ -101,7 +111,8 @@ int FoundBaudIndex(const ProbeStatus& status);
 // The choices of GPS Setup. baudIndex -1 is "Auto": the rate the probe
 // found is stored, or the stored one kept when it found none.
 struct GpsSetupChoice {
-    int source = 0;
+    int source = 0;  // one of the listed sources
+    std::string gnssShareSocket;
     int portIndex = 0;
     int baudIndex = 0;
     std::string bluetoothName;

@@ -11,6 +11,11 @@ namespace {
 
 constexpr std::string_view kMultiGnssName = "multi-gnss";
 constexpr std::string_view kBluetoothChannelName = "bluetooth-channel";
+constexpr std::string_view kReceiverName = "receiver";
+constexpr std::string_view kGnssShareSocketName = "gnss-share-socket";
+constexpr std::string_view kGnssShareValue = "gnss-share";
+constexpr std::string_view kModemManagerValue = "modem-manager";
+constexpr std::string_view kPortTableValue = "port";
 // RFCOMM channels run from 1 to 30.
 constexpr int kLastRfcommChannel = 30;
 // The file is a few lines; what lies beyond this is no setting of the
@@ -39,6 +44,26 @@ void ReadSetting(std::string_view line, AppState& app) {
             app.runtime.bluetoothChannel = channel;
         }
     }
+    if (name == kReceiverName) {
+        if (value == kGnssShareValue) app.runtime.daemonReceiver = DaemonReceiver::kGnssShare;
+        if (value == kModemManagerValue) app.runtime.daemonReceiver = DaemonReceiver::kModemManager;
+        if (value == kPortTableValue) app.runtime.daemonReceiver = DaemonReceiver::kNone;
+    }
+    if (name == kGnssShareSocketName && value.starts_with('/')) {
+        app.runtime.gnssShareSocket = std::string(value);
+    }
+}
+
+std::string_view ReceiverValue(DaemonReceiver receiver) {
+    switch (receiver) {
+        case DaemonReceiver::kGnssShare:
+            return kGnssShareValue;
+        case DaemonReceiver::kModemManager:
+            return kModemManagerValue;
+        case DaemonReceiver::kNone:
+            break;
+    }
+    return kPortTableValue;
 }
 
 }  // namespace
@@ -62,7 +87,12 @@ std::string LocalSettingsText(const AppState& app) {
            std::string(kMultiGnssName) + " = " + (app.multiGnss ? "1" : "0") + "\n" +
            "# bluetooth-channel: the RFCOMM channel of the chosen Bluetooth receiver.\n" +
            std::string(kBluetoothChannelName) + " = " + std::to_string(app.runtime.bluetoothChannel) +
-           "\n";
+           "\n" +
+           "# receiver: with the serial port source, port reads the port of the port\n"
+           "# table, gnss-share the gnss-share daemon's socket, modem-manager the\n"
+           "# modem's receiver through ModemManager.\n" +
+           std::string(kReceiverName) + " = " + std::string(ReceiverValue(app.runtime.daemonReceiver)) +
+           "\n" + std::string(kGnssShareSocketName) + " = " + app.runtime.gnssShareSocket + "\n";
 }
 
 void LoadLocalSettings(Program& program) {

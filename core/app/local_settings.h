@@ -15,6 +15,9 @@ namespace tolvane {
 //   multi-gnss = 1          read the GN, GL, GA, GB and GQ talkers as GP (0: off)
 //   bluetooth-channel = 1   the RFCOMM channel the receiver search found
 //                           (1 to 30; 0 or missing: unknown, channel 1 is tried)
+//   receiver = port         with the serial port source: port (the port of
+//                           the port table), gnss-share or modem-manager
+//   gnss-share-socket = /run/gnss-share.sock   gnss-share's socket
 inline constexpr char kLocalSettingsFileName[] = "tolvane.conf";
 
 // The file's path: beside the settings record at optionsPath.

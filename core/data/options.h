@@ -5,6 +5,8 @@
 #include <cstdint>
 #include <string>
 
+#include "core/gps/daemon_ports.h"
+
 namespace tolvane {
 
 inline constexpr char kProgramVersion[] = "2.4.0.3151";
@@ -121,6 +123,10 @@ struct OptionsRuntime {
     std::uint64_t bluetoothAddress = 0;
     bool receiverChosen = false;  // a name and a non-zero address are stored
     int bluetoothChannel = 0;     // the RFCOMM channel the search found; 0 when unknown
+    // With the serial port source: a receiver a daemon owns instead of the
+    // port of the port table, and gnss-share's socket.
+    DaemonReceiver daemonReceiver = DaemonReceiver::kNone;
+    std::string gnssShareSocket = kDefaultGnssShareSocket;
     std::string storageLocation;
     std::string poiFolder;
     std::string waypointFile;

@@ -1,9 +1,10 @@
-#include "platform/rfcomm_device.h"
+#include "platform/socket_device.h"
 
 #include <fcntl.h>
 #include <poll.h>
 #include <sys/socket.h>
 #include <sys/time.h>
+#include <sys/un.h>
 #include <unistd.h>
 
 #include <cerrno>
@@ -11,6 +12,7 @@
 #include <cstring>
 
 #include "core/gps/bluetooth_port.h"
+#include "core/gps/daemon_ports.h"
 
 namespace tolvane::platform {
 namespace {
@@ -39,10 +41,10 @@ RfcommAddress MakeAddress(std::uint64_t address, int channel) {
 // Connects without blocking for longer than the limit: a receiver that is
 // switched off or out of reach would otherwise hold the caller for as long
 // as the kernel's own time-out. Returns 0 or the error.
-int ConnectWithin(int fd, const RfcommAddress& address, int milliseconds) {
+int ConnectWithin(int fd, const void* address, unsigned addressLength, int milliseconds) {
     const int flags = fcntl(fd, F_GETFL);
     fcntl(fd, F_SETFL, flags | O_NONBLOCK);
-    if (connect(fd, reinterpret_cast<const sockaddr*>(&address), sizeof address) != 0 &&
+    if (connect(fd, static_cast<const sockaddr*>(address), addressLength) != 0 &&
         errno != EINPROGRESS) {
         return errno;
     }
@@ -59,15 +61,13 @@ int ConnectWithin(int fd, const RfcommAddress& address, int milliseconds) {
 
 }  // namespace
 
-bool RfcommSerialDevice::Open(const std::string& name) {
+bool SocketDevice::Connect(int family, int protocol, const void* address, unsigned addressLength,
+                           int milliseconds) {
     Close();
     reason_.clear();
-    std::uint64_t address = 0;
-    int channel = 0;
-    if (!ParseBluetoothPortName(name, address, channel)) return Fail(EINVAL);
-    const int fd = socket(kAddressFamilyBluetooth, SOCK_STREAM | SOCK_CLOEXEC, kProtocolRfcomm);
+    const int fd = socket(family, SOCK_STREAM | SOCK_CLOEXEC, protocol);
     if (fd < 0) return Fail(errno);
-    const int error = ConnectWithin(fd, MakeAddress(address, channel), kConnectMilliseconds);
+    const int error = ConnectWithin(fd, address, addressLength, milliseconds);
     if (error != 0) {
         ::close(fd);
         return Fail(error);
@@ -76,14 +76,14 @@ bool RfcommSerialDevice::Open(const std::string& name) {
     return true;
 }
 
-bool RfcommSerialDevice::SetReadTimeouts() {
+bool SocketDevice::SetReadTimeouts() {
     // As on a serial line: a read waits up to one second for the first byte.
     const timeval second{1, 0};
     if (setsockopt(fd_, SOL_SOCKET, SO_RCVTIMEO, &second, sizeof second) != 0) return Fail(errno);
     return true;
 }
 
-int RfcommSerialDevice::Read(char* buffer, int size) {
+int SocketDevice::Read(char* buffer, int size) {
     const ssize_t count = recv(fd_, buffer, static_cast<std::size_t>(size), 0);
     if (count > 0) return static_cast<int>(count);
     // An orderly end of the stream is the receiver switched off or gone.
@@ -96,22 +96,40 @@ int RfcommSerialDevice::Read(char* buffer, int size) {
     return -1;
 }
 
-bool RfcommSerialDevice::IsGone() {
+bool SocketDevice::IsGone() {
     if (fd_ < 0) return false;
     if (hungUp_) return true;
     pollfd poller{fd_, POLLIN, 0};
     return poll(&poller, 1, 0) > 0 && (poller.revents & (POLLHUP | POLLERR | POLLNVAL)) != 0;
 }
 
-void RfcommSerialDevice::Close() {
+void SocketDevice::Close() {
     const int fd = fd_.exchange(-1);
     if (fd >= 0) ::close(fd);
     hungUp_ = false;
 }
 
-bool RfcommSerialDevice::Fail(int error) {
+bool SocketDevice::Fail(int error) {
     reason_ = std::strerror(error);
     return false;
+}
+
+bool RfcommSerialDevice::Open(const std::string& name) {
+    std::uint64_t address = 0;
+    int channel = 0;
+    if (!ParseBluetoothPortName(name, address, channel)) return Fail(EINVAL);
+    const RfcommAddress socketAddress = MakeAddress(address, channel);
+    return Connect(kAddressFamilyBluetooth, kProtocolRfcomm, &socketAddress, sizeof socketAddress,
+                   kConnectMilliseconds);
+}
+
+bool UnixSocketDevice::Open(const std::string& name) {
+    const std::string path = SocketPathOf(name);
+    sockaddr_un address{};
+    address.sun_family = AF_UNIX;
+    if (path.empty() || path.size() >= sizeof address.sun_path) return Fail(EINVAL);
+    std::memcpy(address.sun_path, path.data(), path.size());
+    return Connect(AF_UNIX, 0, &address, sizeof address, kConnectMilliseconds);
 }
 
 }  // namespace tolvane::platform

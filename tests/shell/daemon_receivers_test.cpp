@@ -1,0 +1,202 @@
+// The receivers a daemon owns, read by the window: gnss-share's UNIX socket,
+// and the modem of a ModemManager (the test's own stand-in) on a private
+// bus that DBUS_SYSTEM_BUS_ADDRESS names.
+
+#include <sys/socket.h>
+#include <sys/un.h>
+#include <unistd.h>
+
+#include <QApplication>
+#include <QFile>
+#include <QProcess>
+#include <QTemporaryDir>
+#include <QTest>
+#include <cstring>
+#include <memory>
+#include <string>
+
+#include "core/app/commands.h"
+#include "core/app/local_settings.h"
+#include "core/base/string_manager.h"
+#include "core/data/options.h"
+#include "core/gps/modem_device.h"
+#include "platform/port_device.h"
+#include "shell/modem_manager.h"
+#include "shell/program_window.h"
+#include "tests/core/nmea_sentence.h"
+#include "tests/shell/program_home.h"
+
+namespace tolvane::shell {
+namespace {
+
+// Two seconds of a receiver with a fix.
+std::string Recording() {
+    return testing::NmeaSentence("GPRMC,101500.000,A,5956.000,N,01043.000,E,10.0,90.0,231126,,") +
+           testing::NmeaSentence("GPGGA,101500.000,5956.000,N,01043.000,E,1,08,0.9,120.0,M,,,,") +
+           testing::NmeaSentence("GPRMC,101501.000,A,5956.001,N,01043.000,E,10.0,90.0,231126,,") +
+           testing::NmeaSentence("GPGGA,101501.000,5956.001,N,01043.000,E,1,08,0.9,120.0,M,,,,");
+}
+
+// gnss-share's side of the socket: it takes the program's connection and
+// sends it what it is given.
+class ShareServer {
+  public:
+    explicit ShareServer(const std::string& path) : path_(path) {
+        listener_ = socket(AF_UNIX, SOCK_STREAM | SOCK_NONBLOCK | SOCK_CLOEXEC, 0);
+        sockaddr_un address{};
+        address.sun_family = AF_UNIX;
+        std::strncpy(address.sun_path, path.c_str(), sizeof address.sun_path - 1);
+        bind(listener_, reinterpret_cast<const sockaddr*>(&address), sizeof address);
+        listen(listener_, 1);
+    }
+    ~ShareServer() {
+        if (client_ >= 0) close(client_);
+        close(listener_);
+        unlink(path_.c_str());
+    }
+    ShareServer(const ShareServer&) = delete;
+    ShareServer& operator=(const ShareServer&) = delete;
+
+    void Send(const std::string& bytes) {
+        if (client_ < 0) client_ = accept4(listener_, nullptr, nullptr, SOCK_CLOEXEC);
+        if (client_ >= 0) send(client_, bytes.data(), bytes.size(), MSG_NOSIGNAL);
+    }
+
+  private:
+    std::string path_;
+    int listener_ = -1;
+    int client_ = -1;
+};
+
+class DaemonReceiversTest : public QObject {
+    Q_OBJECT
+
+  private slots:
+    void initTestCase();
+    void cleanupTestCase();
+    void init();
+    void cleanup();
+    void TheGnssShareSocketGivesFixesAndAMissingOneIsNamed();
+    void TheModemGivesFixesAndIsSwitchedBackOff();
+    void ModemManagerProblemsAreNamed();
+
+  private:
+    // Starts the program with the serial port source and the receiver line
+    // of tolvane.conf.
+    ProgramWindow& Start(const std::string& receiverLines);
+    // Starts the stand-in ModemManager in a mode; it reads recording_.
+    void StartModemManager(const QString& mode);
+
+    QProcess bus_;
+    QProcess modemManager_;
+    std::unique_ptr<QTemporaryDir> home_;
+    std::unique_ptr<ProgramWindow> program_;
+    QString recording_;
+};
+
+void DaemonReceiversTest::initTestCase() {
+    bus_.start(QStringLiteral(TOLVANE_DBUS_DAEMON),
+               {QStringLiteral("--session"), QStringLiteral("--nofork"),
+                QStringLiteral("--print-address=1")});
+    QVERIFY(bus_.waitForReadyRead(5000));
+    // Qt opens the system bus at its first use, at this address.
+    qputenv("DBUS_SYSTEM_BUS_ADDRESS", bus_.readLine().trimmed());
+}
+
+void DaemonReceiversTest::cleanupTestCase() {
+    bus_.kill();
+    bus_.waitForFinished();
+}
+
+void DaemonReceiversTest::init() {
+    home_ = NewProgramHome();
+    QVERIFY(CStringManager::GetInstance().Load(9, 1));
+    recording_ = home_->filePath(QStringLiteral("recording.nmea"));
+    QFile file(recording_);
+    QVERIFY(file.open(QIODevice::WriteOnly));
+    file.write(QByteArray::fromStdString(Recording()));
+}
+
+void DaemonReceiversTest::cleanup() {
+    program_.reset();
+    modemManager_.kill();
+    modemManager_.waitForFinished();
+    home_.reset();
+}
+
+ProgramWindow& DaemonReceiversTest::Start(const std::string& receiverLines) {
+    Options options;
+    ResetOptions(options);
+    options.gpsSource = kGpsSourcePort;
+    const std::string optionsPath = home_->filePath(QStringLiteral("Options.dat")).toStdString();
+    if (!SaveOptions(optionsPath, options, 1)) qFatal("Options.dat not written");
+    QFile conf(QString::fromStdString(LocalSettingsPath(optionsPath)));
+    if (!conf.open(QIODevice::WriteOnly)) qFatal("tolvane.conf not written");
+    conf.write(QByteArray::fromStdString(receiverLines));
+    conf.close();
+    program_ = std::make_unique<ProgramWindow>(CommandLine{});
+    if (!program_->Start({96, 96, 720, 1440})) qFatal("the program did not start");
+    if (!program_->Core().app.gpsRunning) program_->RunCommand(kCommandStartGps);
+    return *program_;
+}
+
+void DaemonReceiversTest::StartModemManager(const QString& mode) {
+    modemManager_.start(QStringLiteral(TOLVANE_MODEM_MANAGER_MOCK), {recording_, mode});
+    QVERIFY(modemManager_.waitForReadyRead(5000));
+    QCOMPARE(modemManager_.readLine().trimmed(), QByteArray("ready"));
+}
+
+void DaemonReceiversTest::TheGnssShareSocketGivesFixesAndAMissingOneIsNamed() {
+    const std::string socketPath = home_->filePath(QStringLiteral("gnss.sock")).toStdString();
+    ShareServer server(socketPath);
+    ProgramWindow& program = Start("receiver = gnss-share\ngnss-share-socket = " + socketPath + "\n");
+    const AppState& app = program.Core().app;
+    QVERIFY(app.gpsRunning);
+    QTRY_VERIFY_WITH_TIMEOUT((server.Send(Recording()), HasLiveFix(app.gps)), 5000);
+
+    platform::PortDevice device;
+    QVERIFY(!device.Open(SocketPortName(socketPath + ".gone")));
+    QCOMPARE(device.FailureReason(), std::string("No such file or directory"));
+}
+
+void DaemonReceiversTest::TheModemGivesFixesAndIsSwitchedBackOff() {
+    StartModemManager(QStringLiteral("working"));
+    ProgramWindow& program = Start("receiver = modem-manager\n");
+    const AppState& app = program.Core().app;
+    QVERIFY(app.gpsRunning);
+    QTRY_VERIFY_WITH_TIMEOUT(HasLiveFix(app.gps), 5000);
+    program.RunCommand(kCommandStopGps);
+    QVERIFY(!app.gpsRunning);
+    // The NMEA source switched on, and back to what the modem had.
+    QByteArray setups;
+    QTRY_COMPARE((setups += modemManager_.readAll()), QByteArray("Setup 4 0\nSetup 0 0\n"));
+}
+
+void DaemonReceiversTest::ModemManagerProblemsAreNamed() {
+    ModemManagerLocation location;
+    ModemSerialDevice device(location);
+    QVERIFY(!device.Open(kModemPortName));
+    QCOMPARE(device.FailureReason(), ModemFaultText(ModemFault::kNoModemManager));
+    QVERIFY(!device.FailureReason().empty());
+    const std::pair<const char*, ModemFault> modes[] = {
+        {"no-modem", ModemFault::kNoModem},
+        {"no-gnss", ModemFault::kNoGnss},
+        {"refuses", ModemFault::kRefused},
+    };
+    for (const auto& [mode, fault] : modes) {
+        StartModemManager(QString::fromLatin1(mode));
+        QVERIFY2(!device.Open(kModemPortName), mode);
+        QCOMPARE(device.FailureReason(), ModemFaultText(fault));
+        modemManager_.kill();
+        modemManager_.waitForFinished();
+    }
+}
+
+}  // namespace
+}  // namespace tolvane::shell
+
+int main(int argc, char** argv) {
+    return tolvane::shell::RunOffscreenTests<tolvane::shell::DaemonReceiversTest>(argc, argv);
+}
+
+#include "daemon_receivers_test.moc"
