@@ -25,7 +25,8 @@ QAction* AddCommand(QMenu& menu, const MenuItem& item, QActionGroup*& radioGroup
     action->setData(item.id);
     action->setEnabled(item.enabled);
     if (item.radio) {
-        // Neighbouring radio entries form one group, as in the menu resource.
+        // Neighbouring radio entries form one group, as in the menu resource;
+        // a separator between them ("Off" and the speed limits) keeps it.
         if (radioGroup == nullptr) radioGroup = new QActionGroup(&menu);
         radioGroup->addAction(action);
     }
@@ -39,7 +40,7 @@ QAction* AddCommand(QMenu& menu, const MenuItem& item, QActionGroup*& radioGroup
 void FillMenu(QMenu& menu, const MenuItem& item) {
     QActionGroup* radioGroup = nullptr;
     for (const MenuItem& child : item.children) {
-        if (!child.radio) radioGroup = nullptr;
+        if (!child.radio && !child.separator) radioGroup = nullptr;
         if (child.separator) {
             menu.addSeparator();
         } else if (!child.children.empty()) {

@@ -216,12 +216,15 @@ bool RunRadioCommand(Program& program, int id) {
 bool IsCommandAvailable(Program& program, int id) {
     if (IsMapCommand(id)) return IsMapCommandAvailable(program.app, id);
     switch (id) {
+        case kCommandGoToDestination:
         case kCommandNextDestination:
         case kCommandPreviousDestination:
         case kCommandResetDestinations:
+            // The round runs only with navigation on, through an open list
+            // that has at least one destination to go to.
             return program.app.options.navigation != 0 && HasDestinations(program);
-        case kCommandGoToDestination:
-            return HasDestinations(program);
+        case kCommandPointManager:
+            return !program.app.runtime.waypointFile.empty();
         case kCommandCloseDestinationList:
         case kCommandEditDestinations:
             return DestinationListOpen(program);

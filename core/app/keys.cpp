@@ -43,12 +43,6 @@ void PlayLimitBeep(Host& host) {
     RepeatUntilSuccess([&host] { return host.Sound().PlayLimitBeep(); });
 }
 
-// A key's command; one that cannot run now answers with the limit beep, so
-// that no key does nothing without a sound.
-void SendKeyCommand(Program& program, int id) {
-    if (OnCommand(program, id) == CommandResult::kUnavailable) PlayLimitBeep(program.host);
-}
-
 // A held arrow key steps at most once per interval; a release in between
 // lets the next press through at once.
 bool AcceptArrow(AppState& app, Key key, FileTime now) {
@@ -145,8 +139,7 @@ void OnEnter(Program& program) {
     AppState& app = program.app;
     switch (app.currentView) {
         case kViewTripStat:
-            if (program.host.AskYesNo(CStringManager::GetInstance().GetText(kTextClearTrip),
-                                      program.title)) {
+            if (program.host.AskYesNo(LanguageText(kTextClearTrip), program.title)) {
                 ClearTrip(app.gps, app.instruments);
                 program.host.Repaint();
             }
@@ -184,12 +177,15 @@ void OnKeyDown(Program& program, Key key) {
     if (key == Key::kDigit0) {
         OnCommand(program, app.gpsRunning ? kCommandStopGps : kCommandStartGps);
     } else if (key <= Key::kDigit9) {
+        // A command that cannot run now is refused without a sound: "3"
+        // shows the Map view only while a map is loaded and does nothing
+        // before then.
         const int command = kDigitCommands[static_cast<int>(key)];
-        if (command != 0) SendKeyCommand(program, command);
+        if (command != 0) OnCommand(program, command);
     } else if (key == Key::kStar) {
-        SendKeyCommand(program, kCommandGpsSetup);
+        OnCommand(program, kCommandGpsSetup);
     } else if (key == Key::kHash) {
-        SendKeyCommand(program, kCommandNightView);
+        OnCommand(program, kCommandNightView);
     } else if (key == Key::kEnter) {
         OnEnter(program);
     } else if (IsMapView(app.currentView)) {

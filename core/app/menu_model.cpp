@@ -21,177 +21,158 @@ constexpr std::uint32_t kTextTrackIntervalMenu = 10667;
 constexpr std::uint32_t kTextPointsMenu = 10668;
 constexpr std::uint32_t kTextHelpMenu = 10669;
 
-// A text of the language file, or the built-in English text when the file
-// lacks it, so that a damaged installation still has a usable menu.
-std::string Text(std::uint32_t id, const char* english) {
-    const char* text = CStringManager::GetInstance().GetString(id);
-    return text != nullptr ? text : english;
-}
-
 MenuItem Separator() {
     MenuItem item;
     item.separator = true;
     return item;
 }
 
-MenuItem Popup(std::uint32_t textId, const char* english, std::vector<MenuItem> children) {
+// Every text is the language file's, or the built-in English one when the
+// file lacks it, so that a damaged installation still has a usable menu.
+MenuItem Popup(std::uint32_t textId, std::vector<MenuItem> children) {
     MenuItem item;
-    item.text = Text(textId, english);
+    item.text = LanguageText(textId);
     item.children = std::move(children);
     return item;
 }
 
 // A command item, greyed when the command cannot run now.
-MenuItem Command(Program& program, int id, const char* english) {
+MenuItem Command(Program& program, int id) {
     MenuItem item;
     item.id = id;
-    item.text = Text(static_cast<std::uint32_t>(id), english);
+    item.text = LanguageText(static_cast<std::uint32_t>(id));
     item.enabled = IsCommandAvailable(program, id);
     return item;
 }
 
-MenuItem Toggle(Program& program, int id, const char* english, bool checked) {
-    MenuItem item = Command(program, id, english);
+MenuItem Toggle(Program& program, int id, bool checked) {
+    MenuItem item = Command(program, id);
     item.checkable = true;
     item.checked = checked;
     return item;
 }
 
-MenuItem Radio(Program& program, int id, const char* english, bool checked) {
-    MenuItem item = Toggle(program, id, english, checked);
+MenuItem Radio(Program& program, int id, bool checked) {
+    MenuItem item = Toggle(program, id, checked);
     item.radio = true;
     return item;
 }
 
-MenuItem ViewItem(Program& program, int id, const char* english, int view) {
-    return Radio(program, id, english, program.app.currentView == view);
+MenuItem ViewItem(Program& program, int id, int view) {
+    return Radio(program, id, program.app.currentView == view);
 }
 
 MenuItem GpsItem(Program& program) {
-    if (program.app.gpsRunning) return Command(program, kCommandStopGps, "Stop GPS\t[0]");
-    return Command(program, kCommandStartGps, "Start GPS\t[0]");
+    if (program.app.gpsRunning) return Command(program, kCommandStopGps);
+    return Command(program, kCommandStartGps);
 }
 
 MenuItem MapMenu(Program& program) {
     const Options& options = program.app.options;
     std::vector<MenuItem> recent;
     for (int id = kCommandFirstRecentMap; id <= kCommandLastRecentMap; ++id) {
-        MenuItem item = Command(program, id, "Empty");
+        MenuItem item = Command(program, id);
         const std::string name = RecentMapText(options, id - kCommandFirstRecentMap);
         if (name != "Empty") item.text = name;
         recent.push_back(item);
     }
     std::vector<MenuItem> refPoints;
     for (int id = kCommandFirstRefPoint; id <= kCommandLastRefPoint; ++id) {
-        const std::string english =
-            "Set Ref Point " + std::to_string(id - kCommandFirstRefPoint + 1);
-        refPoints.push_back(Command(program, id, english.c_str()));
+        refPoints.push_back(Command(program, id));
     }
-    return Popup(
-        kTextMapMenu, "Map",
-        {Command(program, kCommandLoadMap, "Load Map"),
-         Popup(kTextRecentMapsMenu, "Recent Maps", std::move(recent)), Separator(),
-         Toggle(program, kCommandShowMap, "Show Map", options.showMap),
-         Toggle(program, kCommandShowRefPoints, "Show Ref Points", options.showRefPoints),
-         Toggle(program, kCommandShowTrack, "Show Track", options.showTrack),
-         Toggle(program, kCommandShowWaypoint, "Show Waypoint", options.showWaypoint),
-         Toggle(program, kCommandShowPoi, "Show POI", options.showPoi),
-         Toggle(program, kCommandShowDestinations, "Show Destinations", options.showDestinations),
-         Toggle(program, kCommandShowDestinationInfo, "Show Destn. Info",
-                options.showDestinationInfo),
-         Toggle(program, kCommandShowLabel, "Show Label", options.showLabel),
-         Toggle(program, kCommandShowRange, "Show Range", options.showRange), Separator(),
-         Popup(kTextRefPointMenu, "Reference Points", std::move(refPoints))});
+    return Popup(kTextMapMenu,
+                 {Command(program, kCommandLoadMap), Popup(kTextRecentMapsMenu, std::move(recent)),
+                  Separator(), Toggle(program, kCommandShowMap, options.showMap),
+                  Toggle(program, kCommandShowRefPoints, options.showRefPoints),
+                  Toggle(program, kCommandShowTrack, options.showTrack),
+                  Toggle(program, kCommandShowWaypoint, options.showWaypoint),
+                  Toggle(program, kCommandShowPoi, options.showPoi),
+                  Toggle(program, kCommandShowDestinations, options.showDestinations),
+                  Toggle(program, kCommandShowDestinationInfo, options.showDestinationInfo),
+                  Toggle(program, kCommandShowLabel, options.showLabel),
+                  Toggle(program, kCommandShowRange, options.showRange), Separator(),
+                  Popup(kTextRefPointMenu, std::move(refPoints))});
 }
 
 MenuItem GoToMenu(Program& program) {
     return Popup(
-        kTextGoToMenu, "Go To",
-        {Command(program, kCommandGoToDestination, "Destination"),
-         Command(program, kCommandNextDestination, "Next"),
-         Command(program, kCommandPreviousDestination, "Previous"),
-         Command(program, kCommandResetDestinations, "Reset"), Separator(),
-         Command(program, kCommandAddDestination, "Add Destination"),
-         Command(program, kCommandEditDestinations, "Edit Destinations"),
-         Popup(kTextDestinationListMenu, "Destn. List",
-               {Command(program, kCommandNewDestinationList, "New"),
-                Command(program, kCommandOpenDestinationList, "Open"),
-                Command(program, kCommandCloseDestinationList, "Close")}),
-         Separator(),
-         Toggle(program, kCommandNavigation, "Navigation", program.app.options.navigation != 0),
-         Toggle(program, kCommandVoiceGuide, "Voice Guide", program.app.options.voiceGuide != 0)});
+        kTextGoToMenu,
+        {Command(program, kCommandGoToDestination), Command(program, kCommandNextDestination),
+         Command(program, kCommandPreviousDestination), Command(program, kCommandResetDestinations),
+         Separator(), Command(program, kCommandAddDestination),
+         Command(program, kCommandEditDestinations),
+         Popup(kTextDestinationListMenu, {Command(program, kCommandNewDestinationList),
+                                          Command(program, kCommandOpenDestinationList),
+                                          Command(program, kCommandCloseDestinationList)}),
+         Separator(), Toggle(program, kCommandNavigation, program.app.options.navigation != 0),
+         Toggle(program, kCommandVoiceGuide, program.app.options.voiceGuide != 0)});
 }
 
-// "Off", then the eight limits in the current unit ("50 km/h"), one of them
-// checked.
+// "Off" and a separator, then the eight limits in the current unit
+// ("50 km/h"), one of them checked: the limits sit at positions 2 to 9.
 MenuItem SpeedAlarmMenu(Program& program) {
     const Options& options = program.app.options;
     std::vector<MenuItem> items;
     items.push_back(
-        Radio(program, kCommandSpeedAlarmOff, "Off", options.speedAlarmIndex == kSpeedAlarmOff));
+        Radio(program, kCommandSpeedAlarmOff, options.speedAlarmIndex == kSpeedAlarmOff));
+    items.push_back(Separator());
     for (int index = 0; index <= kLastSpeedAlarm; ++index) {
-        MenuItem item =
-            Radio(program, SpeedAlarmCommand(index), "", options.speedAlarmIndex == index);
+        MenuItem item = Radio(program, SpeedAlarmCommand(index), options.speedAlarmIndex == index);
         item.text = SpeedAlarmMenuText(options.speedAlarmValues[index], options.unitSystem);
         items.push_back(std::move(item));
     }
     items.push_back(Separator());
-    items.push_back(Command(program, kCommandCustomSpeedAlarm, "Customize..."));
-    return Popup(kTextSpeedAlarmMenu, "Speed Alarm", std::move(items));
+    items.push_back(Command(program, kCommandCustomSpeedAlarm));
+    return Popup(kTextSpeedAlarmMenu, std::move(items));
 }
 
 MenuItem TrackMenu(Program& program) {
     const Options& options = program.app.options;
     std::vector<MenuItem> intervals;
-    const char* const english[] = {"Interval 10s", "Interval 20s", "Interval 30s", "Interval 60s"};
     for (int index = 0; index < kTrackIntervalCount; ++index) {
-        intervals.push_back(Radio(program, kCommandFirstInterval + index, english[index],
-                                  options.trackIntervalIndex == index));
+        intervals.push_back(
+            Radio(program, kCommandFirstInterval + index, options.trackIntervalIndex == index));
     }
     intervals.push_back(Separator());
-    intervals.push_back(Command(program, kCommandCustomInterval, "Customize..."));
-    return Popup(
-        kTextTrackMenu, "Track",
-        {Toggle(program, kCommandEnableLogger, "Enable Logger", options.trackLoggerEnabled != 0),
-         Popup(kTextTrackIntervalMenu, "Track Interval", std::move(intervals)), Separator(),
-         Command(program, kCommandViewLogFile, "View Log File")});
+    intervals.push_back(Command(program, kCommandCustomInterval));
+    return Popup(kTextTrackMenu,
+                 {Toggle(program, kCommandEnableLogger, options.trackLoggerEnabled != 0),
+                  Popup(kTextTrackIntervalMenu, std::move(intervals)), Separator(),
+                  Command(program, kCommandViewLogFile)});
 }
 
 MenuItem PointsMenu(Program& program) {
-    return Popup(kTextPointsMenu, "Waypoints && POI",
-                 {Command(program, kCommandAddWaypoint, "Add Waypoint"),
-                  Command(program, kCommandAddPoi, "Add POI"),
-                  Command(program, kCommandPointManager, "W && P Manager"), Separator(),
-                  Command(program, kCommandImport, "Import")});
+    return Popup(
+        kTextPointsMenu,
+        {Command(program, kCommandAddWaypoint), Command(program, kCommandAddPoi),
+         Command(program, kCommandPointManager), Separator(), Command(program, kCommandImport)});
 }
 
 MenuItem HelpMenu(Program& program) {
-    return Popup(kTextHelpMenu, "Help",
-                 {Command(program, kCommandUserManual, "User Manual"),
-                  Command(program, kCommandCheckForUpdates, "Check for Updates"),
-                  Command(program, kCommandAbout, "About")});
+    return Popup(kTextHelpMenu,
+                 {Command(program, kCommandUserManual), Command(program, kCommandCheckForUpdates),
+                  Command(program, kCommandAbout)});
 }
 
 }  // namespace
 
 std::string SoftKeyText(int id) {
-    return Text(static_cast<std::uint32_t>(id), id == kCommandLeftSoftKey ? "Views" : "Menu");
+    return LanguageText(static_cast<std::uint32_t>(id));
 }
 
 MenuItem BuildViewsMenu(Program& program) {
     const Options& options = program.app.options;
     MenuItem menu;
     menu.text = SoftKeyText(kCommandLeftSoftKey);
-    menu.children = {
-        ViewItem(program, kCommandGpsInfo, "GPS Info\t[1]", kViewGpsInfo),
-        ViewItem(program, kCommandSatellites, "Satellites\t[7]", kViewSatellites),
-        ViewItem(program, kCommandWorldMap, "World Map\t[2]", kViewWorldMap),
-        ViewItem(program, kCommandCompass, "Compass\t[4]", kViewCompass),
-        ViewItem(program, kCommandSpeed, "Speed\t[5]", kViewSpeed),
-        ViewItem(program, kCommandTripStat, "Trip Stat.\t[6]", kViewTripStat),
-        Separator(),
-        Toggle(program, kCommandNightView, "Night View\t[#]", options.nightView != 0),
-        Toggle(program, kCommandFullScreen, "Full Screen (Map)", options.fullScreen != 0)};
+    menu.children = {ViewItem(program, kCommandGpsInfo, kViewGpsInfo),
+                     ViewItem(program, kCommandSatellites, kViewSatellites),
+                     ViewItem(program, kCommandWorldMap, kViewWorldMap),
+                     ViewItem(program, kCommandCompass, kViewCompass),
+                     ViewItem(program, kCommandSpeed, kViewSpeed),
+                     ViewItem(program, kCommandTripStat, kViewTripStat),
+                     Separator(),
+                     Toggle(program, kCommandNightView, options.nightView != 0),
+                     Toggle(program, kCommandFullScreen, options.fullScreen != 0)};
     return menu;
 }
 
@@ -199,7 +180,7 @@ MenuItem BuildCommandMenu(Program& program) {
     MenuItem menu;
     menu.text = SoftKeyText(kCommandRightSoftKey);
     menu.children = {GpsItem(program),
-                     Command(program, kCommandGpsSetup, "GPS Setup\t[*]"),
+                     Command(program, kCommandGpsSetup),
                      Separator(),
                      MapMenu(program),
                      GoToMenu(program),
@@ -207,10 +188,10 @@ MenuItem BuildCommandMenu(Program& program) {
                      TrackMenu(program),
                      PointsMenu(program),
                      Separator(),
-                     Command(program, kCommandOptions, "Options"),
+                     Command(program, kCommandOptions),
                      HelpMenu(program),
                      Separator(),
-                     Command(program, kCommandExit, "Exit")};
+                     Command(program, kCommandExit)};
     return menu;
 }
 

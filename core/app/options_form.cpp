@@ -9,6 +9,7 @@
 #include "core/app/startup.h"
 #include "core/base/number_fields.h"
 #include "core/base/string_manager.h"
+#include "core/base/text_encoding.h"
 #include "core/data/geo_point_file.h"
 #include "core/geo/formatting.h"
 #include "core/gps/gps_processing.h"
@@ -190,7 +191,8 @@ bool CanTestVoice(Program& program, const OptionsForm& form) {
 bool TestVoice(Program& program, const OptionsForm& form) {
     if (!CanTestVoice(program, form)) return false;
     VoiceGuide voice(program.host.Speech(), program.host.Processes(), program.host.Sound());
-    return voice.SpeakText(form.voiceEngine, form.testSentence);
+    return voice.SpeakText(form.voiceEngine,
+                           TruncateToUtf16Units(form.testSentence, kVoiceTestFieldLength));
 }
 
 double MinimumSpeedFromField(std::string_view text) {

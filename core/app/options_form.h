@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <string>
 #include <string_view>
@@ -38,9 +39,11 @@ inline constexpr std::uint32_t kTextOk = 12506;
 inline constexpr std::uint32_t kTextFirstUnitSystem = 10813;  // three entries
 inline constexpr std::uint32_t kTextVoiceTestSentence = 10866;
 
-// The edits hold no more than these characters.
+// The edits hold no more than these characters; Test reads no more of a
+// longer sentence than its box holds.
 inline constexpr std::size_t kMinimumSpeedFieldLength = 20;
 inline constexpr std::size_t kProximityRangeFieldLength = 9;
+inline constexpr std::size_t kVoiceTestFieldLength = 100;  // UTF-16 code units
 
 // The combos whose entries are fixed lists.
 enum class OptionsCombo {
@@ -98,8 +101,8 @@ struct UnitLabels {
 UnitLabels OptionsUnitLabels(int unitSystem);
 
 // "Test" can be pressed when the chosen engine is there and there is a
-// sentence to speak; pressing it speaks the sentence (false when it could
-// not be spoken).
+// sentence to speak; pressing it speaks the sentence's first
+// kVoiceTestFieldLength characters (false when it could not be spoken).
 bool CanTestVoice(Program& program, const OptionsForm& form);
 bool TestVoice(Program& program, const OptionsForm& form);
 

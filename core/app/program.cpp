@@ -28,7 +28,7 @@ Program::~Program() {
 }
 
 std::string ProductTitle() {
-    return CStringManager::GetInstance().GetText(kTextProductName);
+    return LanguageText(kTextProductName);
 }
 
 }  // namespace tolvane

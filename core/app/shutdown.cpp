@@ -101,8 +101,7 @@ void SaveProgramSettings(Program& program) {
 
 bool RunExit(Program& program) {
     SaveProgramSettings(program);
-    if (!program.host.AskYesNo(CStringManager::GetInstance().GetText(kTextConfirmExit),
-                               program.title)) {
+    if (!program.host.AskYesNo(LanguageText(kTextConfirmExit), program.title)) {
         return false;
     }
     StopTimers(program);

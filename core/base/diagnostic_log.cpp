@@ -23,6 +23,11 @@ LogEnvironment& Environment() {
 const char* g_pendingPath = "";
 int g_pendingLine = 0;
 
+// Each thread's indent depth: the number of spaces, 0..100, before the
+// thread's messages. No part of the program nests its reports, so every
+// thread's depth stays 0.
+thread_local std::size_t t_indentDepth = 0;
+
 std::string FormatText(const char* format, va_list arguments) {
     va_list copy;
     va_copy(copy, arguments);
@@ -82,8 +87,10 @@ DiagnosticLog::DiagnosticLog() {
     Open();
 }
 
+// The log ends with the program, also through exit() after a critical
+// error, so its statistics and "Log finished" are always the last lines.
 DiagnosticLog::~DiagnosticLog() {
-    if (file_ != nullptr) std::fclose(file_);
+    Close();
 }
 
 void DiagnosticLog::Open() {
@@ -121,8 +128,9 @@ void DiagnosticLog::WriteLine(const std::string& message) {
         Format("%02u:%02u:%02u(%" PRId64 ")", static_cast<unsigned>(now.hour),
                static_cast<unsigned>(now.minute), static_cast<unsigned>(now.second),
                static_cast<std::int64_t>(counter));
-    WriteRaw(Format("%s thr 0x%08X : %s%s\t(from %s,%d)\r\n", stamp.c_str(), CurrentThreadId(), "",
-                    message.c_str(), SourceName(g_pendingPath), g_pendingLine));
+    WriteRaw(Format("%s thr 0x%08X : %s%s\t(from %s,%d)\r\n", stamp.c_str(), CurrentThreadId(),
+                    std::string(t_indentDepth, ' ').c_str(), message.c_str(),
+                    SourceName(g_pendingPath), g_pendingLine));
 }
 
 void DiagnosticLog::Report(const char* format, ...) {

@@ -77,10 +77,9 @@ std::string AltitudeSpeedLine(const AppState& app) {
     const int units = app.options.unitSystem;
     const char* format =
         units == kMetric ? "%s %0.2f %s   %s %0.2f %s" : "%s %0.2f %s  %s %0.2f %s";
-    CStringManager& strings = CStringManager::GetInstance();
-    return PrintFormat(format, strings.GetText(kAltitudeLabel).c_str(),
+    return PrintFormat(format, LanguageText(kAltitudeLabel).c_str(),
                        AltitudeInUnit(app.gps.altitude, units), AltitudeUnitText(units),
-                       strings.GetText(kSpeedLabel).c_str(), SpeedInUnit(app.gps.speedKnots, units),
+                       LanguageText(kSpeedLabel).c_str(), SpeedInUnit(app.gps.speedKnots, units),
                        SpeedUnitText(units));
 }
 

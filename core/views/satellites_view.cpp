@@ -182,9 +182,8 @@ void PaintSatellitesView(Canvas& canvas, const ViewContext& context) {
     canvas.DrawRectangle(view, palette.background, kNoColor);
 
     const int pad = std::max(2, context.layout.barHeight / 4);
-    const std::string title =
-        PrintFormat("%s %d/%d", CStringManager::GetInstance().GetText(kTitleLabel).c_str(),
-                    gps.satellitesUsed, gps.satellitesInView);
+    const std::string title = PrintFormat("%s %d/%d", LanguageText(kTitleLabel).c_str(),
+                                          gps.satellitesUsed, gps.satellitesInView);
     const int titleHeight = canvas.MeasureText(title, directionFont).height;
     canvas.DrawText(title, directionFont,
                     {view.left, view.top + pad, view.right, view.top + pad + titleHeight},

@@ -64,17 +64,9 @@ int PaintStatusMarks(Canvas& canvas, const ViewContext& context, const Palette& 
     return right;
 }
 
-// The menu command of each view, whose text names it, and an English name
-// for a missing language file.
-struct ViewName {
-    std::uint32_t menuText;
-    const char* fallback;
-};
-
-constexpr ViewName kViewNames[] = {
-    {40048, "GPS Info"},  {40012, "Satellites"}, {40015, "Compass"},    {40014, "Speed"},
-    {40020, "World Map"}, {10660, "Map"},        {40262, "Trip Stat."},
-};
+// The text that names each view: its menu command's, or the Map menu's for
+// the Map view, which has no menu item of its own.
+constexpr std::uint32_t kViewNames[] = {40048, 40012, 40015, 40014, 40020, 10660, 40262};
 
 // The view's name; the World Map adds the time in UTC, the clock its day
 // and night line follows.
@@ -152,9 +144,7 @@ const Palette& PaletteOf(const ViewContext& context) {
 
 std::string ViewTitle(int view) {
     if (view < 0 || view >= static_cast<int>(std::size(kViewNames))) return {};
-    const ViewName& name = kViewNames[view];
-    std::string text = CStringManager::GetInstance().GetText(name.menuText);
-    if (text.empty()) return name.fallback;
+    const std::string text = LanguageText(kViewNames[view]);
     return text.substr(0, text.find('\t'));
 }
 

@@ -173,8 +173,7 @@ void DrawGraticule(Canvas& canvas, const ViewContext& context, const MapPlacemen
 
 void DrawMissingNote(Canvas& canvas, const ViewContext& context) {
     const Rect& body = context.layout.body;
-    std::string note = CStringManager::GetInstance().GetText(kTextNoWorldPictures);
-    if (note.empty()) note = "No pictures of the earth: install xplanet-images";
+    const std::string note = LanguageText(kTextNoWorldPictures);
     const int height = context.layout.barHeight;
     const Rect box{body.left, body.bottom - height, body.right, body.bottom};
     canvas.DrawRectangle(box, PaletteOf(context).panel, kNoColor);

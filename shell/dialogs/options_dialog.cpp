@@ -214,8 +214,10 @@ void OptionsDialog::AddStorageCombo(QVBoxLayout* page) {
 }
 
 void OptionsDialog::AddVoiceTest(QVBoxLayout* page) {
-    auto* sentence = new QLineEdit(FromUtf8(form_.testSentence));
+    auto* sentence = new QLineEdit;
     sentence->setObjectName(QStringLiteral("testSentence"));
+    sentence->setMaxLength(static_cast<int>(kVoiceTestFieldLength));
+    sentence->setText(FromUtf8(form_.testSentence));
     sentence->setCursorPosition(0);
     testButton_ = new QPushButton(Text(kTextVoiceTest));
     testButton_->setObjectName(QStringLiteral("test"));

@@ -87,6 +87,9 @@ void OptionsDialogTest::EnterStoresWhatWasTypedAndEscapeNothing() {
         QCOMPARE(Find<QLabel>(dialog, "minimumSpeedUnit").text(), QStringLiteral("MPH"));
         QCOMPARE(Find<QLabel>(dialog, "proximityRangeUnit").text(), QStringLiteral("ft"));
         Retype(dialog, "proximityRange", QStringLiteral("x35-0"));  // the edit takes the digits
+        // The sentence box takes at most 100 characters.
+        Retype(dialog, "testSentence", QString(150, QLatin1Char('a')));
+        QCOMPARE(Find<QLineEdit>(dialog, "testSentence").text(), QString(100, QLatin1Char('a')));
         Retype(dialog, "testSentence", QString());
         QVERIFY(!Find<QPushButton>(dialog, "test").isEnabled());
         Retype(dialog, "minimumSpeed", QStringLiteral("-5"));

@@ -15,6 +15,7 @@
 #include <QTemporaryDir>
 #include <QTest>
 #include <QTimer>
+#include <QToolButton>
 #include <algorithm>
 #include <cstdlib>
 #include <filesystem>
@@ -88,6 +89,7 @@ class WindowTest : public QObject {
     void ASettingsFileThatDidNotLoadIsKeptAtTheFirstSave();
     void ASecondStartBringsTheFirstForwardAndEnds();
     void MenusGreyAndCheckAsTheStateSays();
+    void AStartWithoutTheLanguageFileShowsNoEmptyText();
     void ASquareScreenUses110DpiAndTheSmallLayout();
     void ScreenshotsPaintEveryViewOfARecordingDayAndNight();
     void TheAlarmLoopsWithoutAJump();
@@ -351,7 +353,51 @@ void WindowTest::MenusGreyAndCheckAsTheStateSays() {
         // The alarm entries are one radio group: one checked at a time.
         QVERIFY(alarm80->actionGroup() != nullptr);
         QCOMPARE(alarm80->actionGroup(), alarmOff->actionGroup());
+        // "Off", a separator, then the limits at positions 2 to 9.
+        const QList<QAction*> alarms = qobject_cast<QMenu*>(alarmOff->parent())->actions();
+        QCOMPARE(alarms.indexOf(alarmOff), 0);
+        QVERIFY(alarms[1]->isSeparator());
+        QCOMPARE(alarms.indexOf(alarm80), 4);
+        // Navigation is off: the round's items are grey; the start set the
+        // waypoint file, so the manager runs.
+        QVERIFY(!FindAction(commands, kCommandGoToDestination)->isEnabled());
+        QVERIFY(FindAction(commands, kCommandPointManager)->isEnabled());
     }
+}
+
+// Without its language file the program says so once and runs on in its
+// built-in English: no title, soft key, menu entry or question is empty.
+void WindowTest::AStartWithoutTheLanguageFileShowsNoEmptyText() {
+    QVERIFY(QFile::remove(home_->filePath(QStringLiteral("tolvane_ENU.dat"))));
+    QString failure;
+    AnswerNextBox(QMessageBox::Ok, [&](QMessageBox& box) { failure = box.text(); });
+    ProgramWindow& program = Start();
+    QVERIFY(failure.startsWith(QStringLiteral("Load language file failed!")));
+    QCOMPARE(program.Window().windowTitle(), QStringLiteral("Tolvane GPS Utilities"));
+    const QList<QToolButton*> keys = program.Window().SoftKeys().findChildren<QToolButton*>();
+    QCOMPARE(keys.size(), 2);
+    for (QToolButton* key : keys) QVERIFY(!key->text().isEmpty());
+    QMenu commands;
+    FillMenu(commands, BuildCommandMenu(program.Core()));
+    QList<QAction*> actions = commands.actions();
+    for (int i = 0; i < actions.size(); ++i) {
+        if (actions[i]->menu() != nullptr) actions += actions[i]->menu()->actions();
+        QVERIFY(actions[i]->isSeparator() || !actions[i]->text().isEmpty());
+    }
+
+    QStringList asked;
+    const auto look = [&](QMessageBox& box) {
+        asked << box.windowTitle() << box.text();
+    };
+    QTest::keyClick(&program.Window(), Qt::Key_6);
+    AnswerNextBox(QMessageBox::No, look);
+    QTest::keyClick(&program.Window(), Qt::Key_Return);
+    AnswerNextBox(QMessageBox::No, look);
+    program.RunCommand(kCommandExit);
+    QCOMPARE(asked, (QStringList{QStringLiteral("Tolvane GPS Utilities"),
+                                 QStringLiteral("Clear the trip statistics?"),
+                                 QStringLiteral("Tolvane GPS Utilities"),
+                                 QStringLiteral("Do you want to exit Tolvane GPS Utilities?")}));
 }
 
 void WindowTest::ASquareScreenUses110DpiAndTheSmallLayout() {

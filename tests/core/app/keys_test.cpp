@@ -19,6 +19,9 @@ int Count(const std::vector<std::string>& events, const std::string& event) {
 TEST(KeysTest, DigitsSwitchViewsAndZeroStartsAndStopsTheGps) {
     testing::ProgramFixture fixture;
     Program& program = fixture.program;
+    OnKeyDown(program, Key::kDigit3);  // no map loaded: nothing, not even a sound
+    EXPECT_EQ(program.app.currentView, kViewGpsInfo);
+    EXPECT_TRUE(fixture.host.events.empty());
     OnKeyDown(program, Key::kDigit5);
     EXPECT_EQ(program.app.currentView, kViewSpeed);
     OnKeyDown(program, Key::kDigit7);
@@ -131,6 +134,8 @@ TEST(KeysTest, EnterClearsTheTripAfterAskingAndSwitchesTheCompass) {
     fixture.host.answer = false;
     OnKeyDown(program, Key::kEnter);
     EXPECT_EQ(gps.tripDistanceKm, 12.5);
+    // Without a language file the question is the built-in English one.
+    EXPECT_EQ(fixture.host.events, std::vector<std::string>{"ask Clear the trip statistics?"});
     fixture.host.answer = true;
     OnKeyDown(program, Key::kEnter);
     EXPECT_EQ(gps.tripDistanceKm, 0);

@@ -27,6 +27,15 @@ std::vector<MenuItem> AllItems(Program& program) {
     return items;
 }
 
+// The pop-up that holds the item with id.
+const MenuItem* FindPopup(const MenuItem& menu, int id) {
+    for (const MenuItem& child : menu.children) {
+        if (child.id == id) return &menu;
+        if (const MenuItem* found = FindPopup(child, id)) return found;
+    }
+    return nullptr;
+}
+
 const MenuItem& Find(const std::vector<MenuItem>& items, int id) {
     for (const MenuItem& item : items) {
         if (item.id == id) return item;
@@ -87,16 +96,38 @@ TEST(MenuModelTest, ChecksGreysAndTextsFollowTheState) {
     EXPECT_FALSE(Find(items, kCommandSpeedAlarmOff).checked);
     EXPECT_FALSE(Find(items, kCommandNextDestination).enabled);
     EXPECT_FALSE(Find(items, kCommandCloseDestinationList).enabled);
+    EXPECT_FALSE(Find(items, kCommandPointManager).enabled);  // no waypoint file
+    // "Off", a separator, then the limits at positions 2 to 9.
+    const MenuItem speedAlarm = *FindPopup(BuildCommandMenu(program), kCommandSpeedAlarmOff);
+    EXPECT_EQ(speedAlarm.children[0].id, kCommandSpeedAlarmOff);
+    EXPECT_TRUE(speedAlarm.children[1].separator);
+    for (int i = 0; i <= kLastSpeedAlarm; ++i) {
+        EXPECT_EQ(speedAlarm.children[i + 2].id, kCommandFirstSpeedAlarm + i);
+    }
 
+    // An open list with navigation off: only the list's own items run.
     app.options.unitSystem = 1;
-    app.options.navigation = 1;
+    app.options.navigation = 0;
+    app.runtime.waypointFile = fixture.folder.File("Waypoint.csv");
     DynamicList<GeoPoint> destinations;
     destinations.Append(GeoPoint{});
     OpenDestinationList(app.navigation, destinations);
+    items = AllItems(program);
+    for (const int id : {kCommandGoToDestination, kCommandNextDestination,
+                         kCommandPreviousDestination, kCommandResetDestinations}) {
+        EXPECT_FALSE(Find(items, id).enabled) << id;
+    }
+    EXPECT_TRUE(Find(items, kCommandCloseDestinationList).enabled);
+    EXPECT_TRUE(Find(items, kCommandPointManager).enabled);
+
+    app.options.navigation = 1;
     ASSERT_EQ(OnCommand(program, kCommandStartGps), CommandResult::kDone);
     items = AllItems(program);
     EXPECT_EQ(Find(items, kCommandFirstSpeedAlarm).text, "50 MPH");
-    EXPECT_TRUE(Find(items, kCommandNextDestination).enabled);
+    for (const int id : {kCommandGoToDestination, kCommandNextDestination,
+                         kCommandPreviousDestination, kCommandResetDestinations}) {
+        EXPECT_TRUE(Find(items, id).enabled) << id;
+    }
     EXPECT_TRUE(Find(items, kCommandCloseDestinationList).enabled);
     EXPECT_EQ(Find(items, kCommandStopGps).text, "Stop GPS\t[0]");
 }

@@ -26,6 +26,7 @@ TEST(StartupTest, AMissingLanguageFileIsReportedOnceWithTheFixedCaption) {
               "been damaged.");
     EXPECT_EQ(host.messages[0].caption, "Tolvane GPS Utilities");
     EXPECT_EQ(CStringManager::GetInstance().GetString(10000), nullptr);
+    EXPECT_EQ(ProductTitle(), "Tolvane GPS Utilities");  // the built-in English
 
     testing::WriteFileBytes(folder.File("tolvane_ENU.dat"),
                             EncodeLanguageFile({{10000, "Tolvane GPS Utilities"}}));

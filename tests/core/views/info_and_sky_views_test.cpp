@@ -30,7 +30,7 @@ RecordingCanvas Paint(const AppState& app, void (*painter)(Canvas&, const ViewCo
 }
 
 std::string Label(std::uint32_t id) {
-    return CStringManager::GetInstance().GetText(id);
+    return LanguageText(id);
 }
 
 TEST(GpsInfoViewTest, ShowsTheFixInItsFontsAndColoursByDayAndNight) {
