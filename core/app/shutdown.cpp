@@ -1,5 +1,6 @@
 #include "core/app/shutdown.h"
 
+#include "core/app/destination_commands.h"
 #include "core/app/gid_commands.h"
 #include "core/app/gps_commands.h"
 #include "core/base/diagnostic_log.h"
@@ -102,7 +103,8 @@ void SaveProgramSettings(Program& program) {
 bool RunExit(Program& program) {
     SaveProgramSettings(program);
     if (!program.host.AskYesNo(CStringManager::GetInstance().GetText(kTextConfirmExit),
-                               program.title)) {
+                               program.title) ||
+        !MayDropDestinationList(program)) {
         return false;
     }
     StopTimers(program);
