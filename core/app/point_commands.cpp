@@ -42,6 +42,12 @@ GeoPoint NewPointAtFix(AppState& app, PointKind kind, const PointCollection& poi
 GeoPoint NewDestinationAtFix(AppState& app, const DestinationDraft& draft, bool& haveFix) {
     std::set<std::string> taken;
     for (const GeoPoint& point : draft.points) taken.insert(point.name);
+    {
+        const std::lock_guard<std::mutex> guard(app.points.lock);
+        const auto take = [&taken](const GeoPoint& point) { taken.insert(point.name); };
+        app.points.waypoints.ForEach(take);
+        app.points.pois.ForEach(take);
+    }
     return PointAtFix(app, PointKind::kWaypoint, taken, haveFix);
 }
 

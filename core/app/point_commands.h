@@ -21,7 +21,8 @@ std::string NextFreeName(const std::string& prefix, const std::set<std::string>&
 GeoPoint NewPointAtFix(AppState& app, PointKind kind, const PointCollection& points, bool& haveFix);
 
 // A new destination at the current fix, named as a new waypoint after the
-// names of the list it joins.
+// names of the list it joins and of the program's waypoints and POI, so
+// that no mark on the maps shares its name.
 GeoPoint NewDestinationAtFix(AppState& app, const DestinationDraft& draft, bool& haveFix);
 
 // The manager's query with the current fix, when there is one.

@@ -98,6 +98,7 @@ class DestinationEditor : public QDialog {
         file_ = program.app.navigation.file;
         title_ = new QLabel;
         list_ = new QListWidget;
+        list_->setObjectName("destinations");
         auto* layout = new QVBoxLayout(this);
         layout->addWidget(title_);
         layout->addWidget(list_, 1);

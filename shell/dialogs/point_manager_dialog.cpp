@@ -86,6 +86,7 @@ class PointManager : public QDialog {
         }
         sort_ = Choice({Text(kTextByName), Text(kTextByDistance)});
         list_ = new QTreeWidget;
+        list_->setObjectName("points");
         list_->setColumnCount(2);
         list_->setHeaderHidden(true);
         list_->setRootIsDecorated(false);
