@@ -38,4 +38,9 @@ bool HeadlessHost::AskYesNo(const std::string& text, const std::string& caption)
     return false;
 }
 
+SaveAnswer HeadlessHost::AskSaveDiscardCancel(const std::string& text, const std::string& caption) {
+    messages_ << caption << ": " << text << " [cancel]\n";
+    return SaveAnswer::kCancel;
+}
+
 }  // namespace tolvane::headless

@@ -36,8 +36,10 @@ class HeadlessHost final : public WindowlessHost {
 
     void ShowMessage(const std::string& text, const std::string& caption,
                      MessageIcon icon) override;
-    // A script cannot answer questions: the answer is always no.
+    // A script cannot answer questions: the answer is always no, and Cancel
+    // to a question about saving, so that nothing is lost.
     bool AskYesNo(const std::string& text, const std::string& caption) override;
+    SaveAnswer AskSaveDiscardCancel(const std::string& text, const std::string& caption) override;
 
   private:
     // Made after the base, which only keeps a reference to it.

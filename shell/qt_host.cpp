@@ -5,6 +5,8 @@
 #include <QMetaObject>
 #include <QUrl>
 
+#include "shell/dialogs/destination_list_dialog.h"
+
 namespace tolvane::shell {
 namespace {
 
@@ -37,6 +39,25 @@ bool QtHost::AskYesNo(const std::string& text, const std::string& caption) {
     QMessageBox box(QMessageBox::Question, QString::fromStdString(caption),
                     QString::fromStdString(text), QMessageBox::Yes | QMessageBox::No, Parent());
     return box.exec() == QMessageBox::Yes;
+}
+
+SaveAnswer QtHost::AskSaveDiscardCancel(const std::string& text, const std::string& caption) {
+    QMessageBox box(QMessageBox::Question, QString::fromStdString(caption),
+                    QString::fromStdString(text),
+                    QMessageBox::Save | QMessageBox::Discard | QMessageBox::Cancel, Parent());
+    box.setDefaultButton(QMessageBox::Save);
+    switch (box.exec()) {
+        case QMessageBox::Save:
+            return SaveAnswer::kSave;
+        case QMessageBox::Discard:
+            return SaveAnswer::kDiscard;
+        default:
+            return SaveAnswer::kCancel;
+    }
+}
+
+std::string QtHost::ChooseDestinationFile(const std::string& suggestion) {
+    return AskDestinationFile(Parent(), suggestion).toStdString();
 }
 
 QWidget* QtHost::Parent() const {

@@ -49,6 +49,8 @@ class QtHost final : public QObject, public Host {
     void ShowMessage(const std::string& text, const std::string& caption,
                      MessageIcon icon) override;
     bool AskYesNo(const std::string& text, const std::string& caption) override;
+    SaveAnswer AskSaveDiscardCancel(const std::string& text, const std::string& caption) override;
+    std::string ChooseDestinationFile(const std::string& suggestion) override;
     void Repaint() override;
     void ResetIdleTimer() override { screenSaver_.SimulateUserActivity(); }
     void NotifyRmcParsed() override;

@@ -1,5 +1,6 @@
 #include "core/app/commands.h"
 
+#include "core/app/destination_commands.h"
 #include "core/app/gid_commands.h"
 #include "core/app/gps_commands.h"
 #include "core/app/language_messages.h"
@@ -188,7 +189,7 @@ constexpr Route kRoutes[] = {
     {kCommandNextDestination, DestinationCommand<NextDestination>},
     {kCommandPreviousDestination, DestinationCommand<PreviousDestination>},
     {kCommandResetDestinations, DestinationCommand<ResetDestinations>},
-    {kCommandCloseDestinationList, DestinationCommand<CloseDestinationList>},
+    {kCommandCloseDestinationList, CloseDestinations},
     {kCommandUserManual, OpenUserManual},
     {kCommandAbout, ShowAbout},
     {kCommandCheckForUpdates, CheckForUpdates},

@@ -10,6 +10,9 @@ namespace tolvane {
 
 enum class MessageIcon { kStop, kInformation, kQuestion };
 
+// The answers to the question before work that is not saved would be lost.
+enum class SaveAnswer { kSave, kDiscard, kCancel };
+
 // The Bluetooth radio's modes, as the radio's get and set calls know them.
 inline constexpr int kRadioNone = -1;
 inline constexpr int kRadioOff = 0;
@@ -55,6 +58,13 @@ class Host {
                              MessageIcon icon) = 0;
     // A yes/no question; true for yes.
     virtual bool AskYesNo(const std::string& text, const std::string& caption) = 0;
+    // The question whether to save changes first, with Save, Discard and
+    // Cancel (also the answer of Escape and of closing the box).
+    virtual SaveAnswer AskSaveDiscardCancel(const std::string& text,
+                                            const std::string& caption) = 0;
+    // The file chooser for saving a destination list, starting at
+    // suggestion; empty when the user cancels.
+    virtual std::string ChooseDestinationFile(const std::string& suggestion) = 0;
     // Invalidates the main window and repaints it at once.
     virtual void Repaint() = 0;
     // Keeps the machine from blanking the screen or suspending.

@@ -1,9 +1,6 @@
 #include "core/app/point_commands.h"
 
-#include <set>
-
 #include "core/base/csv_text.h"
-#include "core/nav/destination_list.h"
 
 namespace tolvane {
 namespace {
@@ -12,21 +9,8 @@ bool HaveFix(const AppState& app) {
     return app.gpsRunning && app.gps.fixValid != 0;
 }
 
-// Names numbered from 1 past the ones already taken, so that marking points
-// one after another never asks for a name.
-std::string NextFreeName(const char* prefix, const PointCollection& points) {
-    std::set<std::string> taken;
-    for (const PointRow row : points.Select({})) taken.insert(points.At(row).name);
-    for (int number = 1;; ++number) {
-        std::string name = FormatText("%s%03d", prefix, number);
-        if (taken.count(name) == 0) return name;
-    }
-}
-
-}  // namespace
-
-GeoPoint NewPointAtFix(AppState& app, PointKind kind, const PointCollection& points,
-                       bool& haveFix) {
+GeoPoint PointAtFix(AppState& app, PointKind kind, const std::set<std::string>& taken,
+                    bool& haveFix) {
     GeoPoint point;
     haveFix = HaveFix(app);
     if (haveFix) {
@@ -34,9 +18,37 @@ GeoPoint NewPointAtFix(AppState& app, PointKind kind, const PointCollection& poi
         point.longitude = app.gps.longitude;
     }
     const bool waypoint = kind == PointKind::kWaypoint;
-    point.name = NextFreeName(waypoint ? "WP" : "POI", points);
+    point.name = NextFreeName(waypoint ? "WP" : "POI", taken);
     if (waypoint) point.category = "Waypoint";
     return point;
+}
+
+}  // namespace
+
+std::string NextFreeName(const std::string& prefix, const std::set<std::string>& taken) {
+    for (int number = 1;; ++number) {
+        std::string name = FormatText("%s%03d", prefix.c_str(), number);
+        if (taken.count(name) == 0) return name;
+    }
+}
+
+GeoPoint NewPointAtFix(AppState& app, PointKind kind, const PointCollection& points,
+                       bool& haveFix) {
+    std::set<std::string> taken;
+    for (const PointRow row : points.Select({})) taken.insert(points.At(row).name);
+    return PointAtFix(app, kind, taken, haveFix);
+}
+
+GeoPoint NewDestinationAtFix(AppState& app, const DestinationDraft& draft, bool& haveFix) {
+    std::set<std::string> taken;
+    for (const GeoPoint& point : draft.points) taken.insert(point.name);
+    {
+        const std::lock_guard<std::mutex> guard(app.points.lock);
+        const auto take = [&taken](const GeoPoint& point) { taken.insert(point.name); };
+        app.points.waypoints.ForEach(take);
+        app.points.pois.ForEach(take);
+    }
+    return PointAtFix(app, PointKind::kWaypoint, taken, haveFix);
 }
 
 PointQuery QueryAtFix(AppState& app) {
@@ -63,11 +75,6 @@ void ChangePointLocations(AppState& app, const std::string& waypointFile,
     app.runtime.poiFolder = poiFolder;
     WriteWideField(app.options.waypointFile, waypointFile);
     WriteWideField(app.options.poiFolder, poiFolder);
-}
-
-void StartGoTo(AppState& app, const GeoPoint& point) {
-    GoToPoint(app.navigation, point);
-    app.options.navigation = 1;
 }
 
 std::string DefaultDestinationPath(const AppState& app) {

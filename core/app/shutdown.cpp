@@ -1,5 +1,6 @@
 #include "core/app/shutdown.h"
 
+#include "core/app/destination_commands.h"
 #include "core/app/gid_commands.h"
 #include "core/app/gps_commands.h"
 #include "core/base/diagnostic_log.h"
@@ -101,7 +102,8 @@ void SaveProgramSettings(Program& program) {
 
 bool RunExit(Program& program) {
     SaveProgramSettings(program);
-    if (!program.host.AskYesNo(LanguageText(kTextConfirmExit), program.title)) {
+    if (!program.host.AskYesNo(LanguageText(kTextConfirmExit), program.title) ||
+        !MayDropDestinationList(program)) {
         return false;
     }
     StopTimers(program);

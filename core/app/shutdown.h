@@ -20,7 +20,9 @@ void SaveProgramSettings(Program& program);
 
 // The Exit command, also run when the window is asked to close: saves the
 // settings first, then asks; a No keeps the program running with the
-// settings already saved. On yes it stops the timers, the track logger, the
+// settings already saved. On yes a destination list with unsaved changes
+// is saved or dropped as the user says, and Cancel there keeps the program
+// running too. Then it stops the timers, the track logger, the
 // GPS and the sound, frees the lists and lets the screen go. Returns whether
 // the window must close: the Exit command then calls Host::CloseWindow, and
 // a close of the window is let through.

@@ -35,6 +35,7 @@ class WindowlessHost : public Host {
     bool OpenDocument(const std::string&) override { return false; }
     void ShowAbout(const AboutInfo&) override {}
     void OpenDialog(int) override {}
+    std::string ChooseDestinationFile(const std::string&) override { return {}; }
     void CloseWindow() override {}
 };
 

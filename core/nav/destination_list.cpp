@@ -62,12 +62,14 @@ DestinationDraft CopyDestinations(Navigation& navigation) {
 void ApplyDestinations(Navigation& navigation, const DestinationDraft& draft) {
     const Guard guard(navigation.lock);
     ReplaceList(navigation, draft);
+    if (draft.edited) navigation.unsavedChanges = true;
 }
 
 void MoveDestination(DestinationDraft& draft, int index, int step) {
     const int other = index + step;
     if (index < 0 || index >= Count(draft) || other < 0 || other >= Count(draft)) return;
     std::swap(draft.points[index], draft.points[other]);
+    draft.edited = true;
     if (draft.current == index) {
         draft.current = other;
     } else if (draft.current == other) {
@@ -78,6 +80,7 @@ void MoveDestination(DestinationDraft& draft, int index, int step) {
 void InsertDestination(DestinationDraft& draft, int index, const GeoPoint& point) {
     index = std::clamp(index, 0, Count(draft));
     draft.points.insert(draft.points.begin() + index, point);
+    draft.edited = true;
     if (draft.current >= index) ++draft.current;
     if (draft.current == kNoDestination) draft.current = FirstUnreached(draft.points);
 }
@@ -85,11 +88,18 @@ void InsertDestination(DestinationDraft& draft, int index, const GeoPoint& point
 void RemoveDestination(DestinationDraft& draft, int index) {
     if (index < 0 || index >= Count(draft)) return;
     draft.points.erase(draft.points.begin() + index);
+    draft.edited = true;
     if (draft.current == index) {
         draft.current = FirstUnreached(draft.points);
     } else if (draft.current > index) {
         --draft.current;
     }
+}
+
+void ReplaceDestination(DestinationDraft& draft, int index, const GeoPoint& point) {
+    if (index < 0 || index >= Count(draft)) return;
+    draft.points[index] = point;
+    draft.edited = true;
 }
 
 void SelectDestination(Navigation& navigation, int index) {
@@ -108,12 +118,14 @@ void GoToPoint(Navigation& navigation, const GeoPoint& point) {
     const Guard guard(navigation.lock);
     ReplaceList(navigation, draft);
     navigation.file.clear();
+    navigation.unsavedChanges = false;
 }
 
 void NewDestinationList(Navigation& navigation, const std::string& path) {
     const Guard guard(navigation.lock);
     ReplaceList(navigation, DestinationDraft{});
     navigation.file = path;
+    navigation.unsavedChanges = false;
 }
 
 CsvReadResult OpenDestinationFile(Navigation& navigation, const std::string& path) {
@@ -130,6 +142,7 @@ bool SaveDestinationList(Navigation& navigation, const std::string& path) {
     const Guard guard(navigation.lock);
     if (!SavePointFile(path, navigation.destinations)) return false;
     navigation.file = path;
+    navigation.unsavedChanges = false;
     return true;
 }
 

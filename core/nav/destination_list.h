@@ -14,6 +14,7 @@ namespace tolvane {
 struct DestinationDraft {
     std::vector<GeoPoint> points;
     int current = kNoDestination;
+    bool edited = false;  // a step below changed the points
 };
 
 DestinationDraft CopyDestinations(Navigation& navigation);
@@ -24,10 +25,12 @@ std::string DestinationRowText(const DestinationDraft& draft, int index);
 
 // Puts an edited list in place of the navigation's: the draft's current
 // destination stays current (the first not reached one when it has none),
-// and the previous destination is the last reached one in list order.
+// and the previous destination is the last reached one in list order. An
+// edited draft leaves the list with unsaved changes until it is saved.
 void ApplyDestinations(Navigation& navigation, const DestinationDraft& draft);
 
-// The editor's steps; the current destination follows its point.
+// The editor's steps, each marking the draft edited when it changes a
+// point; the current destination follows its point.
 // Moves the point at index one place up (-1) or down (+1); at an end nothing
 // changes.
 void MoveDestination(DestinationDraft& draft, int index, int step);
@@ -36,6 +39,8 @@ void InsertDestination(DestinationDraft& draft, int index, const GeoPoint& point
 // Removes the point at index; when it was current, the next one not reached
 // becomes current.
 void RemoveDestination(DestinationDraft& draft, int index);
+// Puts point in the place of the one at index.
+void ReplaceDestination(DestinationDraft& draft, int index, const GeoPoint& point);
 
 // Makes the destination at index the current one and not reached; the
 // others keep their flags.
@@ -52,8 +57,9 @@ void NewDestinationList(Navigation& navigation, const std::string& path);
 // that cannot be opened the list stays as it was.
 CsvReadResult OpenDestinationFile(Navigation& navigation, const std::string& path);
 
-// Saves the open list to path, which becomes its file; false when the file
-// cannot be written (PointFileNotSavedMessage says so).
+// Saves the open list to path, which becomes its file and then holds every
+// change; false when the file cannot be written (PointFileNotSavedMessage
+// says so).
 bool SaveDestinationList(Navigation& navigation, const std::string& path);
 
 }  // namespace tolvane

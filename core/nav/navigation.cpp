@@ -49,6 +49,7 @@ void OpenDestinationList(Navigation& navigation, DynamicList<GeoPoint>& loaded) 
     navigation.destinations.Clear();
     while (loaded.Count() > 0) navigation.destinations.Append(loaded.PopFront());
     navigation.open = true;
+    navigation.unsavedChanges = false;
     navigation.current = FirstUnreached(navigation.destinations);
     navigation.previous = kNoDestination;
 }
@@ -57,6 +58,7 @@ void CloseDestinationList(Navigation& navigation) {
     const Guard guard(navigation.lock);
     navigation.destinations.Clear();
     navigation.open = false;
+    navigation.unsavedChanges = false;
     navigation.file.clear();
     navigation.current = kNoDestination;
     navigation.previous = kNoDestination;

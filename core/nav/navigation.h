@@ -38,6 +38,10 @@ struct Navigation {
     mutable std::mutex lock;
     bool open = false;  // a list is open, perhaps still empty
     std::string file;   // where the open list is saved; empty until it has been
+    // The user changed the list since it was last read or saved, so closing
+    // it would lose work. A list that Go To made of one point has nothing to
+    // lose, and reaching destinations changes nothing that the file keeps.
+    bool unsavedChanges = false;
     DynamicList<GeoPoint> destinations;
     int current = kNoDestination;
     int previous = kNoDestination;  // the destination reached last

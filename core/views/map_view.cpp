@@ -5,6 +5,7 @@
 #include <string>
 
 #include "core/base/csv_text.h"
+#include "core/base/string_manager.h"
 #include "core/maps/map_picture.h"
 #include "core/placement/picture_map_placement.h"
 #include "core/views/instrument_parts.h"
@@ -14,6 +15,7 @@ namespace tolvane {
 namespace {
 
 constexpr char kNoMap[] = "No map loaded";
+constexpr std::uint32_t kTextHowToLoadMap = 14517;
 constexpr char kPlacingHint[] = "Ref Point %d: tap, or arrows and Enter";
 
 Point Rounded(MapProjection::Point point) {
@@ -109,6 +111,19 @@ void PaintStripOf(Canvas& canvas, const ViewContext& context, const MapGeometry&
     PaintPixelStrip(canvas, context, centre.x, centre.y, picture.width, picture.height);
 }
 
+// The empty view says how to load a map, a line below its note and smaller,
+// shrunk further where a narrow screen would cut it.
+void PaintNoMap(Canvas& canvas, const ViewContext& context) {
+    const Rect& body = context.layout.body;
+    const Palette& palette = PaletteOf(context);
+    const Font note = context.fonts.Slot(kInstrumentTextSlot);
+    canvas.DrawText(kNoMap, note, body, kAlignCenter, palette.dim);
+    const Font hint = context.fonts.Slot(kInstrumentLabelSlot);
+    const int top = (body.top + body.bottom + note.height) / 2 + hint.height / 2;
+    PaintLine(canvas, LanguageText(kTextHowToLoadMap), hint,
+              {body.left + 2, top, body.right - 2, top + hint.height}, kAlignCenter, palette.dim);
+}
+
 }  // namespace
 
 void PaintMapView(Canvas& canvas, const ViewContext& context) {
@@ -116,8 +131,7 @@ void PaintMapView(Canvas& canvas, const ViewContext& context) {
     const Palette& palette = PaletteOf(context);
     canvas.DrawRectangle(body, palette.background, kNoColor);
     if (!context.app.map.Loaded()) {
-        canvas.DrawText(kNoMap, context.fonts.Slot(kInstrumentTextSlot), body, kAlignCenter,
-                        palette.dim);
+        PaintNoMap(canvas, context);
         return PaintCoordinateStrip(canvas, context);
     }
     const MapGeometry geometry = ComputeMapGeometry(context.app, body);

@@ -10,6 +10,7 @@
 #include <QPushButton>
 #include <QVBoxLayout>
 
+#include "core/app/destination_commands.h"
 #include "core/app/point_commands.h"
 #include "core/app/program.h"
 #include "core/data/geo_point_file.h"
@@ -59,11 +60,6 @@ void SaveToItsFile(Program& program, QWidget* parent) {
     if (!file.empty()) SaveList(program, parent, file);
 }
 
-QString AskListPath(QWidget* parent, const std::string& suggestion) {
-    return ChooseFile(parent, FileChoice::kSave, Text(kTextTitle), suggestion,
-                      Text(kTextPointFiles));
-}
-
 // The waypoints and POI to add, several at once.
 std::vector<GeoPoint> ChoosePoints(Program& program, QWidget* parent) {
     PointCollection points;
@@ -102,6 +98,7 @@ class DestinationEditor : public QDialog {
         file_ = program.app.navigation.file;
         title_ = new QLabel;
         list_ = new QListWidget;
+        list_->setObjectName("destinations");
         auto* layout = new QVBoxLayout(this);
         layout->addWidget(title_);
         layout->addWidget(list_, 1);
@@ -160,7 +157,10 @@ class DestinationEditor : public QDialog {
     void Edit() {
         const int row = Row();
         if (row < 0) return;
-        if (EditPoint(program_, this, draft_.points[row], true)) Refill(row);
+        GeoPoint point = draft_.points[row];
+        if (!EditPoint(program_, this, point, true)) return;
+        ReplaceDestination(draft_, row, point);
+        Refill(row);
     }
 
     void Insert(const std::vector<GeoPoint>& points) {
@@ -172,9 +172,8 @@ class DestinationEditor : public QDialog {
     void AddFromPoints() { Insert(ChoosePoints(program_, this)); }
 
     void AddHere() {
-        PointCollection none;
         bool haveFix = false;
-        GeoPoint point = NewPointAtFix(program_.app, PointKind::kWaypoint, none, haveFix);
+        GeoPoint point = NewDestinationAtFix(program_.app, draft_, haveFix);
         if (EditPoint(program_, this, point, haveFix)) Insert({point});
     }
 
@@ -186,7 +185,7 @@ class DestinationEditor : public QDialog {
 
     void SaveAs() {
         const QString path =
-            AskListPath(this, file_.empty() ? DefaultDestinationPath(program_.app) : file_);
+            AskDestinationFile(this, file_.empty() ? DefaultDestinationPath(program_.app) : file_);
         if (path.isEmpty()) return;
         file_ = path.toStdString();
         title_->setText(FileLabel(file_));
@@ -226,9 +225,9 @@ void EditDestinations(Program& program, QWidget* parent) {
 }
 
 void AddDestination(Program& program, QWidget* parent) {
-    PointCollection none;
     bool haveFix = false;
-    GeoPoint point = NewPointAtFix(program.app, PointKind::kWaypoint, none, haveFix);
+    GeoPoint point =
+        NewDestinationAtFix(program.app, CopyDestinations(program.app.navigation), haveFix);
     if (!EditPoint(program, parent, point, haveFix)) return;
     DestinationDraft draft = CopyDestinations(program.app.navigation);
     InsertDestination(draft, static_cast<int>(draft.points.size()), point);
@@ -253,7 +252,8 @@ void ChooseDestination(Program& program, QWidget* parent) {
 }
 
 void NewDestinations(Program& program, QWidget* parent) {
-    const QString path = AskListPath(parent, DefaultDestinationPath(program.app));
+    if (!MayDropDestinationList(program)) return;
+    const QString path = AskDestinationFile(parent, DefaultDestinationPath(program.app));
     if (path.isEmpty()) return;
     NewDestinationList(program.app.navigation, path.toStdString());
     if (!SaveList(program, parent, path.toStdString())) return;
@@ -262,6 +262,7 @@ void NewDestinations(Program& program, QWidget* parent) {
 }
 
 void OpenDestinations(Program& program, QWidget* parent) {
+    if (!MayDropDestinationList(program)) return;
     const QString path = ChooseFile(parent, FileChoice::kOpen, Text(kTextTitle),
                                     program.app.folders.destinationDir, Text(kTextPointFiles));
     if (path.isEmpty()) return;
@@ -269,6 +270,11 @@ void OpenDestinations(Program& program, QWidget* parent) {
         ShowWarning(parent, program, Text(kTextNotADestinationList, path.toStdString()));
     }
     program.host.Repaint();
+}
+
+QString AskDestinationFile(QWidget* parent, const std::string& suggestion) {
+    return ChooseFile(parent, FileChoice::kSave, Text(kTextTitle), suggestion,
+                      Text(kTextPointFiles));
 }
 
 }  // namespace tolvane::shell

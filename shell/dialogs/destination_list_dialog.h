@@ -1,5 +1,8 @@
 #pragma once
 
+#include <QString>
+#include <string>
+
 class QWidget;
 
 namespace tolvane {
@@ -22,8 +25,13 @@ void AddDestination(Program& program, QWidget* parent);
 void ChooseDestination(Program& program, QWidget* parent);
 
 // "New" and "Open" of the destination list: a file chosen under
-// "My GPS/Destinations"; a new list opens in the editor.
+// "My GPS/Destinations"; a new list opens in the editor. A list with
+// unsaved changes is first saved or dropped as the user says, or kept.
 void NewDestinations(Program& program, QWidget* parent);
 void OpenDestinations(Program& program, QWidget* parent);
+
+// The file chooser for saving a destination list, starting at suggestion;
+// empty when the user cancels.
+QString AskDestinationFile(QWidget* parent, const std::string& suggestion);
 
 }  // namespace tolvane::shell

@@ -31,6 +31,7 @@ GpxImportDialog::GpxImportDialog(const ImportContents& contents, QWidget* parent
     if (!contents.waypoints.empty()) {
         layout->addWidget(WrappedLabel(Text(kTextWaypointsGoTo), this));
         target_ = new QComboBox(this);
+        target_->setObjectName("target");
         target_->addItem(Text(kTextWaypointList));
         for (int category = 1; category <= kPoiCategoryCount; ++category) {
             target_->addItem(Text(kTextPoiCategory, CategoryName(category)));

@@ -67,8 +67,11 @@ class PointEditor : public QDialog {
         const PointEntry entry = EntryFromPoint(point, options.coordinateFormat, positionKnown);
         setWindowTitle(Text(kTextTitle));
         name_ = Field(entry.name, kGeoPointNameLength - 1);
+        name_->setObjectName("name");
         latitude_ = Field(entry.latitude, 40);
+        latitude_->setObjectName("latitude");
         longitude_ = Field(entry.longitude, 40);
+        longitude_->setObjectName("longitude");
         category_ = CategoryBox(entry.category);
         speedLimit_ = Field(entry.speedLimit, 3);
         range_ = Field(entry.proximityRange, 5);
@@ -114,6 +117,7 @@ class PointEditor : public QDialog {
     // a label beside it.
     void AddTypePositionSwitch(QFormLayout& form) {
         auto* typePosition = new QCheckBox;
+        typePosition->setObjectName("typePosition");
         auto* note = new QLabel(Text(kTextNoFix));
         note->setWordWrap(true);
         note->setBuddy(typePosition);

@@ -11,6 +11,7 @@
 #include <QTreeWidget>
 #include <QVBoxLayout>
 
+#include "core/app/destination_commands.h"
 #include "core/app/point_commands.h"
 #include "core/app/program.h"
 #include "core/data/geo_point_file.h"
@@ -85,6 +86,7 @@ class PointManager : public QDialog {
         }
         sort_ = Choice({Text(kTextByName), Text(kTextByDistance)});
         list_ = new QTreeWidget;
+        list_->setObjectName("points");
         list_->setColumnCount(2);
         list_->setHeaderHidden(true);
         list_->setRootIsDecorated(false);
@@ -188,8 +190,7 @@ class PointManager : public QDialog {
 
     void GoTo() {
         PointRow row;
-        if (!Selected(row)) return;
-        StartGoTo(program_.app, points_.At(row));
+        if (!Selected(row) || !StartGoTo(program_, points_.At(row))) return;
         program_.host.Repaint();
         accept();
     }

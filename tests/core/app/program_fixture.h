@@ -31,6 +31,14 @@ class EventHost final : public RecordingHost,
         if (onQuestion) onQuestion();
         return answer;
     }
+    SaveAnswer AskSaveDiscardCancel(const std::string& text, const std::string&) override {
+        events.push_back("ask to save " + text);
+        return saveAnswer;
+    }
+    std::string ChooseDestinationFile(const std::string& suggestion) override {
+        events.push_back("choose " + suggestion);
+        return chosenFile;
+    }
     void Repaint() override { events.push_back("repaint"); }
     int StartTimer(int milliseconds, std::function<void()>) override {
         events.push_back("timer " + std::to_string(milliseconds));
@@ -73,6 +81,7 @@ class EventHost final : public RecordingHost,
     std::function<void()> onQuestion;
     int radioMode = kRadioNone;
     std::string engineProgram;  // empty: no speech engine
+    std::string chosenFile;     // empty: the file chooser is cancelled
 };
 
 // A receiver that opens, unless told to refuse, and then stays silent.

@@ -22,12 +22,16 @@ class RecordingHost : public WindowlessHost {
     explicit RecordingHost(const HostServices& services) : WindowlessHost(services) {}
 
     std::vector<Message> messages;
+    SaveAnswer saveAnswer = SaveAnswer::kCancel;  // to every question about saving
 
     void ShowMessage(const std::string& text, const std::string& caption,
                      MessageIcon icon) override {
         messages.push_back({text, caption, icon});
     }
     bool AskYesNo(const std::string&, const std::string&) override { return true; }
+    SaveAnswer AskSaveDiscardCancel(const std::string&, const std::string&) override {
+        return saveAnswer;
+    }
 
   protected:
     class StoppedClock final : public Clock {

@@ -65,6 +65,30 @@ TEST(MapViewTest, PictureAndLayersMeetAndAnUncalibratedMapShowsPixels) {
     EXPECT_NEAR(onEarth.y, onPicture.y, 0.01);
 }
 
+// Without a map the view says how to load one, on a line of its own below
+// the note and within the body, even on the smallest screen.
+TEST(MapViewTest, TheEmptyViewSaysWhereMapsAreLoaded) {
+    AppState app;
+    ResetOptions(app.options);
+    app.currentView = kViewMap;
+    const FontSet fonts(15);
+    const ViewLayout layout = LayOutViews(240, 320, false, false, fonts);
+    RecordingCanvas canvas;
+    PaintView(canvas, ViewContext{app, layout, fonts, 0});
+    const auto texts = canvas.Of(RecordingCanvas::Kind::kText);
+    const auto note = std::find_if(texts.begin(), texts.end(),
+                                   [](const auto& call) { return call.text == "No map loaded"; });
+    const auto hint = std::find_if(texts.begin(), texts.end(), [](const auto& call) {
+        return call.text.find("Menu > Map > Load Map") != std::string::npos;
+    });
+    ASSERT_NE(note, texts.end());
+    ASSERT_NE(hint, texts.end());
+    const Rect body = layout.body;
+    EXPECT_GT(hint->box.top, (body.top + body.bottom + note->font.height) / 2);
+    EXPECT_LE(hint->box.bottom, body.bottom);
+    EXPECT_LE(canvas.MeasureText(hint->text, hint->font).width, body.Width());
+}
+
 bool HasTextStarting(const RecordingCanvas& canvas, const std::string& start) {
     const std::vector<std::string> texts = canvas.Texts();
     return std::any_of(texts.begin(), texts.end(),
