@@ -7,8 +7,8 @@
 #include "platform/dynamic_library.h"
 #include "shell/command_line.h"
 #include "shell/demo_run.h"
+#include "shell/dialogs/modem_manager.h"
 #include "shell/main_window.h"
-#include "shell/modem_manager.h"
 #include "shell/qt_host.h"
 #include "shell/single_instance_lock.h"
 

@@ -55,6 +55,16 @@ std::string GpsdStateText(bool answers, const std::string& address) {
     return FillLanguageText(answers ? kTextGpsdRunning : kTextGpsdNotRunning, {address});
 }
 
+std::string GnssShareStateText(bool answers, const std::string& path, const std::string& reason) {
+    return answers ? FillLanguageText(kTextGnssShareAnswers, {path})
+                   : FillLanguageText(kTextGnssShareSilent, {path, reason});
+}
+
+std::string ModemStateText(ModemFault fault, const std::string& modemPath) {
+    return fault == ModemFault::kNone ? FillLanguageText(kTextModemFound, {modemPath})
+                                      : ModemFaultText(fault);
+}
+
 std::string LinkNotWrittenText(const std::string& portName, const std::string& devicePath,
                                const std::string& reason) {
     return FillLanguageText(kTextLinkNotWritten, {portName, devicePath, reason});

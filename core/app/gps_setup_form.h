@@ -6,6 +6,7 @@
 
 #include "core/app/program.h"
 #include "core/gps/bluetooth_port.h"
+#include "core/gps/modem_device.h"
 #include "core/gps/nmea_listener.h"
 #include "core/gps/serial_device.h"
 
@@ -26,6 +27,11 @@ inline constexpr std::uint32_t kTextSetupAutoBluetooth = 14310;
 inline constexpr std::uint32_t kTextSetupSearch = 14311;
 inline constexpr std::uint32_t kTextSetupNoReceiver = 14312;
 inline constexpr std::uint32_t kTextSetupGpsdHelp = 14313;
+inline constexpr std::uint32_t kTextSetupSourceGnssShare = 14314;
+inline constexpr std::uint32_t kTextSetupSourceModem = 14315;
+inline constexpr std::uint32_t kTextSetupSocket = 14316;
+inline constexpr std::uint32_t kTextSetupGnssShareHelp = 14317;
+inline constexpr std::uint32_t kTextSetupModemHelp = 14318;
 inline constexpr std::uint32_t kTextLiveHeard = 14320;
 inline constexpr std::uint32_t kTextLiveNothingYet = 14321;
 inline constexpr std::uint32_t kTextLiveTrying = 14322;
@@ -38,6 +44,10 @@ inline constexpr std::uint32_t kTextDeviceCannotOpen = 14332;
 inline constexpr std::uint32_t kTextGpsdNotRunning = 14333;
 inline constexpr std::uint32_t kTextGpsdRunning = 14334;
 inline constexpr std::uint32_t kTextLinkNotWritten = 14335;
+inline constexpr std::uint32_t kTextGnssShareAnswers = 14336;
+inline constexpr std::uint32_t kTextGnssShareSilent = 14337;
+inline constexpr std::uint32_t kTextModemFound = 14338;
+inline constexpr std::uint32_t kTextModemLooking = 14339;
 inline constexpr std::uint32_t kTextSearchTitle = 14340;
 inline constexpr std::uint32_t kTextSearching = 14341;
 inline constexpr std::uint32_t kTextSearchFound = 14342;
@@ -77,6 +87,13 @@ std::string DeviceProblemText(const DeviceProblem& problem);
 
 // The gpsd page's line: whether gpsd answers at its address.
 std::string GpsdStateText(bool answers, const std::string& address);
+
+// gnss-share's page line: whether its socket answers, with the system's
+// reason when it does not.
+std::string GnssShareStateText(bool answers, const std::string& path, const std::string& reason);
+
+// The modem page's line: the modem found, or why there is none.
+std::string ModemStateText(ModemFault fault, const std::string& modemPath);
 
 // The message that keeps GPS Setup open when OK cannot link the port.
 std::string LinkNotWrittenText(const std::string& portName, const std::string& devicePath,

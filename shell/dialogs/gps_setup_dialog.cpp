@@ -17,14 +17,17 @@
 #include <QTimer>
 #include <QVBoxLayout>
 #include <algorithm>
+#include <functional>
 #include <thread>
 
 #include "core/app/commands.h"
 #include "core/app/gps_commands.h"
 #include "core/gps/port_source.h"
 #include "platform/receiver_setup.h"
+#include "platform/socket_device.h"
 #include "shell/dialogs/bluetooth_search.h"
 #include "shell/dialogs/dialog_parts.h"
+#include "shell/dialogs/modem_manager.h"
 
 namespace tolvane::shell {
 namespace {
@@ -51,6 +54,29 @@ QLabel* WrappedLabel(const QString& text = {}) {
     auto* label = new QLabel(text);
     label->setWordWrap(true);
     return label;
+}
+
+// The property of a label that counts the questions ShowLater asked for it.
+constexpr char kQuestion[] = "question";
+
+// Shows in label what the work finds out, on a thread of its own: asking a
+// daemon may take a second or two, and the dialog may close meanwhile. Only
+// the answer to the label's latest question is shown.
+void ShowLater(QLabel* label, std::function<std::string()> work) {
+    const int question = label->property(kQuestion).toInt() + 1;
+    label->setProperty(kQuestion, question);
+    QPointer<QLabel> shown = label;
+    std::thread([shown, question, work = std::move(work)] {
+        const std::string text = work();
+        QMetaObject::invokeMethod(
+            qApp,
+            [shown, question, text] {
+                if (shown && shown->property(kQuestion).toInt() == question) {
+                    shown->setText(QString::fromStdString(text));
+                }
+            },
+            Qt::QueuedConnection);
+    }).detach();
 }
 
 // The layout of a page, edge to edge: the dialog's own margins suffice.
@@ -102,7 +128,8 @@ QWidget* GpsSetupDialog::MakeSettingsPage() {
     source_ = NarrowComboBox();
     source_->setObjectName("source");
     for (const std::uint32_t id :
-         {kTextSetupSourceGpsd, kTextSetupSourcePort, kTextSetupSourceBluetooth}) {
+         {kTextSetupSourceGpsd, kTextSetupSourcePort, kTextSetupSourceBluetooth,
+          kTextSetupSourceGnssShare, kTextSetupSourceModem}) {
         source_->addItem(Text(id));
     }
     source_->setCurrentIndex(ShownGpsSource(choice_.source));
@@ -113,6 +140,8 @@ QWidget* GpsSetupDialog::MakeSettingsPage() {
     sourcePages_->addWidget(MakeGpsdPage());
     sourcePages_->addWidget(MakePortPage());
     sourcePages_->addWidget(MakeBluetoothPage());
+    sourcePages_->addWidget(MakeGnssSharePage());
+    sourcePages_->addWidget(MakeModemPage());
     layout->addWidget(sourcePages_);
     layout->addStretch();
     connect(source_, &QComboBox::currentIndexChanged, this, &GpsSetupDialog::ShowSource);
@@ -125,6 +154,34 @@ QWidget* GpsSetupDialog::MakeGpsdPage() {
     layout->addWidget(WrappedLabel(Text(kTextSetupGpsdHelp)));
     gpsdState_ = WrappedLabel();
     layout->addWidget(gpsdState_);
+    layout->addStretch();
+    return page;
+}
+
+QWidget* GpsSetupDialog::MakeGnssSharePage() {
+    auto* page = new QWidget;
+    QVBoxLayout* layout = PageLayout(page);
+    layout->addWidget(WrappedLabel(Text(kTextSetupGnssShareHelp)));
+    socketPath_ = new QLineEdit(QString::fromStdString(choice_.gnssShareSocket));
+    socketPath_->setObjectName("socketPath");
+    auto* form = new QFormLayout;
+    form->addRow(Text(kTextSetupSocket), socketPath_);
+    layout->addLayout(form);
+    shareState_ = WrappedLabel();
+    shareState_->setObjectName("shareState");
+    layout->addWidget(shareState_);
+    layout->addStretch();
+    connect(socketPath_, &QLineEdit::editingFinished, this, &GpsSetupDialog::ShowShareState);
+    return page;
+}
+
+QWidget* GpsSetupDialog::MakeModemPage() {
+    auto* page = new QWidget;
+    QVBoxLayout* layout = PageLayout(page);
+    layout->addWidget(WrappedLabel(Text(kTextSetupModemHelp)));
+    modemState_ = WrappedLabel();
+    modemState_->setObjectName("modemState");
+    layout->addWidget(modemState_);
     layout->addStretch();
     return page;
 }
@@ -261,6 +318,8 @@ void GpsSetupDialog::ShowSource() {
         probe_.Stop();
     }
     if (actions.asksGpsd) ShowGpsdState();
+    if (actions.asksSocket) ShowShareState();
+    if (actions.asksModem) ShowModemState();
 }
 
 void GpsSetupDialog::RestartProbe() {
@@ -288,17 +347,25 @@ void GpsSetupDialog::ShowProbe() {
 // Whether gpsd answers is asked on a thread of its own: a gpsd on another
 // machine may take a second to refuse.
 void GpsSetupDialog::ShowGpsdState() {
-    QPointer<QLabel> label = gpsdState_;
-    std::thread([label] {
-        const std::string text =
-            GpsdStateText(platform::GpsdAnswers(), platform::GpsdAddressText());
-        QMetaObject::invokeMethod(
-            qApp,
-            [label, text] {
-                if (label) label->setText(QString::fromStdString(text));
-            },
-            Qt::QueuedConnection);
-    }).detach();
+    ShowLater(gpsdState_,
+              [] { return GpsdStateText(platform::GpsdAnswers(), platform::GpsdAddressText()); });
+}
+
+void GpsSetupDialog::ShowShareState() {
+    const std::string path = socketPath_->text().trimmed().toStdString();
+    ShowLater(shareState_, [path] {
+        platform::UnixSocketDevice socket;
+        const bool answers = socket.Open(SocketPortName(path));
+        return GnssShareStateText(answers, path, socket.FailureReason());
+    });
+}
+
+void GpsSetupDialog::ShowModemState() {
+    modemState_->setText(Text(kTextModemLooking));
+    ShowLater(modemState_, [] {
+        const GnssModem modem = FindGnssModem();
+        return ModemStateText(modem.fault, modem.path.toStdString());
+    });
 }
 
 void GpsSetupDialog::ShowReceiver() {
@@ -354,6 +421,7 @@ void GpsSetupDialog::accept() {
     choice_.source = source_->currentIndex();
     choice_.autoBluetooth = autoBluetooth_->isChecked();
     choice_.multiGnss = multiGnss_->isChecked();
+    choice_.gnssShareSocket = socketPath_->text().trimmed().toStdString();
     int foundBaudIndex = -1;
     if (choice_.source == kGpsSourcePort) {
         choice_.portIndex = port_->currentIndex();

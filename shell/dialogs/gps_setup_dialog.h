@@ -10,6 +10,7 @@
 class QCheckBox;
 class QComboBox;
 class QLabel;
+class QLineEdit;
 class QListWidget;
 class QProgressBar;
 class QPushButton;
@@ -43,12 +44,16 @@ class GpsSetupDialog final : public QDialog {
     QWidget* MakeGpsdPage();
     QWidget* MakePortPage();
     QWidget* MakeBluetoothPage();
+    QWidget* MakeGnssSharePage();
+    QWidget* MakeModemPage();
     QWidget* MakeSearchPage();
     void FillDevices();
     void ShowSource();
     void RestartProbe();
     void ShowProbe();
     void ShowGpsdState();
+    void ShowShareState();
+    void ShowModemState();
     void ShowReceiver();
     void StartSearch();
     void EndSearch(const QString& problem);
@@ -73,6 +78,9 @@ class GpsSetupDialog final : public QDialog {
     QLabel* advice_ = nullptr;
     QCheckBox* multiGnss_ = nullptr;
     QLabel* gpsdState_ = nullptr;
+    QLineEdit* socketPath_ = nullptr;
+    QLabel* shareState_ = nullptr;
+    QLabel* modemState_ = nullptr;
     QLabel* receiver_ = nullptr;
     QCheckBox* autoBluetooth_ = nullptr;
     QLabel* searchState_ = nullptr;

@@ -7,6 +7,10 @@
 #include <unistd.h>
 
 #include <QApplication>
+#include <QComboBox>
+#include <QLabel>
+#include <QLineEdit>
+#include <QTimer>
 #include <QFile>
 #include <QProcess>
 #include <QTemporaryDir>
@@ -16,12 +20,13 @@
 #include <string>
 
 #include "core/app/commands.h"
+#include "core/app/gps_setup_form.h"
 #include "core/app/local_settings.h"
 #include "core/base/string_manager.h"
 #include "core/data/options.h"
 #include "core/gps/modem_device.h"
 #include "platform/port_device.h"
-#include "shell/modem_manager.h"
+#include "shell/dialogs/modem_manager.h"
 #include "shell/program_window.h"
 #include "tests/core/nmea_sentence.h"
 #include "tests/shell/program_home.h"
@@ -79,11 +84,12 @@ class DaemonReceiversTest : public QObject {
     void TheGnssShareSocketGivesFixesAndAMissingOneIsNamed();
     void TheModemGivesFixesAndIsSwitchedBackOff();
     void ModemManagerProblemsAreNamed();
+    void GpsSetupFindsTheSocketAndTheModemAndKeepsTheChoice();
 
   private:
-    // Starts the program with the serial port source and the receiver line
-    // of tolvane.conf.
-    ProgramWindow& Start(const std::string& receiverLines);
+    // Starts the program with the serial port source and the receiver lines
+    // of tolvane.conf, and then the GPS when asked.
+    ProgramWindow& Start(const std::string& receiverLines, bool startGps = true);
     // Starts the stand-in ModemManager in a mode; it reads recording_.
     void StartModemManager(const QString& mode);
 
@@ -124,7 +130,7 @@ void DaemonReceiversTest::cleanup() {
     home_.reset();
 }
 
-ProgramWindow& DaemonReceiversTest::Start(const std::string& receiverLines) {
+ProgramWindow& DaemonReceiversTest::Start(const std::string& receiverLines, bool startGps) {
     Options options;
     ResetOptions(options);
     options.gpsSource = kGpsSourcePort;
@@ -136,7 +142,7 @@ ProgramWindow& DaemonReceiversTest::Start(const std::string& receiverLines) {
     conf.close();
     program_ = std::make_unique<ProgramWindow>(CommandLine{});
     if (!program_->Start({96, 96, 720, 1440})) qFatal("the program did not start");
-    if (!program_->Core().app.gpsRunning) program_->RunCommand(kCommandStartGps);
+    if (startGps && !program_->Core().app.gpsRunning) program_->RunCommand(kCommandStartGps);
     return *program_;
 }
 
@@ -190,6 +196,42 @@ void DaemonReceiversTest::ModemManagerProblemsAreNamed() {
         modemManager_.kill();
         modemManager_.waitForFinished();
     }
+}
+
+// GPS Setup's two pages say whether gnss-share's socket answers and which
+// modem ModemManager offers; OK keeps the choice beside the settings.
+void DaemonReceiversTest::GpsSetupFindsTheSocketAndTheModemAndKeepsTheChoice() {
+    const std::string socketPath = home_->filePath(QStringLiteral("gnss.sock")).toStdString();
+    ShareServer server(socketPath);
+    StartModemManager(QStringLiteral("working"));
+    ProgramWindow& program = Start("receiver = port\n", false);
+    QString shareState;
+    QString modemState;
+    QTimer::singleShot(0, [&] {
+        QWidget* dialog = QApplication::activeModalWidget();
+        QVERIFY(dialog != nullptr);
+        auto* source = dialog->findChild<QComboBox*>(QStringLiteral("source"));
+        source->setCurrentIndex(kSetupSourceModemManager);
+        auto* modem = dialog->findChild<QLabel*>(QStringLiteral("modemState"));
+        QTRY_VERIFY(modem->text().contains(QStringLiteral("Modem/0")));
+        modemState = modem->text();
+        source->setCurrentIndex(kSetupSourceGnssShare);
+        auto* path = dialog->findChild<QLineEdit*>(QStringLiteral("socketPath"));
+        path->setText(QString::fromStdString(socketPath));
+        emit path->editingFinished();
+        auto* share = dialog->findChild<QLabel*>(QStringLiteral("shareState"));
+        QTRY_VERIFY(share->text().startsWith(QStringLiteral("gnss-share answers")));
+        shareState = share->text();
+        QMetaObject::invokeMethod(dialog, "accept");
+    });
+    program.RunCommand(kCommandGpsSetup);
+    QCOMPARE(modemState, QStringLiteral("Modem with a GNSS receiver found: "
+                                        "/org/freedesktop/ModemManager1/Modem/0"));
+    QCOMPARE(shareState, QString::fromStdString("gnss-share answers on " + socketPath + "."));
+    const AppState& app = program.Core().app;
+    QCOMPARE(app.runtime.daemonReceiver, DaemonReceiver::kGnssShare);
+    QCOMPARE(app.runtime.gnssShareSocket, socketPath);
+    QCOMPARE(app.options.gpsSource, kGpsSourcePort);
 }
 
 }  // namespace

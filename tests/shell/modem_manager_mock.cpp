@@ -16,7 +16,7 @@
 #include <vector>
 
 #include "headless/recording_device.h"
-#include "shell/modem_manager.h"
+#include "shell/dialogs/modem_manager.h"
 
 namespace tolvane::shell {
 namespace {

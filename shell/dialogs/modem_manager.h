@@ -30,6 +30,16 @@ using ModemLocationReply = QMap<std::uint32_t, QDBusVariant>;
 // Registers the reply types with Qt D-Bus; called before the first call.
 void RegisterModemManagerTypes();
 
+// The first modem whose location service gives NMEA, with what it has
+// switched on, or why there is none.
+struct GnssModem {
+    ModemFault fault = ModemFault::kNone;
+    QString path;
+    std::uint32_t enabled = 0;
+    bool signalling = false;
+};
+GnssModem FindGnssModem();
+
 // ModemManager's location service over the system bus (which
 // DBUS_SYSTEM_BUS_ADDRESS may point elsewhere). Every call waits at most
 // kCallMilliseconds; the calls come from the port source's reader thread

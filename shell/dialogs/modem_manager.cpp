@@ -1,4 +1,4 @@
-#include "shell/modem_manager.h"
+#include "shell/dialogs/modem_manager.h"
 
 #include <QDBusArgument>
 #include <QDBusConnection>
@@ -44,14 +44,18 @@ ModemManagerLocation::ModemManagerLocation() {
     RegisterModemManagerTypes();
 }
 
-ModemFault ModemManagerLocation::Start() {
-    const std::lock_guard<std::mutex> guard(lock_);
+GnssModem FindGnssModem() {
+    RegisterModemManagerTypes();
+    GnssModem found;
     const QDBusMessage reply =
         Call(QString::fromLatin1(kModemManagerPath), kObjectManagerInterface, "GetManagedObjects");
-    if (Failed(reply)) return ModemFault::kNoModemManager;
+    if (Failed(reply)) {
+        found.fault = ModemFault::kNoModemManager;
+        return found;
+    }
     const ManagedObjects objects =
         qdbus_cast<ManagedObjects>(reply.arguments().at(0).value<QDBusArgument>());
-    if (objects.isEmpty()) return ModemFault::kNoModem;
+    found.fault = objects.isEmpty() ? ModemFault::kNoModem : ModemFault::kNoGnss;
     // The first modem, in the order of its path, whose receiver gives NMEA.
     for (auto modem = objects.cbegin(); modem != objects.cend(); ++modem) {
         const auto location = modem->find(QString::fromLatin1(kModemLocationInterface));
@@ -59,19 +63,28 @@ ModemFault ModemManagerLocation::Start() {
         if ((location->value(QStringLiteral("Capabilities")).toUInt() & kLocationGpsNmea) == 0) {
             continue;
         }
-        const std::uint32_t enabled = location->value(QStringLiteral("Enabled")).toUInt();
-        const bool signalling = location->value(QStringLiteral("SignalsLocation")).toBool();
-        const QDBusMessage setup =
-            Call(modem.key().path(), kModemLocationInterface, "Setup",
-                 {QVariant::fromValue(enabled | kLocationGpsNmea), QVariant::fromValue(signalling)});
-        if (setup.type() != QDBusMessage::ReplyMessage) return ModemFault::kRefused;
-        modemPath_ = modem.key().path();
-        enabledBefore_ = enabled;
-        signalsBefore_ = signalling;
-        started_ = true;
-        return ModemFault::kNone;
+        found.fault = ModemFault::kNone;
+        found.path = modem.key().path();
+        found.enabled = location->value(QStringLiteral("Enabled")).toUInt();
+        found.signalling = location->value(QStringLiteral("SignalsLocation")).toBool();
+        break;
     }
-    return ModemFault::kNoGnss;
+    return found;
+}
+
+ModemFault ModemManagerLocation::Start() {
+    const std::lock_guard<std::mutex> guard(lock_);
+    const GnssModem modem = FindGnssModem();
+    if (modem.fault != ModemFault::kNone) return modem.fault;
+    const QDBusMessage setup = Call(modem.path, kModemLocationInterface, "Setup",
+                                    {QVariant::fromValue(modem.enabled | kLocationGpsNmea),
+                                     QVariant::fromValue(modem.signalling)});
+    if (setup.type() != QDBusMessage::ReplyMessage) return ModemFault::kRefused;
+    modemPath_ = modem.path;
+    enabledBefore_ = modem.enabled;
+    signalsBefore_ = modem.signalling;
+    started_ = true;
+    return ModemFault::kNone;
 }
 
 bool ModemManagerLocation::ReadNmea(std::string& sentences) {
