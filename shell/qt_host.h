@@ -10,6 +10,7 @@
 #include "shell/bluetooth_radio.h"
 #include "shell/qt_timers.h"
 #include "shell/screen_saver.h"
+#include "shell/sleep_inhibitor.h"
 #include "shell/sound_player.h"
 
 class QWidget;
@@ -56,6 +57,7 @@ class QtHost final : public QObject, public Host {
     void NotifyRmcParsed() override;
     void HoldScreenOn() override { screenSaver_.Hold(); }
     void ReleaseScreenOn() override { screenSaver_.Release(); }
+    void HoldSleep(bool hold) override { hold ? sleepInhibitor_.Hold() : sleepInhibitor_.Release(); }
     bool OpenDocument(const std::string& path) override;
     void ShowAbout(const AboutInfo& about) override;
     void OpenDialog(int commandId) override {
@@ -76,6 +78,7 @@ class QtHost final : public QObject, public Host {
     SoundPlayer sound_;
     QtTimers timers_;
     ScreenSaver screenSaver_;
+    SleepInhibitor sleepInhibitor_;
     HostWindow* window_ = nullptr;
     std::function<void(int)> dialogOpener_;
 };

@@ -75,6 +75,9 @@ class Host {
     // Holds the screen on ("Keep backlight on") until released.
     virtual void HoldScreenOn() = 0;
     virtual void ReleaseScreenOn() = 0;
+    // Keeps the computer from suspending (hold) or lets it again. A host
+    // without such a service does without.
+    virtual void HoldSleep(bool /*hold*/) {}
     // Opens a document with the desktop's handler; false when it cannot.
     virtual bool OpenDocument(const std::string& path) = 0;
     virtual void ShowAbout(const AboutInfo& about) = 0;

@@ -32,6 +32,7 @@ void MainTimerProc(AppState& app, Host& host) {
     CheckArrival(gps, app.options, app.navigation, voice, app.alarm, host.Sound());
     CheckSpeedAlarm(gps, app.options, app.alarm, host.Sound());
     AdvanceInstrumentMemory(app.instruments, gps, app.options);
+    HoldSleepWhileRecording(app, host);
 
     gps.noFixBlink = gps.connected && !gps.fixValid ? !gps.noFixBlink : 0;
     if (IsMapView(app.currentView) && app.mapCountdown > 0) {
@@ -42,6 +43,14 @@ void MainTimerProc(AppState& app, Host& host) {
         host.ResetIdleTimer();
     }
     host.Repaint();
+}
+
+void HoldSleepWhileRecording(AppState& app, Host& host) {
+    const bool recording =
+        app.gpsRunning && (app.options.trackLoggerEnabled != 0 || app.options.logNmea != 0);
+    if (recording == app.sleepHeld) return;
+    app.sleepHeld = recording;
+    host.HoldSleep(recording);
 }
 
 void TrackTimerProc(AppState& app, Host& host) {

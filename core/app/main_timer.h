@@ -13,6 +13,11 @@ void UpdateGpsState(AppState& app);
 // The procedure of the one-second timer.
 void MainTimerProc(AppState& app, Host& host);
 
+// A phone suspends when its screen locks, and a track would lose its end:
+// while the GPS runs with the track logger or the NMEA log on, the host
+// keeps the computer from suspending, and lets it again when they stop.
+void HoldSleepWhileRecording(AppState& app, Host& host);
+
 // The procedure of the one-second track timer; repaints the views that draw
 // the track live.
 void TrackTimerProc(AppState& app, Host& host);

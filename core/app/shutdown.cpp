@@ -3,6 +3,7 @@
 #include "core/app/destination_commands.h"
 #include "core/app/gid_commands.h"
 #include "core/app/gps_commands.h"
+#include "core/app/main_timer.h"
 #include "core/base/diagnostic_log.h"
 #include "core/base/string_manager.h"
 
@@ -109,6 +110,7 @@ bool RunExit(Program& program) {
     StopTimers(program);
     StopTrackLogger(program.app.track);
     StopRunningGps(program);
+    HoldSleepWhileRecording(program.app, program.host);
     StopAlarm(program);
     FreeLists(program.app);
     SwitchRadioOffIfOurs(program);

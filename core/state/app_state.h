@@ -123,6 +123,7 @@ struct AppState {
 
     // Set by the GPS start command, cleared by the stop commands.
     bool gpsRunning = false;
+    bool sleepHeld = false;  // the host keeps the computer from suspending
     GpsState gps;
     ProcessorState processor;
 
