@@ -50,7 +50,8 @@ void LogPoint(TrackLogger& logger, const TrackTimerInputs& in, std::int32_t inte
                           *logger.writer, IsAfterGap(logger.lastPoint, second))) {
         RecordFailure(logger, logger.currentPath);
     }
-    // The track gets only the points that reached the file.
+    // Only a point that reached the file joins the live track, so the
+    // track's growth tells whether the file got one.
     if (logger.liveTrack.Count() > before) logger.lastPoint = LastLoggedPoint{second, interval};
 }
 
