@@ -50,6 +50,12 @@ constexpr char kGpxPointFormat[] =
     " <speed>%f</speed>\r\n"
     "</trkpt>\r\n";
 
+// Goes in front of the first point after a gap: it ends the segment the
+// gap interrupted and opens the next one inside the same track. It is
+// written with that point in one write, so a file cut by a kill always
+// ends inside an open segment, which the repair closes with the trailer.
+constexpr char kGpxSegmentBreak[] = "</trkseg>\r\n<trkseg>\r\n";
+
 constexpr char kKmlPointFormat[] =
     "  <Placemark>\r\n"
     "     <name>TP %d</name>\r\n"
@@ -381,7 +387,7 @@ bool StartTrackFile(const Options& options, const std::string& trackLogFolder, c
 
 bool AppendTrackPoint(const Options& options, const GpsState& gps, const Clock& clock,
                       std::string& currentPath, DynamicList<TrackPoint>& track,
-                      TrackWriter& writer) {
+                      TrackWriter& writer, bool afterGap) {
     // The fix is checked before anything is opened, so that a log file is
     // not created empty by a run that never had a fix.
     if (!options.trackLoggerEnabled || currentPath.empty() || !gps.fixValid) return true;
@@ -389,9 +395,13 @@ bool AppendTrackPoint(const Options& options, const GpsState& gps, const Clock& 
     const CivilTime utc = FileTimeToCivil(clock.NowUtc());
     const std::string text = PointText(format, gps, utc, track.Count() + 1);
     if (text.size() >= kTrackPointTextLimit) return true;
+    const bool newSegment = afterGap && format == kTrackFormatGpx;
 
     const bool document = format == kTrackFormatGpx || format == kTrackFormatKml;
-    if (!writer.Write(currentPath, text, document ? Trailer(format) : "")) return false;
+    if (!writer.Write(currentPath, newSegment ? kGpxSegmentBreak + text : text,
+                      document ? Trailer(format) : "")) {
+        return false;
+    }
     track.Append(
         TrackPoint{static_cast<float>(gps.latitude), static_cast<float>(gps.longitude), utc});
     return true;

@@ -110,7 +110,11 @@ bool StartTrackFile(const Options& options, const std::string& trackLogFolder, c
 
 // Appends the current position of gps to currentPath through writer, in
 // the format of options, time-stamped with the UTC time of now, and then
-// adds it to track, whose size also numbers the KML placemarks. Nothing
+// adds it to track, whose size also numbers the KML placemarks. A point
+// afterGap (a suspend or a lost fix lies between it and the one before)
+// begins a new segment of a GPX track, so that no line is drawn across the
+// gap; KML points are placemarks of their own, joined by no line, and a log
+// has no segments, so they are written as any other point. Nothing
 // happens while the logger is disabled, without a file or without a valid
 // fix, or when the point's text would not fit its buffer. A GPX or KML file
 // too short to end with its trailer is left untouched, but the track gets
@@ -119,7 +123,7 @@ bool StartTrackFile(const Options& options, const std::string& trackLogFolder, c
 // on when a log's name was taken before its first point (see TrackWriter).
 bool AppendTrackPoint(const Options& options, const GpsState& gps, const Clock& clock,
                       std::string& currentPath, DynamicList<TrackPoint>& track,
-                      TrackWriter& writer);
+                      TrackWriter& writer, bool afterGap = false);
 
 // A GPX or KML track file of this program whose last point was cut short,
 // because the program was killed while the kernel copied that point's write

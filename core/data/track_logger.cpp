@@ -1,6 +1,7 @@
 #include "core/data/track_logger.h"
 
 #include <algorithm>
+#include <cstdlib>
 
 #include "core/base/number_fields.h"
 
@@ -31,6 +32,27 @@ void StartFile(TrackLogger& logger, const Options& options, const std::string& t
         RecordFailure(logger, trackLogFolder);
     }
     logger.currentPath = path;
+    logger.lastPoint.reset();
+}
+
+// Whether a point at second follows a gap in the current file's track. A
+// clock set back counts as well: the times no longer follow the points.
+bool IsAfterGap(const std::optional<LastLoggedPoint>& last, std::int64_t second) {
+    return last && std::llabs(second - last->second) > 2LL * last->interval;
+}
+
+// Logs the current position; the countdown is reloaded with interval after
+// it.
+void LogPoint(TrackLogger& logger, const TrackTimerInputs& in, std::int32_t interval) {
+    const std::int64_t second = in.clock.NowUtc() / kFileTimeTicksPerSecond;
+    const int before = logger.liveTrack.Count();
+    if (!AppendTrackPoint(in.options, in.gps, in.clock, logger.currentPath, logger.liveTrack,
+                          *logger.writer, IsAfterGap(logger.lastPoint, second))) {
+        RecordFailure(logger, logger.currentPath);
+    }
+    // Only a point that reached the file joins the live track, so the
+    // track's growth tells whether the file got one.
+    if (logger.liveTrack.Count() > before) logger.lastPoint = LastLoggedPoint{second, interval};
 }
 
 // The body of a tick while the GPS runs; the caller holds the track lock.
@@ -57,11 +79,9 @@ void AdvanceRunningTrack(TrackLogger& logger, const TrackTimerInputs& in) {
         logger.currentPath.clear();
     }
     if (logger.countdown == 0) {
-        if (in.gps.fixValid && !AppendTrackPoint(in.options, in.gps, in.clock, logger.currentPath,
-                                                 logger.liveTrack, *logger.writer)) {
-            RecordFailure(logger, logger.currentPath);
-        }
-        logger.countdown = SelectedInterval(in.options);
+        const std::int32_t interval = SelectedInterval(in.options);
+        if (in.gps.fixValid) LogPoint(logger, in, interval);
+        logger.countdown = interval;
     }
     --logger.countdown;
 }

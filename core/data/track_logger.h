@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <mutex>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -19,6 +20,14 @@ namespace tolvane {
 inline constexpr std::int32_t kMinimumTrackInterval = 1;
 inline constexpr std::int32_t kMaximumTrackInterval = 3600;
 
+// The point last written to the track file, as the logger tells a gap from
+// it: its UTC time in whole seconds, as the file records it, and the
+// interval counted down after it.
+struct LastLoggedPoint {
+    std::int64_t second = 0;
+    std::int32_t interval = 0;
+};
+
 // The track logger's state. Its lock is the program's track lock: the track
 // timer, the Options dialog when it restarts the file, map loading and track
 // drawing take it before they touch the file path, the lists or the map
@@ -32,6 +41,8 @@ struct TrackLogger {
     std::int32_t countdown = -1;
     // The track file of this run; empty while no file is in use.
     std::string currentPath;
+    // The last point of the current track file; none before its first.
+    std::optional<LastLoggedPoint> lastPoint;
     // The points logged in this GPS run. Its count also numbers the KML
     // placemarks, so it holds nothing but what this run appended.
     DynamicList<TrackPoint> liveTrack;
@@ -62,7 +73,11 @@ struct TrackTimerInputs {
 // The one-second track timer: counts the selected interval down and, when
 // it runs out, logs the current position (first at the tick after the GPS
 // starts, then every interval); starts and ends the track file as the
-// "Enable Logger" flag changes. Runs inside the track lock. A file that
+// "Enable Logger" flag changes. A point more than twice the interval away
+// from the file's last point, by the times the file records, comes after a
+// gap (a suspend, a clock set by hand, a lost fix) and begins a new segment;
+// the interval is the one counted down after that last point, so that
+// choosing another interval begins none by itself. Runs inside the track lock. A file that
 // cannot be created or a point that cannot be written is recorded in
 // failedPath.
 void TrackTimerTick(TrackLogger& logger, const TrackTimerInputs& inputs);

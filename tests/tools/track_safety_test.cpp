@@ -9,6 +9,7 @@
 
 #include <csignal>
 #include <filesystem>
+#include <map>
 
 #include "core/app/main_timer.h"
 #include "core/data/track_file.h"
@@ -160,6 +161,49 @@ TEST(TrackSafetyTest, TwoReplaysAtOnceWriteTwoFiles) {
             EXPECT_TRUE(format == "log" || IsWellFormedXml(files[1])) << format;
         }
     }
+}
+
+// The time of the first point of a GPX track's last segment.
+std::string LastSegmentStart(const std::string& gpx) {
+    const std::size_t time = gpx.find("<time>", gpx.rfind("<trkseg>")) + 6;
+    return gpx.substr(time, gpx.find('<', time) - time);
+}
+
+// A recording with 30 seconds cut out, as a suspend leaves it, gives a GPX
+// track of two segments, which gpsbabel reads as two, and a KML track; both
+// are well-formed and hold every point of the log. The whole recording,
+// whose fixes are up to two seconds apart, stays one segment.
+TEST(TrackSafetyTest, AGapInTheRecordingBeginsANewSegment) {
+    testing::TemporaryFolder folder;
+    const std::string walk = ReadFileBytes(kWalk);
+    const auto lineOf = [&](const std::string& time) {
+        return walk.rfind('\n', walk.find("," + time + ".")) + 1;
+    };
+    const std::string log = folder.File("suspended.nmea");
+    testing::WriteFileBytes(log, walk.substr(0, lineOf("095320")) + walk.substr(lineOf("095351")));
+    std::map<std::string, std::string> tracks;
+    for (const std::string format : {"log", "gpx", "kml", "whole"}) {
+        const std::string out = folder.File(format);
+        std::filesystem::create_directory(out);
+        ASSERT_EQ(format == "whole" ? Replay("gpx", out).exitCode
+                                    : Replay(format, out, -1, log).exitCode,
+                  0);
+        tracks[format] = FilesIn(out)[0];
+    }
+    const std::size_t points = Points("log", tracks["log"]).size();
+    EXPECT_GT(points, 30u);
+    for (const std::string format : {"gpx", "kml"}) {
+        EXPECT_TRUE(IsWellFormedXml(tracks[format])) << format;
+        EXPECT_EQ(Points(format, tracks[format]).size(), points) << format;
+    }
+    const std::string gpx = ReadFileBytes(tracks["gpx"]);
+    EXPECT_EQ(Count(gpx, "<trkseg>"), 2);
+    EXPECT_EQ(LastSegmentStart(gpx), "2007-04-08T09:53:51Z");
+    const ShellResult babel = RunShell(Quoted(TOLVANE_GPSBABEL_PROGRAM) + " -t -i gpx -f " +
+                                       Quoted(tracks["gpx"]) + " -o gpx -F - 2>&1");
+    EXPECT_EQ(Count(babel.output, "<trkseg>"), 2) << babel.output;
+    EXPECT_EQ(LastSegmentStart(babel.output), "2007-04-08T09:53:51Z");
+    EXPECT_EQ(Count(ReadFileBytes(tracks["whole"]), "<trkseg>"), 1);
 }
 
 TEST(TrackSafetyTest, UnwritableFoldersDatelessStartsAndFullOutputAreClear) {

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <chrono>
+#include <cstring>
 #include <filesystem>
 #include <fstream>
 #include <vector>
@@ -69,9 +70,9 @@ class TrackFileTest : public ::testing::Test {
         options_ = LoggingOptions(format);
         StartTrackFile(options_, folder_.Path(), clock_, path_, writer_);
     }
-    void Append() {
+    void Append(bool afterGap = false) {
         clock_.AdvanceSeconds(10);
-        AppendTrackPoint(options_, gps_, clock_, path_, track_, writer_);
+        AppendTrackPoint(options_, gps_, clock_, path_, track_, writer_, afterGap);
     }
 
     testing::TemporaryFolder folder_;
@@ -265,6 +266,46 @@ TEST_F(TrackFileTest, RepairCutsBackToTheLastCompletePoint) {
     EXPECT_FALSE(std::filesystem::exists(abandoned));
     EXPECT_TRUE(std::filesystem::exists(young));
     EXPECT_EQ(ReadFileBytes(folder_.File("notes.log")), "1,2,,x");
+}
+
+// After a gap a GPX track goes on in a new segment of the same track; a
+// kill inside the new segment's first point cuts the file back to the end
+// of the first segment, one inside a later point keeps both. KML points
+// are placemarks of their own, joined by no line, so a gap changes nothing
+// in them.
+TEST_F(TrackFileTest, AGapBeginsANewGpxSegmentThatRepairKeeps) {
+    Start(kTrackFormatGpx);
+    Append();
+    const std::string firstSegment = ReadFileBytes(path_);
+    Append(true);
+    const std::string secondOpened = ReadFileBytes(path_);
+    Append();
+    const std::string whole = ReadFileBytes(path_);
+    const auto point = [](const std::string& time) {
+        std::string text = kGpxPoint;
+        return text.replace(text.find("08:05:19"), 8, time);
+    };
+    EXPECT_EQ(whole, std::string(kGpxHeader) + point("08:05:19") + "</trkseg>\r\n<trkseg>\r\n" +
+                         point("08:05:29") + point("08:05:39") + kGpxTrailer);
+
+    const std::size_t lastPoint = whole.rfind("<trkpt");
+    for (const auto& [cut, mended] :
+         {std::pair{firstSegment.size() - std::strlen(kGpxTrailer) + 30, firstSegment},
+          std::pair{lastPoint + 40, secondOpened}}) {
+        WriteFileBytes(path_, whole.substr(0, cut));
+        EXPECT_TRUE(RepairTrackFile(path_));
+        EXPECT_EQ(ReadFileBytes(path_), mended);
+    }
+
+    std::filesystem::remove(path_);
+    track_.Clear();
+    Start(kTrackFormatKml);
+    Append();
+    Append(true);
+    const std::string kml = ReadFileBytes(path_);
+    EXPECT_EQ(kml.substr(kml.find("  <Placemark>")), KmlPlacemark(1, "20110704 08:05:49") +
+                                                        KmlPlacemark(2, "20110704 08:05:59") +
+                                                        kKmlTrailer);
 }
 
 TEST_F(TrackFileTest, ReadsLogLinesBackAndSkipsWhatIsNotOne) {

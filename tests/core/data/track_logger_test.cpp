@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <filesystem>
 #include <map>
+#include <sstream>
 #include <vector>
 
 #include "tests/core/data/track_test_support.h"
@@ -23,6 +24,18 @@ std::size_t CountOf(const std::string& text, const std::string& part) {
         ++count;
     }
     return count;
+}
+
+// A GPX track's segments, each "[", the times of its points and "]".
+std::string SegmentOutline(const std::string& gpx) {
+    std::string outline;
+    std::istringstream lines(gpx);
+    for (std::string line; std::getline(lines, line);) {
+        if (line.starts_with("<trkseg>")) outline += "[";
+        if (line.starts_with("</trkseg>")) outline += " ]";
+        if (line.starts_with(" <time>")) outline += " " + line.substr(18, 8);
+    }
+    return outline;
 }
 
 // Drives the track timer one second at a time from 2011-07-04 08:00:00.
@@ -93,6 +106,37 @@ TEST_F(TrackLoggerTest, LoggerOffFinishesTheFileAndOnAgainStartsANewOne) {
     Tick();
     EXPECT_EQ(Files(), (std::vector<std::string>{"20110704080001.gpx", "20110704080036.gpx"}));
     EXPECT_EQ(ReadFileBytes(folder_.File("20110704080001.gpx")), first);
+}
+
+// A lost fix of 30 seconds and a clock that jumps 30 seconds ahead (a
+// suspend) each begin a new segment, every point kept; so does a clock set
+// back. One point missed for want of a fix (20 seconds at the interval of
+// 10) begins none, nor does the first point of a new file.
+TEST_F(TrackLoggerTest, AGapOfMoreThanTwiceTheIntervalBeginsANewSegment) {
+    options_.trackLogFormat = kTrackFormatGpx;
+    const auto withoutFix = [&](int ticks) {
+        gps_.fixValid = 0;
+        Tick(ticks);
+        gps_.fixValid = 1;
+    };
+    Tick(15);
+    withoutFix(10);
+    Tick(10);
+    withoutFix(30);
+    Tick(10);
+    clock_.AdvanceSeconds(30);
+    Tick(20);
+    EXPECT_EQ(SegmentOutline(ReadFileBytes(logger_.currentPath)),
+              "[ 08:00:01 08:00:11 08:00:31 ][ 08:01:11 ][ 08:01:51 08:02:01 ]");
+
+    options_.trackLoggerEnabled = 0;
+    Tick(30);
+    options_.trackLoggerEnabled = 1;
+    Tick(11);
+    clock_.AdvanceSeconds(-60);
+    Tick(10);
+    EXPECT_EQ(logger_.currentPath, folder_.File("20110704080236.gpx"));
+    EXPECT_EQ(SegmentOutline(ReadFileBytes(logger_.currentPath)), "[ 08:02:41 ][ 08:01:51 ]");
 }
 
 TEST_F(TrackLoggerTest, AGpsRestartBeginsANewTrackAndANewFile) {
