@@ -35,6 +35,7 @@ inline constexpr std::uint32_t kTextPageUnits = 14123;
 inline constexpr std::uint32_t kTextPageGuidance = 10663;  // the menu's "Go To"
 inline constexpr std::uint32_t kTextPageGps = 14125;
 inline constexpr std::uint32_t kTextCancel = 14126;
+inline constexpr std::uint32_t kTextSleepNote = 14127;
 inline constexpr std::uint32_t kTextOk = 12506;
 inline constexpr std::uint32_t kTextFirstUnitSystem = 10813;  // three entries
 inline constexpr std::uint32_t kTextVoiceTestSentence = 10866;

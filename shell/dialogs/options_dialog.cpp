@@ -91,6 +91,9 @@ QWidget* OptionsDialog::GeneralPage() {
     AddCheckBox(layout, "startGpsAtStartup", kTextStartGpsAtStartup, form_.startGpsAtStartup);
     AddCheckBox(layout, "loadPoiAtStartup", kTextLoadPoiAtStartup, form_.loadPoiAtStartup);
     AddStorageCombo(layout);
+    auto* sleepNote = new QLabel(Text(kTextSleepNote));
+    sleepNote->setWordWrap(true);
+    layout->addWidget(sleepNote);
     return Finish(page, layout);
 }
 

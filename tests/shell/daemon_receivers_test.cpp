@@ -1,6 +1,7 @@
 // The receivers a daemon owns, read by the window: gnss-share's UNIX socket,
 // and the modem of a ModemManager (the test's own stand-in) on a private
-// bus that DBUS_SYSTEM_BUS_ADDRESS names.
+// bus that DBUS_SYSTEM_BUS_ADDRESS names; and logind's sleep inhibitor,
+// held while a track is recorded.
 
 #include <sys/socket.h>
 #include <sys/un.h>
@@ -85,16 +86,21 @@ class DaemonReceiversTest : public QObject {
     void TheModemGivesFixesAndIsSwitchedBackOff();
     void ModemManagerProblemsAreNamed();
     void GpsSetupFindsTheSocketAndTheModemAndKeepsTheChoice();
+    void RecordingATrackHoldsSleepOffUntilItStops();
 
   private:
     // Starts the program with the serial port source and the receiver lines
     // of tolvane.conf, and then the GPS when asked.
-    ProgramWindow& Start(const std::string& receiverLines, bool startGps = true);
-    // Starts the stand-in ModemManager in a mode; it reads recording_.
+    ProgramWindow& Start(const std::string& receiverLines, bool startGps = true,
+                         bool logTrack = false);
+    // Starts the stand-ins of the system bus, ModemManager in a mode; it
+    // reads recording_.
     void StartModemManager(const QString& mode);
+    // What the stand-ins have printed since the last call, line by line.
+    QByteArray MockOutput() { return systemBus_.readAll(); }
 
     QProcess bus_;
-    QProcess modemManager_;
+    QProcess systemBus_;
     std::unique_ptr<QTemporaryDir> home_;
     std::unique_ptr<ProgramWindow> program_;
     QString recording_;
@@ -125,15 +131,17 @@ void DaemonReceiversTest::init() {
 
 void DaemonReceiversTest::cleanup() {
     program_.reset();
-    modemManager_.kill();
-    modemManager_.waitForFinished();
+    systemBus_.kill();
+    systemBus_.waitForFinished();
     home_.reset();
 }
 
-ProgramWindow& DaemonReceiversTest::Start(const std::string& receiverLines, bool startGps) {
+ProgramWindow& DaemonReceiversTest::Start(const std::string& receiverLines, bool startGps,
+                                          bool logTrack) {
     Options options;
     ResetOptions(options);
     options.gpsSource = kGpsSourcePort;
+    options.trackLoggerEnabled = logTrack ? 1 : 0;
     const std::string optionsPath = home_->filePath(QStringLiteral("Options.dat")).toStdString();
     if (!SaveOptions(optionsPath, options, 1)) qFatal("Options.dat not written");
     QFile conf(QString::fromStdString(LocalSettingsPath(optionsPath)));
@@ -147,9 +155,9 @@ ProgramWindow& DaemonReceiversTest::Start(const std::string& receiverLines, bool
 }
 
 void DaemonReceiversTest::StartModemManager(const QString& mode) {
-    modemManager_.start(QStringLiteral(TOLVANE_MODEM_MANAGER_MOCK), {recording_, mode});
-    QVERIFY(modemManager_.waitForReadyRead(5000));
-    QCOMPARE(modemManager_.readLine().trimmed(), QByteArray("ready"));
+    systemBus_.start(QStringLiteral(TOLVANE_SYSTEM_BUS_MOCK), {recording_, mode});
+    QVERIFY(systemBus_.waitForReadyRead(5000));
+    QCOMPARE(systemBus_.readLine().trimmed(), QByteArray("ready"));
 }
 
 void DaemonReceiversTest::TheGnssShareSocketGivesFixesAndAMissingOneIsNamed() {
@@ -175,7 +183,7 @@ void DaemonReceiversTest::TheModemGivesFixesAndIsSwitchedBackOff() {
     QVERIFY(!app.gpsRunning);
     // The NMEA source switched on, and back to what the modem had.
     QByteArray setups;
-    QTRY_COMPARE((setups += modemManager_.readAll()), QByteArray("Setup 4 0\nSetup 0 0\n"));
+    QTRY_COMPARE((setups += MockOutput()), QByteArray("Setup 4 0\nSetup 0 0\n"));
 }
 
 void DaemonReceiversTest::ModemManagerProblemsAreNamed() {
@@ -193,8 +201,8 @@ void DaemonReceiversTest::ModemManagerProblemsAreNamed() {
         StartModemManager(QString::fromLatin1(mode));
         QVERIFY2(!device.Open(kModemPortName), mode);
         QCOMPARE(device.FailureReason(), ModemFaultText(fault));
-        modemManager_.kill();
-        modemManager_.waitForFinished();
+        systemBus_.kill();
+        systemBus_.waitForFinished();
     }
 }
 
@@ -232,6 +240,27 @@ void DaemonReceiversTest::GpsSetupFindsTheSocketAndTheModemAndKeepsTheChoice() {
     QCOMPARE(app.runtime.daemonReceiver, DaemonReceiver::kGnssShare);
     QCOMPARE(app.runtime.gnssShareSocket, socketPath);
     QCOMPARE(app.options.gpsSource, kGpsSourcePort);
+}
+
+// While the GPS runs with the track logger on, logind's sleep inhibitor is
+// held, and Stop GPS lets it go.
+void DaemonReceiversTest::RecordingATrackHoldsSleepOffUntilItStops() {
+    const std::string socketPath = home_->filePath(QStringLiteral("gnss.sock")).toStdString();
+    ShareServer server(socketPath);
+    StartModemManager(QStringLiteral("working"));
+    ProgramWindow& program =
+        Start("receiver = gnss-share\ngnss-share-socket = " + socketPath + "\n", true, true);
+    const AppState& app = program.Core().app;
+    QByteArray said;
+    QTRY_VERIFY_WITH_TIMEOUT((server.Send(Recording()), said += MockOutput(),
+                              said == "Inhibit sleep Tolvane GPS Utilities Recording a GPS track "
+                                      "block\n"),
+                             5000);
+    QVERIFY(app.sleepHeld);
+    program.RunCommand(kCommandStopGps);
+    QTRY_COMPARE((said += MockOutput()),
+                 QByteArray("Inhibit sleep Tolvane GPS Utilities Recording a GPS track block\n"
+                            "Released\n"));
 }
 
 }  // namespace

@@ -1,16 +1,23 @@
-// A stand-in for ModemManager on the bus DBUS_SYSTEM_BUS_ADDRESS names: one
-// modem whose receiver gives the NMEA of a recording, a second of it each
-// second after its NMEA source is switched on. Every Setup call is printed
-// as "Setup <sources> <signals>" on standard output.
+// Stand-ins for ModemManager and systemd-logind on the bus that
+// DBUS_SYSTEM_BUS_ADDRESS names. ModemManager has one modem whose receiver
+// gives the NMEA of a recording, a second of it each second after its NMEA
+// source is switched on; logind hands out sleep inhibitors. What the
+// program does is printed on standard output: "Setup <sources> <signals>"
+// for every Setup call, "Inhibit <what> <who> <why> <mode>" for an
+// inhibitor and "Released" when its descriptor is closed.
 //
-//   modem_manager_mock RECORDING [working|no-modem|no-gnss|refuses]
+//   system_bus_mock RECORDING [working|no-modem|no-gnss|refuses]
+
+#include <unistd.h>
 
 #include <QCoreApplication>
 #include <QDBusConnection>
 #include <QDBusMessage>
+#include <QDBusUnixFileDescriptor>
 #include <QDBusVirtualObject>
 #include <QElapsedTimer>
 #include <QFile>
+#include <QSocketNotifier>
 #include <cstdio>
 #include <string>
 #include <vector>
@@ -89,6 +96,37 @@ class MockModemManager final : public QDBusVirtualObject {
     QElapsedTimer since_;
 };
 
+// logind's Inhibit: the program keeps the writing end of a pipe, and its
+// closing is seen as the end of the reading one.
+class MockLogind final : public QDBusVirtualObject {
+  public:
+    QString introspect(const QString&) const override { return {}; }
+
+    bool handleMessage(const QDBusMessage& message, const QDBusConnection& connection) override {
+        if (message.member() != QLatin1String("Inhibit")) return false;
+        const QList<QVariant> arguments = message.arguments();
+        std::printf("Inhibit %s %s %s %s\n", qPrintable(arguments.value(0).toString()),
+                    qPrintable(arguments.value(1).toString()),
+                    qPrintable(arguments.value(2).toString()),
+                    qPrintable(arguments.value(3).toString()));
+        std::fflush(stdout);
+        int ends[2];
+        if (pipe(ends) != 0) return false;
+        auto* closed = new QSocketNotifier(ends[0], QSocketNotifier::Read, this);
+        QObject::connect(closed, &QSocketNotifier::activated, closed, [closed, end = ends[0]] {
+            std::printf("Released\n");
+            std::fflush(stdout);
+            closed->setEnabled(false);
+            close(end);
+        });
+        // The message keeps a copy of the descriptor of its own.
+        const bool sent = connection.send(
+            message.createReply(QVariant::fromValue(QDBusUnixFileDescriptor(ends[1]))));
+        close(ends[1]);
+        return sent;
+    }
+};
+
 std::vector<std::string> ReadSeconds(const QString& path) {
     QFile file(path);
     if (!file.open(QIODevice::ReadOnly)) return {};
@@ -110,10 +148,13 @@ int main(int argc, char** argv) {
     if (arguments.size() < 2) return 2;
     tolvane::shell::MockModemManager manager(arguments.value(2, QStringLiteral("working")),
                                              tolvane::shell::ReadSeconds(arguments.at(1)));
+    tolvane::shell::MockLogind logind;
     QDBusConnection bus = QDBusConnection::systemBus();
     if (!bus.registerVirtualObject(QString::fromLatin1(tolvane::shell::kModemManagerPath), &manager,
                                    QDBusConnection::SubPath) ||
-        !bus.registerService(QString::fromLatin1(tolvane::shell::kModemManagerService))) {
+        !bus.registerService(QString::fromLatin1(tolvane::shell::kModemManagerService)) ||
+        !bus.registerVirtualObject(QStringLiteral("/org/freedesktop/login1"), &logind) ||
+        !bus.registerService(QStringLiteral("org.freedesktop.login1"))) {
         return 1;
     }
     std::printf("ready\n");
