@@ -7,9 +7,13 @@
 #include <iostream>
 
 #include "core/app/commands.h"
+#include "core/app/gps_commands.h"
+#include "core/app/gps_setup_form.h"
+#include "core/app/receiver_discovery.h"
 #include "core/app/startup.h"
 #include "core/base/program_paths.h"
 #include "platform/lock_file.h"
+#include "platform/receiver_setup.h"
 #include "shell/dialogs/command_dialogs.h"
 
 namespace tolvane::shell {
@@ -84,7 +88,25 @@ bool ProgramWindow::Start(const ScreenMetrics& screen) {
     }
     if (!StartAfterWindow(program_)) return false;
     if (demoRun_.Running() && !program_.app.gpsRunning) RunCommand(kCommandStartGps);
+    if (ShouldFindReceiver(program_.app)) {
+        firstStartSearch_.Start(program_.app.runtime.gnssShareSocket, window_.get(),
+                                [this](const FoundReceiver& found) { TakeFound(found); });
+    }
     return true;
+}
+
+void ProgramWindow::TakeFound(const FoundReceiver& found) {
+    // The user may have set a source up while the search ran.
+    if (!program_.app.runtime.firstStart) return;
+    if (found.source == kGpsSourcePort) {
+        const std::string portName = PortDeviceName(program_.app.options.portIndex);
+        std::string reason;
+        if (!platform::WritePortLink(portName, found.where, reason)) {
+            host_.ShowNotice(LinkNotWrittenText(portName, found.where, reason));
+            return;
+        }
+    }
+    TakeFoundReceiver(program_, found);
 }
 
 void ProgramWindow::RunCommand(int id) {

@@ -8,6 +8,7 @@
 #include "shell/command_line.h"
 #include "shell/demo_run.h"
 #include "shell/dialogs/modem_manager.h"
+#include "shell/first_start_search.h"
 #include "shell/main_window.h"
 #include "shell/qt_host.h"
 #include "shell/single_instance_lock.h"
@@ -29,6 +30,9 @@ class ProgramWindow {
     bool Start(const ScreenMetrics& screen);
     int ExitCode() const { return exitCode_; }
 
+    // Takes the receiver the first start's search found.
+    void TakeFound(const FoundReceiver& found);
+
     // Sends a command as the menu does.
     void RunCommand(int id);
 
@@ -48,6 +52,8 @@ class ProgramWindow {
     SingleInstance instance_;
     Program program_;
     std::unique_ptr<MainWindow> window_;
+    // Ends before the window goes, which its answer is posted to.
+    FirstStartSearch firstStartSearch_;
     int exitCode_ = 0;
 };
 

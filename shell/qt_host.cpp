@@ -5,6 +5,7 @@
 #include <QMetaObject>
 #include <QUrl>
 
+#include "core/app/program.h"
 #include "shell/dialogs/destination_list_dialog.h"
 
 namespace tolvane::shell {
@@ -33,6 +34,15 @@ void QtHost::ShowMessage(const std::string& text, const std::string& caption, Me
     QMessageBox box(ToQtIcon(icon), QString::fromStdString(caption), QString::fromStdString(text),
                     QMessageBox::Ok, Parent());
     box.exec();
+}
+
+void QtHost::ShowNotice(const std::string& text) {
+    // Shown without waiting: the window goes on while the note is read.
+    auto* box = new QMessageBox(QMessageBox::Information, QString::fromStdString(ProductTitle()),
+                                QString::fromStdString(text), QMessageBox::Ok, Parent());
+    box->setAttribute(Qt::WA_DeleteOnClose);
+    box->setWindowModality(Qt::NonModal);
+    box->show();
 }
 
 bool QtHost::AskYesNo(const std::string& text, const std::string& caption) {

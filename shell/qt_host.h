@@ -49,6 +49,7 @@ class QtHost final : public QObject, public Host {
 
     void ShowMessage(const std::string& text, const std::string& caption,
                      MessageIcon icon) override;
+    void ShowNotice(const std::string& text) override;
     bool AskYesNo(const std::string& text, const std::string& caption) override;
     SaveAnswer AskSaveDiscardCancel(const std::string& text, const std::string& caption) override;
     std::string ChooseDestinationFile(const std::string& suggestion) override;

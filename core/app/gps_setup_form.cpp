@@ -168,6 +168,8 @@ void ApplyGpsSetup(Program& program, const GpsSetupChoice& choice, int foundBaud
     runtime.waypointFile = kept.waypointFile;
     runtime.bluetoothChannel = choice.bluetoothChannel;
     runtime.daemonReceiver = DaemonReceiverOf(choice.source);
+    // What the user chose is never searched for again.
+    runtime.firstStart = false;
     if (!choice.gnssShareSocket.empty()) runtime.gnssShareSocket = choice.gnssShareSocket;
     program.app.multiGnss = choice.multiGnss;
     SaveLocalSettings(program);

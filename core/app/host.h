@@ -56,6 +56,9 @@ class Host {
     // A modal message box with the given caption.
     virtual void ShowMessage(const std::string& text, const std::string& caption,
                              MessageIcon icon) = 0;
+    // A note that does not wait for the user, for news the program did
+    // not ask about; a host without a window keeps quiet.
+    virtual void ShowNotice(const std::string& /*text*/) {}
     // A yes/no question; true for yes.
     virtual bool AskYesNo(const std::string& text, const std::string& caption) = 0;
     // The question whether to save changes first, with Save, Discard and

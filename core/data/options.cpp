@@ -87,6 +87,7 @@ void LoadOptionsAtStartup(const std::string& path, Options& options, OptionsRunt
         ResetOptions(options);
         std::error_code error;
         runtime.unloadedFile = std::filesystem::exists(path, error);
+        runtime.firstStart = !runtime.unloadedFile;
         return;
     }
     CopyOptionsToRuntime(options, runtime);

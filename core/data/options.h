@@ -134,6 +134,9 @@ struct OptionsRuntime {
     // or another version's): its bytes are copied aside before the first
     // save replaces them.
     bool unloadedFile = false;
+    // No Options.dat was there at start-up: the program's first start, when
+    // it looks for a receiver by itself.
+    bool firstStart = false;
 };
 
 void ResetOptions(Options& options);

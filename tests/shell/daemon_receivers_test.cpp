@@ -11,6 +11,7 @@
 #include <QComboBox>
 #include <QLabel>
 #include <QLineEdit>
+#include <QMessageBox>
 #include <QTimer>
 #include <QFile>
 #include <QProcess>
@@ -63,8 +64,14 @@ class ShareServer {
     ShareServer(const ShareServer&) = delete;
     ShareServer& operator=(const ShareServer&) = delete;
 
+    // Sends to the latest connection: the first start's search connects
+    // and leaves before the GPS connects.
     void Send(const std::string& bytes) {
-        if (client_ < 0) client_ = accept4(listener_, nullptr, nullptr, SOCK_CLOEXEC);
+        const int latest = accept4(listener_, nullptr, nullptr, SOCK_CLOEXEC);
+        if (latest >= 0) {
+            if (client_ >= 0) close(client_);
+            client_ = latest;
+        }
         if (client_ >= 0) send(client_, bytes.data(), bytes.size(), MSG_NOSIGNAL);
     }
 
@@ -87,12 +94,19 @@ class DaemonReceiversTest : public QObject {
     void ModemManagerProblemsAreNamed();
     void GpsSetupFindsTheSocketAndTheModemAndKeepsTheChoice();
     void RecordingATrackHoldsSleepOffUntilItStops();
+    void AFirstStartFindsGnssShareAndThenTheModemByItself();
 
   private:
     // Starts the program with the serial port source and the receiver lines
     // of tolvane.conf, and then the GPS when asked.
     ProgramWindow& Start(const std::string& receiverLines, bool startGps = true,
                          bool logTrack = false);
+    // Starts the program as for the first time: no Options.dat, and
+    // tolvane.conf with the given lines.
+    ProgramWindow& StartFirstTime(const std::string& localLines);
+    std::string OptionsPath() const {
+        return home_->filePath(QStringLiteral("Options.dat")).toStdString();
+    }
     // Starts the stand-ins of the system bus, ModemManager in a mode; it
     // reads recording_.
     void StartModemManager(const QString& mode);
@@ -142,15 +156,19 @@ ProgramWindow& DaemonReceiversTest::Start(const std::string& receiverLines, bool
     ResetOptions(options);
     options.gpsSource = kGpsSourcePort;
     options.trackLoggerEnabled = logTrack ? 1 : 0;
-    const std::string optionsPath = home_->filePath(QStringLiteral("Options.dat")).toStdString();
-    if (!SaveOptions(optionsPath, options, 1)) qFatal("Options.dat not written");
-    QFile conf(QString::fromStdString(LocalSettingsPath(optionsPath)));
+    if (!SaveOptions(OptionsPath(), options, 1)) qFatal("Options.dat not written");
+    ProgramWindow& program = StartFirstTime(receiverLines);
+    if (startGps && !program.Core().app.gpsRunning) program.RunCommand(kCommandStartGps);
+    return program;
+}
+
+ProgramWindow& DaemonReceiversTest::StartFirstTime(const std::string& localLines) {
+    QFile conf(QString::fromStdString(LocalSettingsPath(OptionsPath())));
     if (!conf.open(QIODevice::WriteOnly)) qFatal("tolvane.conf not written");
-    conf.write(QByteArray::fromStdString(receiverLines));
+    conf.write(QByteArray::fromStdString(localLines));
     conf.close();
     program_ = std::make_unique<ProgramWindow>(CommandLine{});
     if (!program_->Start({96, 96, 720, 1440})) qFatal("the program did not start");
-    if (startGps && !program_->Core().app.gpsRunning) program_->RunCommand(kCommandStartGps);
     return *program_;
 }
 
@@ -261,6 +279,37 @@ void DaemonReceiversTest::RecordingATrackHoldsSleepOffUntilItStops() {
     QTRY_COMPARE((said += MockOutput()),
                  QByteArray("Inhibit sleep Tolvane GPS Utilities Recording a GPS track block\n"
                             "Released\n"));
+}
+
+// With nothing set up, the first start looks for a receiver by itself: a
+// phone's gnss-share socket first, then ModemManager's modem; it starts the
+// GPS on the one it finds, says so, and keeps the choice.
+void DaemonReceiversTest::AFirstStartFindsGnssShareAndThenTheModemByItself() {
+    const std::string socketPath = home_->filePath(QStringLiteral("gnss.sock")).toStdString();
+    {
+        ShareServer server(socketPath);
+        ProgramWindow& program = StartFirstTime("gnss-share-socket = " + socketPath + "\n");
+        const AppState& app = program.Core().app;
+        QVERIFY(!app.gpsRunning);
+        QTRY_VERIFY_WITH_TIMEOUT((server.Send(Recording()), HasLiveFix(app.gps)), 5000);
+        QCOMPARE(app.runtime.daemonReceiver, DaemonReceiver::kGnssShare);
+        auto* notice = program.Window().findChild<QMessageBox*>();
+        QVERIFY(notice != nullptr && notice->isVisible());
+        QVERIFY2(notice->text().contains(QString::fromStdString(socketPath)),
+                 qPrintable(notice->text()));
+        program_.reset();
+    }
+    // The choice is kept, and a later start searches no more.
+    Options saved;
+    QVERIFY(LoadOptions(OptionsPath(), saved, 1));
+    QCOMPARE(saved.gpsSource, kGpsSourcePort);
+
+    QFile::remove(QString::fromStdString(OptionsPath()));
+    StartModemManager(QStringLiteral("working"));
+    ProgramWindow& program = StartFirstTime("gnss-share-socket = " + socketPath + "\n");
+    const AppState& app = program.Core().app;
+    QTRY_VERIFY_WITH_TIMEOUT(HasLiveFix(app.gps), 5000);
+    QCOMPARE(app.runtime.daemonReceiver, DaemonReceiver::kModemManager);
 }
 
 }  // namespace
