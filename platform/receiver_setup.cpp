@@ -82,6 +82,18 @@ bool ConnectsWithin(const addrinfo& address, int milliseconds) {
 
 }  // namespace
 
+bool IsUsbSerialPort(const SerialPortEntry& entry) {
+    return entry.path.find("/serial/by-id/") != std::string::npos ||
+           entry.path.find("/ttyACM") != std::string::npos ||
+           entry.path.find("/ttyUSB") != std::string::npos;
+}
+
+bool BluetoothAdapterPresent(const std::string& sysRoot) {
+    std::error_code error;
+    std::filesystem::directory_iterator adapters(sysRoot + "/class/bluetooth", error);
+    return !error && adapters != std::filesystem::directory_iterator();
+}
+
 std::vector<SerialPortEntry> ListSerialPorts(const std::string& devRoot) {
     std::vector<SerialPortEntry> ports;
     std::set<std::string> covered;

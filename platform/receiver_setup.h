@@ -20,6 +20,14 @@ struct SerialPortEntry {
 // user gives one by its path. devRoot stands in for /dev in tests.
 std::vector<SerialPortEntry> ListSerialPorts(const std::string& devRoot = "/dev");
 
+// Whether the entry is a USB receiver's (by-id, ttyACM or ttyUSB) rather
+// than a serial port of the machine's own.
+bool IsUsbSerialPort(const SerialPortEntry& entry);
+
+// Whether the kernel knows a Bluetooth adapter (sysRoot stands in for /sys
+// in tests).
+bool BluetoothAdapterPresent(const std::string& sysRoot = "/sys");
+
 // The device a port name's link in the port folder leads to; empty when
 // the name has no link.
 std::string ReadPortLink(const std::string& portName);

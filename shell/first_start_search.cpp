@@ -35,12 +35,6 @@ bool GivesNmea(SerialDevice& device, const std::string& name) {
     return listener.Summary().sentences > 0;
 }
 
-bool IsUsbReceiver(const platform::SerialPortEntry& entry) {
-    return entry.path.find("/serial/by-id/") != std::string::npos ||
-           entry.path.find("/ttyACM") != std::string::npos ||
-           entry.path.find("/ttyUSB") != std::string::npos;
-}
-
 class MachineProbes final : public ReceiverProbes {
   public:
     bool SocketGivesNmea(const std::string& path) override {
@@ -65,7 +59,7 @@ class MachineProbes final : public ReceiverProbes {
     bool LoneUsbReceiverGivesNmea(std::string& device, int& baudIndex) override {
         std::vector<platform::SerialPortEntry> receivers;
         for (const platform::SerialPortEntry& entry : platform::ListSerialPorts()) {
-            if (IsUsbReceiver(entry)) receivers.push_back(entry);
+            if (platform::IsUsbSerialPort(entry)) receivers.push_back(entry);
         }
         if (receivers.size() != 1) return false;
         platform::ReceiverProbe probe;

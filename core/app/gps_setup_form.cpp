@@ -55,6 +55,12 @@ std::string GpsdStateText(bool answers, const std::string& address) {
     return FillLanguageText(answers ? kTextGpsdRunning : kTextGpsdNotRunning, {address});
 }
 
+std::string ListedSourceText(int source, bool found) {
+    if (source < 0 || source >= kSetupSourceCount) return {};
+    const std::string name = LanguageText(kSetupSourceTexts[source]);
+    return found ? FillLanguageText(kTextSourceFound, {name}) : name;
+}
+
 std::string GnssShareStateText(bool answers, const std::string& path, const std::string& reason) {
     return answers ? FillLanguageText(kTextGnssShareAnswers, {path})
                    : FillLanguageText(kTextGnssShareSilent, {path, reason});

@@ -64,6 +64,15 @@ inline constexpr int kSetupSourceGnssShare = 3;
 inline constexpr int kSetupSourceModemManager = 4;
 inline constexpr int kSetupSourceCount = 5;
 
+// The names of the listed sources, in their order.
+inline constexpr std::uint32_t kSetupSourceTexts[kSetupSourceCount] = {
+    kTextSetupSourceGpsd, kTextSetupSourcePort, kTextSetupSourceBluetooth,
+    kTextSetupSourceGnssShare, kTextSetupSourceModem};
+inline constexpr std::uint32_t kTextSourceFound = 14326;
+
+// A source as GPS Setup lists it: its name, marked when the machine was
+// found to offer it ("Shared GPS service (gpsd) - found").
+std::string ListedSourceText(int source, bool found);
 // "Auto" in the list of baud rates: the probe tries every rate of the table.
 inline constexpr int kAutoBaudIndex = -1;
 

@@ -6,22 +6,6 @@
 #include "core/base/string_manager.h"
 
 namespace tolvane {
-namespace {
-
-std::uint32_t SourceText(int source) {
-    switch (source) {
-        case kSetupSourceGnssShare:
-            return kTextSetupSourceGnssShare;
-        case kSetupSourceModemManager:
-            return kTextSetupSourceModem;
-        case kGpsSourcePort:
-            return kTextSetupSourcePort;
-        default:
-            return kTextSetupSourceGpsd;
-    }
-}
-
-}  // namespace
 
 bool ShouldFindReceiver(const AppState& app) {
     return app.runtime.firstStart && !app.configuredGpsSource;
@@ -50,7 +34,7 @@ void TakeFoundReceiver(Program& program, const FoundReceiver& found) {
     ApplyGpsSetup(program, choice, found.baudIndex);
     if (!program.app.gpsRunning) OnCommand(program, kCommandStartGps);
     program.host.ShowNotice(
-        FillLanguageText(kTextReceiverFound, {LanguageText(SourceText(found.source)), found.where}));
+        FillLanguageText(kTextReceiverFound, {ListedSourceText(found.source, false), found.where}));
 }
 
 }  // namespace tolvane

@@ -19,8 +19,10 @@
 #include <algorithm>
 #include <functional>
 #include <thread>
+#include <vector>
 
 #include "core/app/commands.h"
+#include "core/app/gid_commands.h"
 #include "core/app/gps_commands.h"
 #include "core/gps/port_source.h"
 #include "platform/receiver_setup.h"
@@ -127,11 +129,10 @@ QWidget* GpsSetupDialog::MakeSettingsPage() {
     QVBoxLayout* layout = PageLayout(page);
     source_ = NarrowComboBox();
     source_->setObjectName("source");
-    for (const std::uint32_t id :
-         {kTextSetupSourceGpsd, kTextSetupSourcePort, kTextSetupSourceBluetooth,
-          kTextSetupSourceGnssShare, kTextSetupSourceModem}) {
-        source_->addItem(Text(id));
+    for (int source = 0; source < kSetupSourceCount; ++source) {
+        source_->addItem(QString::fromStdString(ListedSourceText(source, false)));
     }
+    MarkFoundSources();
     source_->setCurrentIndex(ShownGpsSource(choice_.source));
     auto* form = new QFormLayout;
     form->addRow(Text(kTextSetupSource), source_);
@@ -349,6 +350,37 @@ void GpsSetupDialog::ShowProbe() {
 void GpsSetupDialog::ShowGpsdState() {
     ShowLater(gpsdState_,
               [] { return GpsdStateText(platform::GpsdAnswers(), platform::GpsdAddressText()); });
+}
+
+// Which sources the machine offers is found out on a thread of its own and
+// marked in the list when known.
+void GpsSetupDialog::MarkFoundSources() {
+    QPointer<QComboBox> list = source_;
+    const std::string socketPath = choice_.gnssShareSocket;
+    std::thread([list, socketPath] {
+        bool found[kSetupSourceCount] = {};
+        found[kGpsSourceGid] = platform::GpsdAnswers();
+        for (const platform::SerialPortEntry& entry : platform::ListSerialPorts()) {
+            found[kGpsSourcePort] = found[kGpsSourcePort] || platform::IsUsbSerialPort(entry);
+        }
+        found[kGpsSourceBluetooth] = platform::BluetoothAdapterPresent();
+        platform::UnixSocketDevice socket;
+        found[kSetupSourceGnssShare] = socket.Open(SocketPortName(socketPath));
+        found[kSetupSourceModemManager] = FindGnssModem().fault == ModemFault::kNone;
+        std::vector<QString> texts;
+        for (int source = 0; source < kSetupSourceCount; ++source) {
+            texts.push_back(QString::fromStdString(ListedSourceText(source, found[source])));
+        }
+        QMetaObject::invokeMethod(
+            qApp,
+            [list, texts] {
+                if (!list) return;
+                for (int source = 0; source < kSetupSourceCount; ++source) {
+                    list->setItemText(source, texts[static_cast<std::size_t>(source)]);
+                }
+            },
+            Qt::QueuedConnection);
+    }).detach();
 }
 
 void GpsSetupDialog::ShowShareState() {

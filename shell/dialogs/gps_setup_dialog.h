@@ -52,6 +52,7 @@ class GpsSetupDialog final : public QDialog {
     void RestartProbe();
     void ShowProbe();
     void ShowGpsdState();
+    void MarkFoundSources();
     void ShowShareState();
     void ShowModemState();
     void ShowReceiver();

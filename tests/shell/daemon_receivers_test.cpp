@@ -22,6 +22,7 @@
 #include <string>
 
 #include "core/app/commands.h"
+#include "core/app/gid_commands.h"
 #include "core/app/gps_setup_form.h"
 #include "core/app/local_settings.h"
 #include "core/base/string_manager.h"
@@ -127,6 +128,8 @@ void DaemonReceiversTest::initTestCase() {
     QVERIFY(bus_.waitForReadyRead(5000));
     // Qt opens the system bus at its first use, at this address.
     qputenv("DBUS_SYSTEM_BUS_ADDRESS", bus_.readLine().trimmed());
+    // No gpsd answers here, whatever runs on the machine.
+    qputenv("GPSD_PORT", "1");
 }
 
 void DaemonReceiversTest::cleanupTestCase() {
@@ -224,8 +227,9 @@ void DaemonReceiversTest::ModemManagerProblemsAreNamed() {
     }
 }
 
-// GPS Setup's two pages say whether gnss-share's socket answers and which
-// modem ModemManager offers; OK keeps the choice beside the settings.
+// GPS Setup marks the sources the machine offers, its two new pages say
+// whether gnss-share's socket answers and which modem ModemManager offers,
+// and OK keeps the choice beside the settings.
 void DaemonReceiversTest::GpsSetupFindsTheSocketAndTheModemAndKeepsTheChoice() {
     const std::string socketPath = home_->filePath(QStringLiteral("gnss.sock")).toStdString();
     ShareServer server(socketPath);
@@ -237,6 +241,10 @@ void DaemonReceiversTest::GpsSetupFindsTheSocketAndTheModemAndKeepsTheChoice() {
         QWidget* dialog = QApplication::activeModalWidget();
         QVERIFY(dialog != nullptr);
         auto* source = dialog->findChild<QComboBox*>(QStringLiteral("source"));
+        // The list marks what the machine offers: here the modem, not gpsd.
+        QTRY_COMPARE(source->itemText(kSetupSourceModemManager),
+                     QStringLiteral("Modem receiver (ModemManager) - found here"));
+        QCOMPARE(source->itemText(kGpsSourceGid), QStringLiteral("Shared GPS service (gpsd)"));
         source->setCurrentIndex(kSetupSourceModemManager);
         auto* modem = dialog->findChild<QLabel*>(QStringLiteral("modemState"));
         QTRY_VERIFY(modem->text().contains(QStringLiteral("Modem/0")));
