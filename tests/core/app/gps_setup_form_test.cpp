@@ -7,6 +7,7 @@
 #include "core/app/commands.h"
 #include "core/app/gid_commands.h"
 #include "core/app/gps_commands.h"
+#include "core/app/local_settings.h"
 #include "core/app/startup.h"
 #include "tests/core/app/program_fixture.h"
 #include "tests/core/nmea_sentence.h"
@@ -138,6 +139,43 @@ TEST(GpsSetupTest, OkStoresTheChoiceInOptionsAndItsRuntimeCopies) {
     choice.bluetoothName.clear();
     ApplyGpsSetup(program, choice, 4);
     EXPECT_FALSE(program.app.runtime.receiverChosen);
+}
+
+// The receivers a daemon owns are stored as the serial port in the record
+// and by name beside it; the next start lists them again, and Start GPS
+// opens each by its own name.
+TEST(GpsSetupTest, DaemonReceiversAreKeptBesideTheRecordAndOpenedByTheirNames) {
+    testing::ProgramFixture fixture;
+    Program& program = fixture.program;
+    GpsSetupChoice choice = CurrentGpsSetup(program.app);
+    choice.source = kSetupSourceGnssShare;
+    choice.gnssShareSocket = "/run/user/1000/gnss.sock";
+    ApplyGpsSetup(program, choice, -1);
+    Options saved{};
+    ASSERT_TRUE(LoadOptions(fixture.folder.File("Options.dat"), saved, 1));
+    EXPECT_EQ(saved.gpsSource, kGpsSourcePort);
+
+    testing::ProgramFixture next;
+    testing::WriteFileBytes(next.folder.File("tolvane.conf"),
+                            testing::ReadFileBytes(fixture.folder.File("tolvane.conf")));
+    next.program.app.options.gpsSource = kGpsSourcePort;
+    LoadLocalSettings(next.program);
+    const GpsSetupChoice listed = CurrentGpsSetup(next.program.app);
+    EXPECT_EQ(listed.source, kSetupSourceGnssShare);
+    EXPECT_EQ(listed.gnssShareSocket, "/run/user/1000/gnss.sock");
+
+    const auto opens = [&program, &fixture](int source) {
+        GpsSetupChoice chosen = CurrentGpsSetup(program.app);
+        chosen.source = source;
+        ApplyGpsSetup(program, chosen, -1);
+        fixture.device.opened.clear();
+        OnCommand(program, kCommandStartGps);
+        OnCommand(program, kCommandStopGps);
+        return fixture.device.opened.empty() ? std::string() : fixture.device.opened.back();
+    };
+    EXPECT_EQ(opens(kSetupSourceGnssShare), "unix:/run/user/1000/gnss.sock");
+    EXPECT_EQ(opens(kSetupSourceModemManager), "modem:");
+    EXPECT_EQ(opens(kGpsSourcePort), PortDeviceName(program.app.options.portIndex) + ":");
 }
 
 // Start GPS links a chosen Bluetooth receiver through the port's device by
