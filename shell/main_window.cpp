@@ -16,6 +16,7 @@
 #include "core/app/map_commands.h"
 #include "core/app/menu_model.h"
 #include "core/base/debug_trace.h"
+#include "shell/gps_mark_tip.h"
 #include "shell/soft_key_bar.h"
 
 namespace tolvane::shell {
@@ -129,6 +130,7 @@ MainWindow::MainWindow(Program& program, const WindowSetup& setup, const QString
     setObjectName(QStringLiteral("Tolvane_GPS_Utilities"));
     views_ = new ViewArea(program, ViewRenderer(program.screen.dpiY, setup.largeLayout, fontFamily),
                           this);
+    new GpsMarkTip(*views_);
     softKeys_ = new SoftKeyBar(
         QString::fromStdString(setup.leftSoftKey), [&program] { return BuildViewsMenu(program); },
         QString::fromStdString(setup.rightSoftKey),

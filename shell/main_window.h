@@ -28,6 +28,9 @@ class ViewArea final : public QWidget {
     // Lays the views out again for the current size and full-screen state.
     void LayOut();
     const ViewLayout& Layout() const { return renderer_.Layout(); }
+    const AppState& App() const { return program_.app; }
+    // Where the title bar's GPS mark stands; empty in full screen.
+    Rect GpsMarkBox() const { return renderer_.GpsMarkBox(program_.app); }
 
   protected:
     void paintEvent(QPaintEvent* event) override;

@@ -66,6 +66,14 @@ void ViewRenderer::Paint(QImage& image, const AppState& app, FileTime nowUtc) co
     PaintView(canvas, ViewContext{app, layout_, fonts_, nowUtc, &kLocale, &imagery_});
 }
 
+Rect ViewRenderer::GpsMarkBox(const AppState& app) const {
+    // The mark's width is its text's, measured in the painting's fonts.
+    QImage scratch(1, 1, QImage::Format_RGB32);
+    QPainter painter(&scratch);
+    QtCanvas canvas(painter, fontFamily_);
+    return tolvane::GpsMarkBox(canvas, ViewContext{app, layout_, fonts_});
+}
+
 Image ReadWorldPicture(const QString& path, const MapProjection& projection) {
     const QImage read = QImage(path).convertToFormat(QImage::Format_RGB32);
     if (read.isNull()) return {};

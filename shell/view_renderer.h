@@ -30,6 +30,10 @@ class ViewRenderer {
     // is painted, and its night side shaded again each minute.
     void Paint(QImage& image, const AppState& app, FileTime nowUtc) const;
 
+    // Where the title bar's GPS mark stands in the current layout, in
+    // logical pixels; empty in full screen.
+    Rect GpsMarkBox(const AppState& app) const;
+
     // The pictures of the earth as the World Map last drew them.
     const WorldImagery& Imagery() const { return imagery_; }
 

@@ -59,6 +59,7 @@ SourceReading ReadPortSource(PortSource& port) {
 void RunGpsFrom(AppState& app, std::function<SourceReading()> read) {
     app.readActiveSource = std::move(read);
     UpdateGpsState(app);
+    StartFirstFix(app.instruments.firstFix, app.gps);
     app.gpsRunning = true;
 }
 

@@ -26,8 +26,8 @@ SourceReading ReadPortSource(PortSource& port);
 enum class PortStart { kStarted, kOpenFailed, kReaderFailed };
 
 // The end of every start of the GPS: read becomes the active source, the
-// GPS state is brought up to date from it once and the GPS is marked as
-// running.
+// GPS state is brought up to date from it once, the wait for the first fix
+// begins and the GPS is marked as running.
 void RunGpsFrom(AppState& app, std::function<SourceReading()> read);
 
 // Starts the GPS from the port source whose portName and baudRate are set:

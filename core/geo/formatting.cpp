@@ -142,4 +142,9 @@ std::string CoordFormatEntryText(int coordFormat) {
     }
 }
 
+std::string MinutesSecondsText(int seconds) {
+    const int shown = seconds < 0 ? 0 : seconds;
+    return Printf("%d:%02d", shown / 60, shown % 60);
+}
+
 }  // namespace tolvane

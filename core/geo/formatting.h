@@ -31,6 +31,10 @@ void FormatDistance(int unitSystem, double km, std::string* out);
 void FormatLatitude(int coordFormat, HemisphereStyle style, double degrees, std::string* out);
 void FormatLongitude(int coordFormat, HemisphereStyle style, double degrees, std::string* out);
 
+// The minutes and seconds of a wait, "0:42", "12:05", "75:10": the
+// minutes go on counting past the hour. A negative time reads as 0:00.
+std::string MinutesSecondsText(int seconds);
+
 // The Options combo entry of a coordinate format, "WGS84 dd°mm'ss.ss\"" and
 // so on; empty for an unknown format.
 std::string CoordFormatEntryText(int coordFormat);

@@ -108,6 +108,23 @@ void AdvanceTripFigures(TripFigures& trip, const GpsState& gps) {
     trip.longitude = gps.longitude;
 }
 
+void StartFirstFix(FirstFix& firstFix, const GpsState& gps) {
+    firstFix = {};
+    firstFix.searching = !HasLiveFix(gps);
+    if (!firstFix.searching) firstFix.timeToFixSeconds = 0;
+}
+
+void AdvanceFirstFix(FirstFix& firstFix, const GpsState& gps) {
+    if (!firstFix.searching) return;
+    ++firstFix.startedSeconds;
+    if (HasLiveFix(gps)) {
+        firstFix.searching = false;
+        firstFix.timeToFixSeconds = firstFix.startedSeconds;
+    } else if (gps.connected) {
+        ++firstFix.searchingSeconds;
+    }
+}
+
 double TripAverageKnots(const TripFigures& trip) {
     if (trip.movingSeconds == 0) return 0;
     return trip.distanceKm / kKmPerNauticalMile / trip.movingSeconds * 3600.0;
@@ -129,6 +146,7 @@ void AdvanceInstrumentMemory(InstrumentMemory& memory, const GpsState& gps,
     AdvanceCourseMemory(memory.course, gps);
     AdvanceTripExtras(memory.trip, gps);
     AdvanceTripFigures(memory.tripFigures, gps);
+    AdvanceFirstFix(memory.firstFix, gps);
 }
 
 void ClearTrip(GpsState& gps, InstrumentMemory& memory) {

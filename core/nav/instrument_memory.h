@@ -60,11 +60,23 @@ struct TripFigures {
     int pendingSeconds = 0;  // connected ticks since it, not yet counted
 };
 
+// The wait for the first fix after a start of the GPS: the connected
+// seconds the receiver has searched so far, and once it has a fix, how long
+// that took from the start. The time to first fix is the receiver's and not
+// the trip's, so clearing the trip keeps it; only the next start forgets it.
+struct FirstFix {
+    bool searching = false;  // started and no fix since
+    int startedSeconds = 0;  // ticks since the start, while searching
+    int searchingSeconds = 0;
+    int timeToFixSeconds = -1;  // -1 until the first fix
+};
+
 struct InstrumentMemory {
     SpeedScale speedScale;
     CourseMemory course;
     TripExtras trip;
     TripFigures tripFigures;
+    FirstFix firstFix;
 };
 
 inline constexpr double kCourseMinimumKmh = 2.0;
@@ -85,6 +97,14 @@ void AdvanceCourseMemory(CourseMemory& memory, const GpsState& gps);
 void AdvanceTripExtras(TripExtras& trip, const GpsState& gps);
 void AdvanceTripFigures(TripFigures& trip, const GpsState& gps);
 
+// Begins the wait for the first fix at a start of the GPS, from the state
+// that the start's own update published: a fix there took no time.
+void StartFirstFix(FirstFix& firstFix, const GpsState& gps);
+
+// One second of the wait: while searching, a tick since the start, and a
+// searching second while connected without a fix; the first fix ends it.
+void AdvanceFirstFix(FirstFix& firstFix, const GpsState& gps);
+
 // The trip's average speed over its moving time, 0 before it moved.
 double TripAverageKnots(const TripFigures& trip);
 // The trip's stopped time with the ticks since the last fix, which count as
@@ -97,7 +117,7 @@ void AdvanceInstrumentMemory(InstrumentMemory& memory, const GpsState& gps, cons
 
 // Clears the trip: the GPS state's trip counters (distance, moving and
 // connected times, maximum and average speed, the previous point) and the
-// extras and figures kept beside them.
+// extras and figures kept beside them. The time to first fix stays.
 void ClearTrip(GpsState& gps, InstrumentMemory& memory);
 
 // The selected speed alarm limit in the current unit, or 0 when the alarm

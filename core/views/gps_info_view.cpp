@@ -1,6 +1,7 @@
 #include "core/views/gps_info_view.h"
 
 #include <algorithm>
+#include <string>
 #include <vector>
 
 #include "core/base/print_format.h"
@@ -14,6 +15,11 @@ namespace {
 constexpr std::uint32_t kAltitudeLabel = 10400;
 constexpr std::uint32_t kSpeedLabel = 10402;
 constexpr char kNoFixTime[] = "- - / - - / - -    - - : - - : - -";
+constexpr std::uint32_t kSearchingText = 10410;
+constexpr std::uint32_t kSatellitesHeardText = 10411;
+constexpr std::uint32_t kOneSatelliteHeardText = 10412;
+constexpr std::uint32_t kNoSatellitesHeardText = 10413;
+constexpr char kSearchingJoin[] = " \u2014 ";
 
 // One row of the view: up to three texts in one font, spread over the
 // width, or the separator line when it has none.
@@ -26,6 +32,32 @@ const char* FixTypeText(double fixType) {
     if (fixType == 3.0) return "3D GPS Fix";
     if (fixType == 2.0) return "2D GPS Fix";
     return "GPS Fix N/A";
+}
+
+// The satellites heard: how many in view have a signal, and the best.
+std::string HeardText(const GpsState& gps) {
+    int heard = 0;
+    int best = 0;
+    const int count = std::clamp(gps.satellitesInView, 0, kMaxSatellites);
+    for (int i = 0; i < count; ++i) {
+        if (gps.satSnr[i] <= 0) continue;
+        ++heard;
+        best = std::max(best, gps.satSnr[i]);
+    }
+    if (heard == 0) return LanguageText(kNoSatellitesHeardText);
+    if (heard == 1) return FillLanguageText(kOneSatelliteHeardText, {std::to_string(best)});
+    return FillLanguageText(kSatellitesHeardText, {std::to_string(heard), std::to_string(best)});
+}
+
+// The searching line as rows of the dilutions' font: one where it fits the
+// width, else its two texts one under the other.
+std::vector<InfoRow> SearchingRows(Canvas& canvas, const ViewContext& context, int width) {
+    const std::vector<std::string> texts = SearchingTexts(context.app);
+    if (texts.empty()) return {};
+    const Font font = context.fonts.Slot(kDilutionFontSlot);
+    const std::string line = SearchingLine(context.app);
+    if (canvas.MeasureText(line, font).width <= width) return {{{line}, font}};
+    return {{{texts[0]}, font}, {{texts[1]}, font}};
 }
 
 std::vector<InfoRow> InfoRows(const ViewContext& context) {
@@ -83,6 +115,18 @@ std::string AltitudeSpeedLine(const AppState& app) {
                        SpeedUnitText(units));
 }
 
+std::vector<std::string> SearchingTexts(const AppState& app) {
+    const FirstFix& firstFix = app.instruments.firstFix;
+    if (!app.gpsRunning || !firstFix.searching) return {};
+    return {FillLanguageText(kSearchingText, {MinutesSecondsText(firstFix.searchingSeconds)}),
+            HeardText(app.gps)};
+}
+
+std::string SearchingLine(const AppState& app) {
+    const std::vector<std::string> texts = SearchingTexts(app);
+    return texts.empty() ? std::string() : texts[0] + kSearchingJoin + texts[1];
+}
+
 std::string FixTimeLine(const GpsState& gps, const LocaleFormats* locale) {
     if (!gps.connected || !gps.fixValid) return kNoFixTime;
     const CivilTime t = FileTimeToCivil(gps.fixTime);
@@ -97,7 +141,11 @@ void PaintGpsInfoView(Canvas& canvas, const ViewContext& context) {
     const Palette& palette = PaletteOf(context);
     const Rect view = context.layout.view;
     canvas.DrawRectangle(view, palette.background, kNoColor);
-    const std::vector<InfoRow> rows = InfoRows(context);
+    std::vector<InfoRow> rows = InfoRows(context);
+    const int margin = context.layout.barHeight / 2;
+    for (InfoRow& row : SearchingRows(canvas, context, view.Width() - 2 * margin)) {
+        rows.push_back(std::move(row));
+    }
     std::vector<int> heights;
     int total = 0;
     for (const InfoRow& row : rows) total += heights.emplace_back(RowHeight(canvas, row));
@@ -107,8 +155,8 @@ void PaintGpsInfoView(Canvas& canvas, const ViewContext& context) {
     int top = view.top + free / gaps;
     for (std::size_t i = 0; i < rows.size(); ++i) {
         // Texts keep a margin from the sides; the separator runs across.
-        const int margin = rows[i].texts.empty() ? 0 : context.layout.barHeight / 2;
-        PaintRow(canvas, rows[i], {view.left + margin, top, view.right - margin, top + heights[i]},
+        const int inset = rows[i].texts.empty() ? 0 : margin;
+        PaintRow(canvas, rows[i], {view.left + inset, top, view.right - inset, top + heights[i]},
                  palette);
         top += heights[i] + free / gaps;
     }

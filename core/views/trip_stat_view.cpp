@@ -26,6 +26,14 @@ TripTile AltitudeTile(const char* label, double metres, bool known, int units) {
     return {label, PrintFormat("%.0f", AltitudeInUnit(metres, units)), AltitudeUnitText(units)};
 }
 
+// The time the receiver took to its first fix since the GPS was started,
+// "--" before it had one.
+TripTile FirstFixTile(const FirstFix& firstFix) {
+    const char* label = "Time to first fix";
+    if (firstFix.timeToFixSeconds < 0) return {label, "--", "", false};
+    return {label, MinutesSecondsText(firstFix.timeToFixSeconds), ""};
+}
+
 // The distance text "12.34 km" split into its figure and its unit.
 TripTile DistanceTile(double km, int units) {
     std::string text;
@@ -69,6 +77,7 @@ std::vector<TripTile> TripTiles(const AppState& app) {
         AltitudeTile("Lowest", extras.lowestMetres, climbed, units),
         AltitudeTile("Highest", extras.highestMetres, climbed, units),
         DurationTile("Connected time", app.gps.connectedSeconds),
+        FirstFixTile(app.instruments.firstFix),
     };
 }
 

@@ -20,10 +20,10 @@ struct TripTile {
 // The trip's figures in the order of the tiles, the distance first.
 std::vector<TripTile> TripTiles(const AppState& app);
 
-// The trip in tiles: the distance largest across the top, then moving,
-// stopped and connected time, average and maximum speed, ascent and
-// descent, lowest and highest altitude, in two columns on an upright
-// window and three on a wide one.
+// The trip in tiles: the distance largest across the top, then moving and
+// stopped time, average and maximum speed, ascent and descent, lowest and
+// highest altitude, connected time and the time to the first fix, in two
+// columns on an upright window and three on a wide one.
 void PaintTripStatView(Canvas& canvas, const ViewContext& context);
 
 }  // namespace tolvane

@@ -46,22 +46,38 @@ std::vector<StatusMark> StatusMarks(const ViewContext& context, const Palette& p
     return marks;
 }
 
-// Draws the marks from the right edge leftwards; returns where they begin.
-int PaintStatusMarks(Canvas& canvas, const ViewContext& context, const Palette& palette) {
+int MarkPad(const Rect& bar) {
+    return std::max(2, bar.Height() / 6);
+}
+
+// The marks' boxes in the marks' order, set from the right edge leftwards.
+std::vector<Rect> StatusMarkBoxes(Canvas& canvas, const ViewContext& context,
+                                  const std::vector<StatusMark>& marks) {
     const Rect bar = context.layout.titleBar;
     const Font font = context.fonts.Slot(kMarkFontSlot);
-    const int pad = std::max(2, bar.Height() / 6);
+    const int pad = MarkPad(bar);
+    std::vector<Rect> boxes(marks.size());
     int right = bar.right - pad;
-    std::vector<StatusMark> marks = StatusMarks(context, palette);
-    for (auto mark = marks.rbegin(); mark != marks.rend(); ++mark) {
-        const int width = canvas.MeasureText(mark->text, font).width + 2 * pad;
-        const Rect box{right - width, bar.top + pad, right, bar.bottom - pad};
-        canvas.DrawRectangle(box, mark->filled ? mark->color : kNoColor, mark->color);
-        canvas.DrawText(mark->text, font, box, kAlignCenter,
-                        mark->filled ? palette.titleBackground : mark->color);
-        right = box.left - pad;
+    for (std::size_t i = marks.size(); i-- > 0;) {
+        const int width = canvas.MeasureText(marks[i].text, font).width + 2 * pad;
+        boxes[i] = {right - width, bar.top + pad, right, bar.bottom - pad};
+        right = boxes[i].left - pad;
     }
-    return right;
+    return boxes;
+}
+
+// Draws the marks from the right edge leftwards; returns where they begin.
+int PaintStatusMarks(Canvas& canvas, const ViewContext& context, const Palette& palette) {
+    const Font font = context.fonts.Slot(kMarkFontSlot);
+    const std::vector<StatusMark> marks = StatusMarks(context, palette);
+    const std::vector<Rect> boxes = StatusMarkBoxes(canvas, context, marks);
+    for (std::size_t i = marks.size(); i-- > 0;) {
+        canvas.DrawRectangle(boxes[i], marks[i].filled ? marks[i].color : kNoColor,
+                             marks[i].color);
+        canvas.DrawText(marks[i].text, font, boxes[i], kAlignCenter,
+                        marks[i].filled ? palette.titleBackground : marks[i].color);
+    }
+    return boxes.front().left - MarkPad(context.layout.titleBar);
 }
 
 // The text that names each view: its menu command's, or the Map menu's for
@@ -146,6 +162,11 @@ std::string ViewTitle(int view) {
     if (view < 0 || view >= static_cast<int>(std::size(kViewNames))) return {};
     const std::string text = LanguageText(kViewNames[view]);
     return text.substr(0, text.find('\t'));
+}
+
+Rect GpsMarkBox(Canvas& canvas, const ViewContext& context) {
+    if (context.layout.titleBar.Height() <= 0) return {};
+    return StatusMarkBoxes(canvas, context, StatusMarks(context, PaletteOf(context))).front();
 }
 
 void PaintTitleBar(Canvas& canvas, const ViewContext& context) {

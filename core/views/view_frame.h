@@ -58,6 +58,11 @@ std::string ViewTitle(int view);
 // Paints the title bar: the view's name and the status marks.
 void PaintTitleBar(Canvas& canvas, const ViewContext& context);
 
+// Where the title bar's GPS mark ("3D", "No fix", "GPS off") stands, the
+// leftmost of its status marks; empty in full screen, which has no title
+// bar.
+Rect GpsMarkBox(Canvas& canvas, const ViewContext& context);
+
 // Paints the coordinate strip: latitude and longitude, hemisphere last,
 // centred in the two halves with a separator between. Without a fix the
 // halves show grey dashes instead of a position that is no longer true.

@@ -6,6 +6,7 @@
 #include <QComboBox>
 #include <QDir>
 #include <QFile>
+#include <QHelpEvent>
 #include <QLabel>
 #include <QLineEdit>
 #include <QMenu>
@@ -16,6 +17,7 @@
 #include <QTest>
 #include <QTimer>
 #include <QToolButton>
+#include <QToolTip>
 #include <algorithm>
 #include <cstdlib>
 #include <filesystem>
@@ -268,6 +270,22 @@ void WindowTest::TheDemoReceiverRunsWithoutReachingTheSettings() {
     QVERIFY(app.gpsRunning);
     // The recording reaches the views through the terminal, at its own pace.
     QTRY_VERIFY_WITH_TIMEOUT(app.gps.connected, 10000);
+
+    // The title bar's GPS mark names the demo as the source in use: as its
+    // tooltip, and when it is held down, after it is let go too.
+    ViewArea& views = program.Window().Views();
+    const Rect mark = views.GpsMarkBox();
+    const QPoint onMark((mark.left + mark.right) / 2, (mark.top + mark.bottom) / 2);
+    QHelpEvent help(QEvent::ToolTip, onMark, views.mapToGlobal(onMark));
+    QApplication::sendEvent(&views, &help);
+    QTRY_COMPARE(QToolTip::text(), QStringLiteral("Demo recording"));
+    QToolTip::hideText();
+    QTRY_VERIFY(QToolTip::text().isEmpty());
+    QTest::mousePress(&views, Qt::LeftButton, {}, onMark);
+    QTRY_COMPARE(QToolTip::text(), QStringLiteral("Demo recording"));
+    QTest::mouseRelease(&views, Qt::LeftButton, {}, onMark);
+    QTest::qWait(50);
+    QCOMPARE(QToolTip::text(), QStringLiteral("Demo recording"));
 
     // Every command that saves the settings saves the configured source.
     for (const int command : {kCommandOptions, kCommandGpsSetup}) {

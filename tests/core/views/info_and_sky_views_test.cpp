@@ -21,9 +21,10 @@ using Kind = RecordingCanvas::Kind;
 
 constexpr int kBaseHeight = 15;
 
-RecordingCanvas Paint(const AppState& app, void (*painter)(Canvas&, const ViewContext&)) {
+RecordingCanvas Paint(const AppState& app, void (*painter)(Canvas&, const ViewContext&),
+                      int width = 480, int height = 640) {
     const FontSet fonts(kBaseHeight);
-    const ViewLayout layout = LayOutViews(480, 640, false, false, fonts);
+    const ViewLayout layout = LayOutViews(width, height, false, false, fonts);
     RecordingCanvas canvas;
     painter(canvas, ViewContext{app, layout, fonts, 0});
     return canvas;
@@ -111,6 +112,47 @@ void PutSatellites(GpsState& gps, const std::vector<Satellite>& satellites) {
         gps.satElevation[i] = satellites[i].elevation;
         gps.satAzimuth[i] = satellites[i].azimuth;
     }
+}
+
+TEST(GpsInfoViewTest, WhileSearchingShowsTheTimeAndTheSatellitesHeardBelowTheFixType) {
+    AppState app;
+    app.gpsRunning = true;
+    app.gps.connected = 1;
+    app.instruments.firstFix.searching = true;
+    app.instruments.firstFix.searchingSeconds = 42;
+    // Two of the four in view are heard; a satellite beyond the count of
+    // those in view is an old entry and not heard.
+    PutSatellites(app.gps, {{5, 0, 90, 0}, {12, 38, 0, 90}, {30, 21, 30, 180}, {7, 0, 60, 300}});
+    app.gps.satSnr[4] = 50;
+    const std::string searching = FillLanguageText(10410, {"0:42"});
+    const std::string heard = FillLanguageText(10411, {"2", "38"});
+    EXPECT_EQ(searching, "Searching 0:42");
+    EXPECT_EQ(heard, "2 satellites heard, best 38 dB-Hz");
+    EXPECT_EQ(SearchingLine(app), searching + " \u2014 " + heard);
+
+    // One line where it fits, under the fix type; two on a narrow window.
+    const std::vector<std::string> texts = Paint(app, PaintGpsInfoView, 1280, 800).Texts();
+    ASSERT_EQ(texts.size(), 9u);
+    EXPECT_EQ(texts[7], "GPS Fix N/A");
+    EXPECT_EQ(texts[8], SearchingLine(app));
+    const RecordingCanvas narrow = Paint(app, PaintGpsInfoView, 240, 320);
+    const std::vector<RecordingCanvas::Call> rows = narrow.Of(Kind::kText);
+    ASSERT_EQ(rows.size(), 10u);
+    EXPECT_EQ(rows[8].text, searching);
+    EXPECT_EQ(rows[9].text, heard);
+    EXPECT_GT(rows[9].box.top, rows[8].box.bottom);
+    EXPECT_LE(rows[9].box.bottom, 320);
+
+    app.gps.satSnr[1] = 0;
+    EXPECT_EQ(SearchingTexts(app)[1], "1 satellite heard, 21 dB-Hz");
+    app.gps.satSnr[2] = 0;
+    EXPECT_EQ(SearchingTexts(app)[1], "No satellites heard yet");
+    // Nothing once the first fix came, nor while the GPS is off.
+    app.gpsRunning = false;
+    EXPECT_TRUE(SearchingLine(app).empty());
+    app.gpsRunning = true;
+    app.instruments.firstFix.searching = false;
+    EXPECT_EQ(Paint(app, PaintGpsInfoView).Texts().size(), 8u);
 }
 
 Point CentreOf(const Rect& box) {
