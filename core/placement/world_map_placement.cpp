@@ -100,4 +100,10 @@ void StepWorldMap(AppState& app, int east, int south) {
     PanWorldMap(app, east, south, distance);
 }
 
+double PixelsPerKmAtMiddle(const AppState& app, const MapPlacement& placement, const Rect& body) {
+    const double middle = (body.top + body.bottom) / 2.0;
+    const double latitude = YToLatitude(app.projection, placement.y0 - middle, placement.distance);
+    return MapRadius(app, placement, latitude, 1.0);
+}
+
 }  // namespace tolvane

@@ -48,6 +48,10 @@ double HalfHeight(const MapPlacement& placement, const AppState& app);
 // A longitude of a repeated world, brought back into -180..180.
 double WrapLongitude(double longitude);
 
+// Screen pixels to the km, east and west, at the middle of body on a map
+// placed at placement; the scale bar of both map views measures by it.
+double PixelsPerKmAtMiddle(const AppState& app, const MapPlacement& placement, const Rect& body);
+
 // The latitude at a signed distance y from the equator (pixels, north
 // positive); the inverse of LatitudeToY within the 80 degrees it covers.
 double YToLatitude(const MapProjection& projection, double y, double distance);

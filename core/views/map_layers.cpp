@@ -8,7 +8,9 @@
 #include "core/base/device_helpers.h"
 #include "core/geo/distance.h"
 #include "core/geo/formatting.h"
+#include "core/geo/scale_bar.h"
 #include "core/placement/screen_lines.h"
+#include "core/placement/world_map_placement.h"
 #include "core/views/instrument_parts.h"
 
 namespace tolvane {
@@ -361,6 +363,33 @@ void DrawMapLayers(Canvas& canvas, const ViewContext& context, const MapPlacemen
     if (options.showDestinations) DrawDestinations(pen);
     DrawWaypointsAndPoi(pen);
     DrawPosition(pen);
+}
+
+void DrawScaleBar(Canvas& canvas, const ViewContext& context, const MapPlacement& placement) {
+    const Rect& body = context.layout.body;
+    const ScaleBar bar = ChooseScaleBar(PixelsPerKmAtMiddle(context.app, placement, body),
+                                        context.app.options.unitSystem, body.Width() / 4);
+    if (bar.pixels <= 0) return;
+    const Font font{std::max(8, context.layout.barHeight / 2), 600};
+    const TextSize size = canvas.MeasureText(bar.text, font);
+    const int pad = font.height / 3;
+    const int width = std::max(bar.pixels, size.width);
+    const Rect box{body.left + pad, body.bottom - size.height - 2 * font.height / 3 - 3 * pad,
+                   body.left + width + 3 * pad, body.bottom - pad};
+    const Palette& palette = PaletteOf(context);
+    canvas.DrawRectangle(box, palette.panel, palette.panelEdge);
+    canvas.DrawText(bar.text, font,
+                    {box.left + pad, box.top + pad / 2, box.right - pad,
+                     box.top + pad / 2 + size.height},
+                    kAlignLeft | kAlignTop, palette.label);
+    // The bar with a tick at either end, under its length.
+    const int y = box.bottom - pad - 1;
+    const int tick = font.height / 3;
+    const Point left{box.left + pad, y};
+    const Point right{box.left + pad + bar.pixels, y};
+    canvas.DrawLine(left, right, palette.label, 2);
+    canvas.DrawLine(left, {left.x, y - tick}, palette.label, 2);
+    canvas.DrawLine(right, {right.x, y - tick}, palette.label, 2);
 }
 
 }  // namespace tolvane

@@ -11,4 +11,9 @@ namespace tolvane {
 // position with its course arrow, as the Show toggles of Options say.
 void DrawMapLayers(Canvas& canvas, const ViewContext& context, const MapPlacement& placement);
 
+// The scale bar in the map's bottom left corner, for the scale at the
+// middle of the view of a map placed at placement, in the unit system's
+// units; a quarter of the view wide at the most.
+void DrawScaleBar(Canvas& canvas, const ViewContext& context, const MapPlacement& placement);
+
 }  // namespace tolvane

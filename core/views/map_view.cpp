@@ -138,7 +138,10 @@ void PaintMapView(Canvas& canvas, const ViewContext& context) {
     const Options& options = context.app.options;
     canvas.SetClip(body);
     if (options.showMap) PaintPicture(canvas, context, geometry);
-    if (geometry.calibrated) DrawMapLayers(canvas, context, geometry.placement);
+    if (geometry.calibrated) {
+        DrawMapLayers(canvas, context, geometry.placement);
+        DrawScaleBar(canvas, context, geometry.placement);
+    }
     if (options.showRefPoints) PaintRefPoints(canvas, context, geometry);
     if (context.app.map.placing >= 0) PaintCrossHair(canvas, context);
     canvas.ResetClip();

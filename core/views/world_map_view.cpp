@@ -209,6 +209,7 @@ void PaintWorldMapView(Canvas& canvas, const ViewContext& context) {
     }
     if (!copies.empty()) DrawGraticule(canvas, context, copies.front());
     for (const MapPlacement& copy : copies) DrawMapLayers(canvas, context, copy);
+    if (!copies.empty()) DrawScaleBar(canvas, context, copies.front());
     DrawArrowMode(canvas, context);
     if (picture == nullptr) DrawMissingNote(canvas, context);
     canvas.ResetClip();

@@ -6,7 +6,11 @@
 
 #include <algorithm>
 #include <cmath>
+#include <string>
 
+#include "core/geo/distance.h"
+#include "core/geo/scale_bar.h"
+#include "core/geo/units.h"
 #include "core/placement/world_map_placement.h"
 #include "core/views/map_layers.h"
 #include "core/views/world_imagery.h"
@@ -125,6 +129,43 @@ TEST(MapViewsTest, TheWorldMapRepeatsAcrossTheSeamAndKeepsItsEdgesOffTheScreen) 
 // A placement that is not a number has no integer place on the screen: the
 // painters draw around it without converting it (the sanitizer build stops
 // at such a conversion), and the earth's picture has nowhere to go.
+// The bar is a round length in the unit system's units, a quarter of the
+// view at the most, and as long as the projection draws that length east
+// and west at the middle of the view.
+TEST(MapViewsTest, TheScaleBarMeasuresWhatTheProjectionDraws) {
+    EXPECT_EQ(ChooseScaleBar(100, kMetric, 120).text, "1 km");
+    EXPECT_EQ(ChooseScaleBar(100, kMetric, 99).text, "500 m");
+    EXPECT_EQ(ChooseScaleBar(100, kMetric, 99).pixels, 50);
+    EXPECT_EQ(ChooseScaleBar(0.01, kMetric, 120).text, "10000 km");
+    EXPECT_EQ(ChooseScaleBar(100, kImperial, 120).text, "2000 ft");
+    EXPECT_EQ(ChooseScaleBar(100, kImperial, 170).text, "1 mi");
+    EXPECT_EQ(ChooseScaleBar(100, kNautical, 120).text, "0.5 nm");
+    EXPECT_EQ(ChooseScaleBar(100, kNautical, 120).pixels, 93);
+    EXPECT_EQ(ChooseScaleBar(std::nan(""), kMetric, 120).pixels, 0);
+
+    MapScene scene;
+    scene.app.options.unitSystem = kMetric;
+    RecordingCanvas canvas;
+    const ViewContext context{scene.app, scene.layout, scene.fonts, 0};
+    DrawScaleBar(canvas, context, scene.placement);
+    const std::vector<std::string> texts = canvas.Texts();
+    ASSERT_EQ(texts.size(), 1u);
+    const RecordingCanvas::Call bar = canvas.Of(Kind::kLine).front();
+    const int pixels = bar.box.right - bar.box.left;
+    EXPECT_LE(pixels, scene.layout.body.Width() / 4);
+    EXPECT_GT(pixels, scene.layout.body.Width() / 10);
+    const double km = std::stod(texts[0]) * (texts[0].ends_with(" km") ? 1.0 : 0.001);
+    const Rect& body = scene.layout.body;
+    const double middle = YToLatitude(scene.app.projection,
+                                      scene.placement.y0 - (body.top + body.bottom) / 2.0,
+                                      scene.placement.distance);
+    // The bar's pixels, east and west along the middle of the view, span
+    // that many km on the ground.
+    const double pixelsPerDegree =
+        scene.app.projection.Scale() / scene.placement.distance * kKmPerDegreeLongitude;
+    EXPECT_NEAR(DistanceKm(middle, 10.0, middle, 10.0 + pixels / pixelsPerDegree), km, 0.03 * km);
+}
+
 TEST(MapViewsTest, APlacementThatIsNotANumberIsDrawnWithoutAPlace) {
     MapScene scene;
     AppState& app = scene.app;
