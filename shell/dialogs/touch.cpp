@@ -1,0 +1,85 @@
+#include "shell/dialogs/touch.h"
+
+#include <QAbstractItemView>
+#include <QApplication>
+#include <QGuiApplication>
+#include <QScreen>
+#include <QScrollArea>
+#include <QScroller>
+#include <QStyleOptionMenuItem>
+#include <QWidget>
+#include <algorithm>
+
+namespace tolvane::shell {
+namespace {
+
+constexpr double kTouchTargetMillimetres = 7.0;
+constexpr double kMillimetresPerInch = 25.4;
+// Qt's own dots per inch where there is no screen to ask.
+constexpr double kDefaultDotsPerInch = 96.0;
+
+bool IsTapped(QStyle::ContentsType type, const QStyleOption* option) {
+    switch (type) {
+        case QStyle::CT_MenuItem: {
+            // A separator is a line between entries, not an entry to tap.
+            const auto* item = qstyleoption_cast<const QStyleOptionMenuItem*>(option);
+            return item == nullptr || item->menuItemType != QStyleOptionMenuItem::Separator;
+        }
+        case QStyle::CT_PushButton:
+        case QStyle::CT_ToolButton:
+        case QStyle::CT_ItemViewItem:
+        case QStyle::CT_TabBarTab:
+        case QStyle::CT_CheckBox:
+        case QStyle::CT_RadioButton:
+        case QStyle::CT_ComboBox:
+        case QStyle::CT_SpinBox:
+        case QStyle::CT_LineEdit:
+            return true;
+        default:
+            return false;
+    }
+}
+
+// Kinetic scrolling moves the contents by pixels, not by whole rows.
+void ScrollByFinger(QAbstractScrollArea* area) {
+    if (auto* view = qobject_cast<QAbstractItemView*>(area)) {
+        view->setVerticalScrollMode(QAbstractItemView::ScrollPerPixel);
+        view->setHorizontalScrollMode(QAbstractItemView::ScrollPerPixel);
+    }
+    QScroller::grabGesture(area->viewport(), QScroller::TouchGesture);
+}
+
+}  // namespace
+
+int TouchTargetPixels(const QWidget* widget) {
+    const QScreen* screen = widget != nullptr ? widget->screen() : QGuiApplication::primaryScreen();
+    const double dotsPerInch =
+        screen != nullptr ? screen->logicalDotsPerInchY() : kDefaultDotsPerInch;
+    return qRound(kTouchTargetMillimetres / kMillimetresPerInch * dotsPerInch);
+}
+
+TouchStyle::TouchStyle() : QProxyStyle(QApplication::style()->name()) {}
+
+QSize TouchStyle::sizeFromContents(ContentsType type, const QStyleOption* option, const QSize& size,
+                                   const QWidget* widget) const {
+    QSize wanted = QProxyStyle::sizeFromContents(type, option, size, widget);
+    if (IsTapped(type, option))
+        wanted.setHeight(std::max(wanted.height(), TouchTargetPixels(widget)));
+    return wanted;
+}
+
+void TouchStyle::polish(QWidget* widget) {
+    QProxyStyle::polish(widget);
+    // Text fields keep the finger for selecting their text.
+    if (qobject_cast<QAbstractItemView*>(widget) != nullptr ||
+        qobject_cast<QScrollArea*>(widget) != nullptr) {
+        ScrollByFinger(static_cast<QAbstractScrollArea*>(widget));
+    }
+}
+
+void InstallTouchStyle() {
+    if (qobject_cast<TouchStyle*>(QApplication::style()) == nullptr)
+        QApplication::setStyle(new TouchStyle);
+}
+
+}  // namespace tolvane::shell
