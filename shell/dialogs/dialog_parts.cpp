@@ -28,7 +28,13 @@ constexpr int kMaxDialogWidth = 520;
 // GPS Setup's size where there is room; a screen that cannot hold it is a
 // handheld's.
 constexpr QSize kComfortableSize{360, 440};
+// A screen narrower than this is a phone's held upright, even where it is
+// tall enough for GPS Setup.
+constexpr int kPhoneWidth = 480;
 constexpr int kNarrowWidth = 360;
+// Qt's own file chooser needs about this width for its side bar, its
+// history buttons and a readable folder box.
+constexpr int kChooserExtrasWidth = 480;
 constexpr int kButtonColumns = 3;
 constexpr int kNarrowButtonColumns = 2;
 
@@ -57,7 +63,7 @@ QRect ScreenArea(const QWidget* parent, const QWidget& dialog) {
 }
 
 bool IsHandheldScreen(const QRect& area) {
-    return !Fits(kComfortableSize, area.size());
+    return !Fits(kComfortableSize, area.size()) || area.width() < kPhoneWidth;
 }
 
 // The size a fit asks for on a screen with room; over is the window's frame.
@@ -170,7 +176,7 @@ QString ChooseFile(QWidget* parent, FileChoice choice, const QString& title,
     } else {
         chooser.setFileMode(QFileDialog::ExistingFile);
     }
-    if (IsNarrow(parent)) HideChooserExtras(chooser);
+    if (parent != nullptr && parent->width() < kChooserExtrasWidth) HideChooserExtras(chooser);
     FitDialog(chooser, parent, fit);
     if (chooser.exec() != QDialog::Accepted || chooser.selectedFiles().isEmpty()) return {};
     return chooser.selectedFiles().constFirst();
