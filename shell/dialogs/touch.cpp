@@ -2,6 +2,7 @@
 
 #include <QAbstractItemView>
 #include <QApplication>
+#include <QComboBox>
 #include <QGuiApplication>
 #include <QScreen>
 #include <QScrollArea>
@@ -40,13 +41,23 @@ bool IsTapped(QStyle::ContentsType type, const QStyleOption* option) {
     }
 }
 
-// Kinetic scrolling moves the contents by pixels, not by whole rows.
+bool IsInComboBox(const QWidget* widget) {
+    for (const QWidget* up = widget; up != nullptr; up = up->parentWidget()) {
+        if (qobject_cast<const QComboBox*>(up) != nullptr) return true;
+    }
+    return false;
+}
+
+// A finger reaches the scroller as the mouse Qt makes of it: scrollers
+// that take the touch events themselves swallow every other tap on the
+// controls of a scrolled page. Kinetic scrolling moves the contents by
+// pixels, not by whole rows.
 void ScrollByFinger(QAbstractScrollArea* area) {
     if (auto* view = qobject_cast<QAbstractItemView*>(area)) {
         view->setVerticalScrollMode(QAbstractItemView::ScrollPerPixel);
         view->setHorizontalScrollMode(QAbstractItemView::ScrollPerPixel);
     }
-    QScroller::grabGesture(area->viewport(), QScroller::TouchGesture);
+    QScroller::grabGesture(area->viewport(), QScroller::LeftMouseButtonGesture);
 }
 
 }  // namespace
@@ -70,9 +81,10 @@ QSize TouchStyle::sizeFromContents(ContentsType type, const QStyleOption* option
 
 void TouchStyle::polish(QWidget* widget) {
     QProxyStyle::polish(widget);
-    // Text fields keep the finger for selecting their text.
-    if (qobject_cast<QAbstractItemView*>(widget) != nullptr ||
-        qobject_cast<QScrollArea*>(widget) != nullptr) {
+    // A combo box's pop-up list keeps choosing by press, drag and release;
+    // text fields keep the finger for selecting their text.
+    const bool list = qobject_cast<QAbstractItemView*>(widget) != nullptr && !IsInComboBox(widget);
+    if (list || qobject_cast<QScrollArea*>(widget) != nullptr) {
         ScrollByFinger(static_cast<QAbstractScrollArea*>(widget));
     }
 }

@@ -15,10 +15,9 @@ int TouchTargetPixels(const QWidget* widget);
 // least TouchTargetPixels high: push and tool buttons (the soft keys), menu
 // entries, list and tree rows, tabs, check boxes, radio buttons, combo
 // boxes, spin boxes and text fields. Every list and scroll area (the
-// dialogs', the file chooser's, a combo box's pop-up) scrolls under a
-// flicking finger, as on a phone, while the mouse selects and drags in them
-// as before. Everything else is drawn and sized as the style underneath
-// does it.
+// dialogs' and the file chooser's) scrolls under a flicking finger, as on a
+// phone, and under a dragging mouse alike. Everything else is drawn and
+// sized as the style underneath does it.
 class TouchStyle final : public QProxyStyle {
     Q_OBJECT
 
