@@ -41,6 +41,22 @@ bool IsTapped(QStyle::ContentsType type, const QStyleOption* option) {
     }
 }
 
+// The smallest screen, across its shorter side, that is worked with
+// fingers; a smaller one (240 x 320) is a stylus device's, whose dialogs
+// need every pixel and keep the style's own sizes.
+constexpr int kSmallestFingerScreen = 360;
+
+const QScreen* ScreenOf(const QWidget* widget) {
+    return widget != nullptr ? widget->screen() : QGuiApplication::primaryScreen();
+}
+
+bool IsForFingers(const QWidget* widget) {
+    const QScreen* screen = ScreenOf(widget);
+    if (screen == nullptr) return true;
+    const QSize size = screen->geometry().size();
+    return std::min(size.width(), size.height()) >= kSmallestFingerScreen;
+}
+
 bool IsInComboBox(const QWidget* widget) {
     for (const QWidget* up = widget; up != nullptr; up = up->parentWidget()) {
         if (qobject_cast<const QComboBox*>(up) != nullptr) return true;
@@ -63,7 +79,7 @@ void ScrollByFinger(QAbstractScrollArea* area) {
 }  // namespace
 
 int TouchTargetPixels(const QWidget* widget) {
-    const QScreen* screen = widget != nullptr ? widget->screen() : QGuiApplication::primaryScreen();
+    const QScreen* screen = ScreenOf(widget);
     const double dotsPerInch =
         screen != nullptr ? screen->logicalDotsPerInchY() : kDefaultDotsPerInch;
     return qRound(kTouchTargetMillimetres / kMillimetresPerInch * dotsPerInch);
@@ -74,7 +90,7 @@ TouchStyle::TouchStyle() : QProxyStyle(QApplication::style()->name()) {}
 QSize TouchStyle::sizeFromContents(ContentsType type, const QStyleOption* option, const QSize& size,
                                    const QWidget* widget) const {
     QSize wanted = QProxyStyle::sizeFromContents(type, option, size, widget);
-    if (IsTapped(type, option))
+    if (IsTapped(type, option) && IsForFingers(widget))
         wanted.setHeight(std::max(wanted.height(), TouchTargetPixels(widget)));
     return wanted;
 }

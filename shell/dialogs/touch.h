@@ -11,13 +11,12 @@ namespace tolvane::shell {
 // primary screen without a widget), from the screen's logical dots per inch.
 int TouchTargetPixels(const QWidget* widget);
 
-// The application's style for fingers. Every control a finger taps is at
-// least TouchTargetPixels high: push and tool buttons (the soft keys), menu
-// entries, list and tree rows, tabs, check boxes, radio buttons, combo
-// boxes, spin boxes and text fields. Every list and scroll area (the
-// dialogs' and the file chooser's) scrolls under a flicking finger, as on a
-// phone, and under a dragging mouse alike. Everything else is drawn and
-// sized as the style underneath does it.
+// The application's style for fingers. On a screen of at least 360 pixels
+// each way, every control a finger taps is at least TouchTargetPixels high: push and tool buttons
+// (the soft keys), menu entries, list and tree rows, tabs, check boxes, radio buttons, combo boxes,
+// spin boxes and text fields. Every list and scroll area (the dialogs' and the file chooser's)
+// scrolls under a flicking finger, as on a phone, and under a dragging mouse alike. Everything else
+// is drawn and sized as the style underneath does it.
 class TouchStyle final : public QProxyStyle {
     Q_OBJECT
 

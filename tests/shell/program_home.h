@@ -23,12 +23,12 @@ inline std::unique_ptr<QTemporaryDir> NewProgramHome() {
 }
 
 // Runs the cases of Test with no display and no session: the offscreen
-// platform, and a runtime folder of the tests' own for the single-instance
-// lock.
+// platform (with its options, such as a screen's configuration file), and
+// a runtime folder of the tests' own for the single-instance lock.
 template <typename Test>
-int RunOffscreenTests(int argc, char** argv) {
+int RunOffscreenTests(int argc, char** argv, const QByteArray& platform = "offscreen") {
     QTemporaryDir runtime;
-    qputenv("QT_QPA_PLATFORM", "offscreen");
+    qputenv("QT_QPA_PLATFORM", platform);
     qputenv("XDG_RUNTIME_DIR", runtime.path().toUtf8());
     qunsetenv("TOLVANE_HOME");
     QApplication application(argc, argv);
