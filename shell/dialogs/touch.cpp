@@ -4,6 +4,7 @@
 #include <QApplication>
 #include <QComboBox>
 #include <QGuiApplication>
+#include <QHeaderView>
 #include <QScreen>
 #include <QScrollArea>
 #include <QScroller>
@@ -97,9 +98,11 @@ QSize TouchStyle::sizeFromContents(ContentsType type, const QStyleOption* option
 
 void TouchStyle::polish(QWidget* widget) {
     QProxyStyle::polish(widget);
-    // A combo box's pop-up list keeps choosing by press, drag and release;
-    // text fields keep the finger for selecting their text.
-    const bool list = qobject_cast<QAbstractItemView*>(widget) != nullptr && !IsInComboBox(widget);
+    // A combo box's pop-up list keeps choosing by press, drag and release,
+    // a list's header sorting and sizing its columns, and text fields the
+    // finger for selecting their text.
+    const bool list = qobject_cast<QAbstractItemView*>(widget) != nullptr &&
+                      qobject_cast<QHeaderView*>(widget) == nullptr && !IsInComboBox(widget);
     if (list || qobject_cast<QScrollArea*>(widget) != nullptr) {
         ScrollByFinger(static_cast<QAbstractScrollArea*>(widget));
     }
