@@ -1,6 +1,8 @@
 #include "shell/main_window.h"
 
+#include <QApplication>
 #include <QCloseEvent>
+#include <QContextMenuEvent>
 #include <QDateTime>
 #include <QGuiApplication>
 #include <QKeyEvent>
@@ -9,6 +11,7 @@
 #include <QPainter>
 #include <QScreen>
 #include <QToolTip>
+#include <QTouchEvent>
 #include <QVBoxLayout>
 #include <QWheelEvent>
 
@@ -20,13 +23,31 @@
 #include "shell/soft_key_bar.h"
 
 namespace tolvane::shell {
+namespace {
 
-ViewArea::ViewArea(Program& program, ViewRenderer renderer, QWidget* parent)
-    : QWidget(parent), program_(program), renderer_(std::move(renderer)) {
+// A finger held this long without moving opens the command menu.
+constexpr int kLongPressMs = 600;
+
+}  // namespace
+
+ViewArea::ViewArea(Program& program, ViewRenderer renderer, MenuOpener openCommandMenu,
+                   QWidget* parent)
+    : QWidget(parent),
+      program_(program),
+      openCommandMenu_(std::move(openCommandMenu)),
+      renderer_(std::move(renderer)) {
     // Every pixel is painted from the back buffer: nothing to erase first.
     setAttribute(Qt::WA_OpaquePaintEvent);
     setAttribute(Qt::WA_NoSystemBackground);
+    // The fingers come as touch events, not as a mouse made up from them.
+    setAttribute(Qt::WA_AcceptTouchEvents);
     setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Expanding);
+    longPress_.setSingleShot(true);
+    longPress_.setInterval(kLongPressMs);
+    connect(&longPress_, &QTimer::timeout, this, [this] {
+        pointer_.Held();
+        openCommandMenu_(mapToGlobal(touchedAt_));
+    });
 }
 
 void ViewArea::LayOut() {
@@ -55,7 +76,9 @@ void ViewArea::paintEvent(QPaintEvent* /*event*/) {
 }
 
 void ViewArea::mousePressEvent(QMouseEvent* event) {
-    if (!IsMapView(program_.app.currentView)) return QWidget::mousePressEvent(event);
+    // The right button opens the command menu instead.
+    if (!IsMapView(program_.app.currentView) || event->button() != Qt::LeftButton)
+        return QWidget::mousePressEvent(event);
     pointer_.Press(event->position().toPoint());
 }
 
@@ -67,8 +90,10 @@ void ViewArea::mouseMoveEvent(QMouseEvent* event) {
 }
 
 void ViewArea::mouseReleaseEvent(QMouseEvent* event) {
-    if (!IsMapView(program_.app.currentView) || !pointer_.Release()) return;
-    const QPoint at = event->position().toPoint();
+    if (IsMapView(program_.app.currentView) && pointer_.Release()) Tap(event->position().toPoint());
+}
+
+void ViewArea::Tap(QPoint at) {
     // A tap on the picture places the reference point being placed; taken
     // on release, so that its dialog opens with the pointer let go.
     if (TapRefPoint(program_, renderer_.Layout().body, at.x(), at.y())) return;
@@ -85,7 +110,50 @@ void ViewArea::wheelEvent(QWheelEvent* event) {
     pointer_.Wheel(event->angleDelta().y());
 }
 
+void ViewArea::contextMenuEvent(QContextMenuEvent* event) {
+    openCommandMenu_(event->globalPos());
+}
+
+void ViewArea::Touch(const QTouchEvent& event) {
+    QList<QPointF> down;
+    for (const QEventPoint& point : event.points()) {
+        if (point.state() != QEventPoint::Released) down << point.position();
+    }
+    const bool map = IsMapView(program_.app.currentView);
+    if (down.size() >= 2) {
+        longPress_.stop();
+        if (map) pointer_.TwoFingers(down[0], down[1], renderer_.Layout());
+    } else if (down.size() == 1) {
+        const QPoint at = down[0].toPoint();
+        if (event.type() == QEvent::TouchBegin) {
+            touchedAt_ = at;
+            longPress_.start();
+            pointer_.Press(at);
+        } else {
+            // A finger that slides is panning or scrolling, not being held.
+            if ((at - touchedAt_).manhattanLength() >= QApplication::startDragDistance())
+                longPress_.stop();
+            if (map) pointer_.Move(at, renderer_.Layout());
+        }
+    } else {
+        // A finger that was held, slid or joined by another is no tap.
+        longPress_.stop();
+        if (pointer_.Release() && map && event.type() == QEvent::TouchEnd)
+            Tap(event.points().first().position().toPoint());
+    }
+}
+
 bool ViewArea::event(QEvent* event) {
+    switch (event->type()) {
+        case QEvent::TouchBegin:
+        case QEvent::TouchUpdate:
+        case QEvent::TouchEnd:
+        case QEvent::TouchCancel:
+            Touch(*static_cast<QTouchEvent*>(event));
+            return true;
+        default:
+            break;
+    }
     if (event->type() == QEvent::NativeGesture && IsMapView(program_.app.currentView)) {
         const auto* gesture = static_cast<QNativeGestureEvent*>(event);
         if (gesture->gestureType() == Qt::ZoomNativeGesture) {
@@ -128,8 +196,9 @@ MainWindow::MainWindow(Program& program, const WindowSetup& setup, const QString
     : program_(program), runCommand_(std::move(runCommand)) {
     setWindowTitle(QString::fromStdString(program.title));
     setObjectName(QStringLiteral("Tolvane_GPS_Utilities"));
-    views_ = new ViewArea(program, ViewRenderer(program.screen.dpiY, setup.largeLayout, fontFamily),
-                          this);
+    views_ = new ViewArea(
+        program, ViewRenderer(program.screen.dpiY, setup.largeLayout, fontFamily),
+        [this](QPoint global) { softKeys_->OpenRightAt(global); }, this);
     new GpsMarkTip(*views_);
     softKeys_ = new SoftKeyBar(
         QString::fromStdString(setup.leftSoftKey), [&program] { return BuildViewsMenu(program); },
@@ -141,10 +210,16 @@ MainWindow::MainWindow(Program& program, const WindowSetup& setup, const QString
     layout->addWidget(views_, 1);
     layout->addWidget(softKeys_);
     setFocusPolicy(Qt::StrongFocus);
-    // A handheld's screen can be smaller than the default size: the window
-    // never starts larger than the room the desktop leaves it.
+    // A phone's, a car computer's or a netbook's screen cannot hold the
+    // default size: there the window takes all the room the desktop leaves
+    // it, so that no band of the screen stays unused.
     const QScreen* screen = QGuiApplication::primaryScreen();
-    resize(screen != nullptr ? kDefaultSize.boundedTo(screen->availableSize()) : kDefaultSize);
+    if (screen != nullptr && screen->availableSize().boundedTo(kDefaultSize) != kDefaultSize) {
+        setGeometry(screen->availableGeometry());
+        setWindowState(Qt::WindowMaximized);
+    } else {
+        resize(kDefaultSize);
+    }
     FollowFullScreen();
     softKeys_->FollowNightView(program.app.options.nightView != 0);
 }

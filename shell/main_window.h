@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QImage>
+#include <QTimer>
 #include <QWidget>
 #include <functional>
 #include <optional>
@@ -11,6 +12,8 @@
 #include "shell/map_pointer.h"
 #include "shell/qt_host.h"
 #include "shell/view_renderer.h"
+
+class QTouchEvent;
 
 namespace tolvane::shell {
 
@@ -23,7 +26,11 @@ class ViewArea final : public QWidget {
     Q_OBJECT
 
   public:
-    ViewArea(Program& program, ViewRenderer renderer, QWidget* parent = nullptr);
+    // Opens the command menu at a point of the screen.
+    using MenuOpener = std::function<void(QPoint global)>;
+
+    ViewArea(Program& program, ViewRenderer renderer, MenuOpener openCommandMenu,
+             QWidget* parent = nullptr);
 
     // Lays the views out again for the current size and full-screen state.
     void LayOut();
@@ -40,11 +47,23 @@ class ViewArea final : public QWidget {
     void mouseMoveEvent(QMouseEvent* event) override;
     void mouseReleaseEvent(QMouseEvent* event) override;
     void wheelEvent(QWheelEvent* event) override;
+    // A right click, the menu key or a long press opens the command menu.
+    void contextMenuEvent(QContextMenuEvent* event) override;
     bool event(QEvent* event) override;
 
   private:
+    // Fingers on a touch screen: one drags and taps as the mouse does and,
+    // held still, opens the command menu; two pinch and pan the map views.
+    void Touch(const QTouchEvent& event);
+    // A tap or click that did not move, at a point of the view.
+    void Tap(QPoint at);
+
     Program& program_;
     MapPointer pointer_{program_};
+    MenuOpener openCommandMenu_;
+    // Runs out when a single finger is held still long enough.
+    QTimer longPress_;
+    QPoint touchedAt_;
     ViewRenderer renderer_;
     QImage backBuffer_;
     bool paintedOnce_ = false;

@@ -1,6 +1,7 @@
 #include "shell/map_pointer.h"
 
 #include <QApplication>
+#include <QLineF>
 
 #include "core/app/keys.h"
 #include "core/placement/picture_map_placement.h"
@@ -31,9 +32,15 @@ std::vector<MapPlacement> ShownMapPlacements(const AppState& app, const Rect& bo
 void MapPointer::Press(QPoint at) {
     pressed_ = last_ = at;
     dragging_ = false;
+    twoFingers_ = false;
 }
 
 void MapPointer::Move(QPoint at, const ViewLayout& layout) {
+    if (twoFingers_) {
+        twoFingers_ = false;
+        last_ = at;
+        return;
+    }
     if (!dragging_ && (at - pressed_).manhattanLength() < QApplication::startDragDistance()) return;
     dragging_ = true;
     const QPoint moved = at - last_;
@@ -61,6 +68,26 @@ void MapPointer::Pinch(double scaleChange) {
     if (notches == 0) return;
     pinchRest_ -= notches * kPinchNotch;
     ZoomShownMap(program_, notches * kStepsPerNotch);
+}
+
+void MapPointer::TwoFingers(QPointF first, QPointF second, const ViewLayout& layout) {
+    const QPointF middle = (first + second) / 2;
+    const double spread = QLineF(first, second).length();
+    if (!twoFingers_ || fingersSpread_ <= 0) {
+        twoFingers_ = true;
+        dragging_ = true;
+        fingersMiddle_ = middle;
+        fingersSpread_ = spread;
+        return;
+    }
+    const QPoint moved = (middle - fingersMiddle_).toPoint();
+    if (!moved.isNull()) {
+        // Only the whole pixels moved are taken; the rest waits for the next move.
+        fingersMiddle_ += moved;
+        DragShownMap(program_, moved.x(), moved.y(), layout.body);
+    }
+    Pinch(spread / fingersSpread_ - 1);
+    fingersSpread_ = spread;
 }
 
 QString TappedPointText(const AppState& app, const ViewLayout& layout, QPoint at) {

@@ -15,6 +15,7 @@
 #include "platform/lock_file.h"
 #include "platform/receiver_setup.h"
 #include "shell/dialogs/command_dialogs.h"
+#include "shell/dialogs/touch.h"
 
 namespace tolvane::shell {
 namespace {
@@ -77,6 +78,7 @@ bool ProgramWindow::Start(const ScreenMetrics& screen) {
     if (!StartBeforeWindow(program_, instance_)) return false;
     demoRun_.Apply(program_.app);
     const WindowSetup setup = PrepareWindow(program_, screen);
+    InstallTouchStyle();
     window_ = std::make_unique<MainWindow>(program_, setup, QApplication::font().family(),
                                            [this](int id) { RunCommand(id); });
     host_.SetWindow(window_.get());

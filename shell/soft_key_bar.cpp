@@ -93,27 +93,33 @@ void SoftKeyBar::FollowNightView(bool night) {
 }
 
 void SoftKeyBar::OpenLeft() {
-    Open(left_, buildLeft_);
+    Open(buildLeft_, KeyCorner(left_), false);
 }
 
 void SoftKeyBar::OpenRight() {
-    Open(right_, buildRight_);
+    Open(buildRight_, KeyCorner(right_), false);
 }
 
-void SoftKeyBar::Open(QToolButton* key, const MenuBuilder& build) {
+void SoftKeyBar::OpenRightAt(QPoint global) {
+    Open(buildRight_, global, true);
+}
+
+QPoint SoftKeyBar::KeyCorner(const QToolButton* key) const {
+    // The menu opens upwards from the key, as a handheld's soft-key menu
+    // does; with the bar hidden in full screen, from the window's foot.
+    if (!isHidden()) return key->mapToGlobal(QPoint(0, 0));
+    const QWidget* window = this->window();
+    const bool left = key == left_;
+    return window->mapToGlobal(QPoint(left ? 0 : window->width() / 2, window->height()));
+}
+
+void SoftKeyBar::Open(const MenuBuilder& build, QPoint corner, bool fromTop) {
     if (openMenu_ != nullptr) return;
     QMenu menu(this);
     FillMenu(menu, build());
     openMenu_ = &menu;
-    // The menu opens upwards from the key, as a handheld's soft-key menu
-    // does; with the bar hidden in full screen, from the window's foot.
-    QPoint corner = key->mapToGlobal(QPoint(0, 0));
-    if (isHidden()) {
-        const QWidget* window = this->window();
-        const bool left = key == left_;
-        corner = window->mapToGlobal(QPoint(left ? 0 : window->width() / 2, window->height()));
-    }
-    QAction* chosen = menu.exec(corner - QPoint(0, menu.sizeHint().height()));
+    // Qt moves a menu that would leave the screen back onto it.
+    QAction* chosen = menu.exec(fromTop ? corner : corner - QPoint(0, menu.sizeHint().height()));
     openMenu_ = nullptr;
     if (chosen != nullptr && chosen->data().toInt() != 0) onCommand_(chosen->data().toInt());
 }

@@ -28,6 +28,9 @@ class SoftKeyBar final : public QWidget {
     // waits until it closes.
     void OpenLeft();
     void OpenRight();
+    // Opens the command menu with its corner at a point of the screen, for
+    // a right click or a long press on the views.
+    void OpenRightAt(QPoint global);
 
     // Colours the bar as the title bar of the views: the window's own style
     // by day, the night palette's dark bar at night.
@@ -38,7 +41,11 @@ class SoftKeyBar final : public QWidget {
     QMenu* OpenMenu() const { return openMenu_; }
 
   private:
-    void Open(QToolButton* key, const MenuBuilder& build);
+    // The corner above the key where its menu opens.
+    QPoint KeyCorner(const QToolButton* key) const;
+    // Opens the menu that build makes with its bottom-left corner at corner,
+    // or its top-left corner when fromTop, and waits until it closes.
+    void Open(const MenuBuilder& build, QPoint corner, bool fromTop);
 
     QToolButton* left_;
     QToolButton* right_;

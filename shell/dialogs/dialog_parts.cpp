@@ -28,7 +28,13 @@ constexpr int kMaxDialogWidth = 520;
 // GPS Setup's size where there is room; a screen that cannot hold it is a
 // handheld's.
 constexpr QSize kComfortableSize{360, 440};
+// A screen narrower than this is a phone's held upright, even where it is
+// tall enough for GPS Setup.
+constexpr int kPhoneWidth = 480;
 constexpr int kNarrowWidth = 360;
+// Qt's own file chooser needs about this width for its side bar, its
+// history buttons and a readable folder box.
+constexpr int kChooserExtrasWidth = 480;
 constexpr int kButtonColumns = 3;
 constexpr int kNarrowButtonColumns = 2;
 
@@ -57,7 +63,7 @@ QRect ScreenArea(const QWidget* parent, const QWidget& dialog) {
 }
 
 bool IsHandheldScreen(const QRect& area) {
-    return !Fits(kComfortableSize, area.size());
+    return !Fits(kComfortableSize, area.size()) || area.width() < kPhoneWidth;
 }
 
 // The size a fit asks for on a screen with room; over is the window's frame.
@@ -73,7 +79,7 @@ QSize WantedSize(DialogFit fit, const QDialog& dialog, const QWidget* window, co
         case DialogFit::kCoverWindow:
             break;
     }
-    return over.size();
+    return window != nullptr ? window->size() : over.size();
 }
 
 }  // namespace
@@ -110,16 +116,20 @@ void FitDialog(QDialog& dialog, QWidget* parent, DialogFit fit) {
     const QWidget* window = parent != nullptr ? parent->window() : nullptr;
     const QRect area = ScreenArea(parent, dialog);
     const QRect over = window != nullptr ? window->frameGeometry() : area;
+    // The desktop frames the dialog as it frames the window: the sizes are
+    // the dialog's inside, and the frame around it must fit on the screen
+    // too, or the buttons at its foot would fall off it.
+    const QSize frame = window != nullptr ? over.size() - window->size() : QSize(0, 0);
     const DialogFit used = IsHandheldScreen(area) ? DialogFit::kCoverWindow : fit;
     const QSize wanted = WantedSize(used, dialog, window, over);
     // A dialog of its own size that fits is left where Qt puts it.
-    if (used == DialogFit::kOwnSize && Fits(wanted, area.size())) return;
-    const QSize size = wanted.boundedTo(area.size());
+    if (used == DialogFit::kOwnSize && Fits(wanted + frame, area.size())) return;
+    const QSize size = wanted.boundedTo(area.size() - frame);
     dialog.resize(size);
-    QRect placed(QPoint(), size);
+    QRect placed(QPoint(), size + frame);
     placed.moveCenter(used == DialogFit::kComfortable ? area.center() : over.center());
-    dialog.move(ClampStart(placed.left(), size.width(), area.left(), area.width()),
-                ClampStart(placed.top(), size.height(), area.top(), area.height()));
+    dialog.move(ClampStart(placed.left(), placed.width(), area.left(), area.width()),
+                ClampStart(placed.top(), placed.height(), area.top(), area.height()));
 }
 
 ImportRead ReadWithProgress(QWidget* parent, const QString& title,
@@ -170,7 +180,7 @@ QString ChooseFile(QWidget* parent, FileChoice choice, const QString& title,
     } else {
         chooser.setFileMode(QFileDialog::ExistingFile);
     }
-    if (IsNarrow(parent)) HideChooserExtras(chooser);
+    if (parent != nullptr && parent->width() < kChooserExtrasWidth) HideChooserExtras(chooser);
     FitDialog(chooser, parent, fit);
     if (chooser.exec() != QDialog::Accepted || chooser.selectedFiles().isEmpty()) return {};
     return chooser.selectedFiles().constFirst();

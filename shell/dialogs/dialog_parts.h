@@ -33,7 +33,8 @@ bool AskYesNo(QWidget* parent, Program& program, const QString& text);
 QIcon CategoryMark(const std::string& category);
 
 // How a dialog sits on a screen with room to spare. On a handheld's screen
-// (one that cannot hold GPS Setup's comfortable size) every dialog covers
+// (one that cannot hold GPS Setup's comfortable size, or a phone's held
+// upright, narrower than 480 pixels) every dialog covers
 // the window it belongs to instead; on any screen it is no larger than the
 // screen and has every edge on it, so that it fits a 240 x 320 screen.
 enum class DialogFit {
@@ -55,10 +56,10 @@ enum class FileChoice { kOpen, kSave, kSaveOrPick, kFolder };
 
 // A file or folder the user chooses, starting at suggestion; empty when the
 // user cancels. The chooser is Qt's own, fitted to the screen as fit says
-// and without its side bar where the parent is narrow, except that kOwnSize
-// takes the desktop's chooser on a screen with room. kSaveOrPick takes an
-// existing file without asking to overwrite it (a file the program goes on
-// using).
+// and without its side bar where the parent is narrower than 480 pixels,
+// except that kOwnSize takes the desktop's chooser on a screen with room.
+// kSaveOrPick takes an existing file without asking to overwrite it (a
+// file the program goes on using).
 QString ChooseFile(QWidget* parent, FileChoice choice, const QString& title,
                    const std::string& suggestion, const QString& filter,
                    DialogFit fit = DialogFit::kWindowHeight);

@@ -23,13 +23,14 @@ inline std::unique_ptr<QTemporaryDir> NewProgramHome() {
 }
 
 // Runs the cases of Test with no display and no session: the offscreen
-// platform, and a runtime folder of the tests' own for the single-instance
-// lock. A fresh program folder is a first start, which looks for a
-// receiver: neither the machine's gpsd nor its system bus is asked.
+// platform (with its options, such as a screen's configuration file), and
+// a runtime folder of the tests' own for the single-instance lock. A fresh
+// program folder is a first start, which looks for a receiver: neither the
+// machine's gpsd nor its system bus is asked.
 template <typename Test>
-int RunOffscreenTests(int argc, char** argv) {
+int RunOffscreenTests(int argc, char** argv, const QByteArray& platform = "offscreen") {
     QTemporaryDir runtime;
-    qputenv("QT_QPA_PLATFORM", "offscreen");
+    qputenv("QT_QPA_PLATFORM", platform);
     qputenv("XDG_RUNTIME_DIR", runtime.path().toUtf8());
     qputenv("GPSD_PORT", "1");
     qputenv("DBUS_SYSTEM_BUS_ADDRESS", "unix:path=" + runtime.path().toUtf8() + "/no-bus");

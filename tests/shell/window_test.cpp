@@ -25,9 +25,12 @@
 #include <memory>
 
 #include "core/app/commands.h"
+#include "core/app/map_commands.h"
 #include "core/data/options.h"
 #include "core/gps/port_source.h"
 #include "platform/program_location.h"
+#include "shell/dialogs/map_loader.h"
+#include "shell/dialogs/touch.h"
 #include "shell/program_window.h"
 #include "shell/soft_key_bar.h"
 #include "tests/core/nmea_sentence.h"
@@ -96,6 +99,7 @@ class WindowTest : public QObject {
     void ScreenshotsPaintEveryViewOfARecordingDayAndNight();
     void TheAlarmLoopsWithoutAJump();
     void TheValueDialogsFitTakeDigitsAndAnswerEnterAndEscape();
+    void FingersPinchAndPanBothMapsAndAHeldFingerOpensTheMenu();
 
   private:
     // Starts the program on a screen of the given metrics.
@@ -404,9 +408,7 @@ void WindowTest::AStartWithoutTheLanguageFileShowsNoEmptyText() {
     }
 
     QStringList asked;
-    const auto look = [&](QMessageBox& box) {
-        asked << box.windowTitle() << box.text();
-    };
+    const auto look = [&](QMessageBox& box) { asked << box.windowTitle() << box.text(); };
     QTest::keyClick(&program.Window(), Qt::Key_6);
     AnswerNextBox(QMessageBox::No, look);
     QTest::keyClick(&program.Window(), Qt::Key_Return);
@@ -560,6 +562,86 @@ void WindowTest::TheValueDialogsFitTakeDigitsAndAnswerEnterAndEscape() {
     WorkNextDialog(type("77", Qt::Key_Escape));
     program.RunCommand(kCommandCustomInterval);
     QCOMPARE(options.trackIntervalValues[0], 1);
+}
+
+namespace {
+
+// Two fingers on widget, from first and second, moved by the same steps
+// each: apart, together or side by side.
+void MoveTwoFingers(QWidget* widget, QPointingDevice* screen, QPoint first, QPoint second,
+                    QPoint firstStep, QPoint secondStep) {
+    QTest::touchEvent(widget, screen).press(0, first, widget).press(1, second, widget);
+    constexpr int kSteps = 6;
+    for (int step = 1; step <= kSteps; ++step) {
+        QTest::touchEvent(widget, screen)
+            .move(0, first + firstStep * step, widget)
+            .move(1, second + secondStep * step, widget);
+    }
+    QTest::touchEvent(widget, screen)
+        .release(0, first + firstStep * kSteps, widget)
+        .release(1, second + secondStep * kSteps, widget);
+}
+
+}  // namespace
+
+// A touch screen's fingers on the two maps: spreading zooms in, moving
+// together pans; on any view a finger held still opens the command menu,
+// whose entries, like the soft keys, are large enough for a finger.
+void WindowTest::FingersPinchAndPanBothMapsAndAHeldFingerOpensTheMenu() {
+    ProgramWindow& program = Start();
+    AppState& app = program.Core().app;
+    const QString mapFile = QStringLiteral(TOLVANE_TEST_DATA_DIR "/maps/demo-map.png");
+    std::shared_ptr<const MapPicture> picture = ReadMapPicture(mapFile, [](int, int) {});
+    QVERIFY(picture != nullptr);
+    SetLoadedMap(app, mapFile.toStdString(), std::move(picture));
+    QPointingDevice* screen = QTest::createTouchDevice(QInputDevice::DeviceType::TouchScreen);
+    QWidget* views = &program.Window().Views();
+    QVERIFY(QTest::qWaitForWindowExposed(&program.Window()));
+    const QPoint middle = views->rect().center();
+    const QPoint apart(40, 0);
+
+    QTest::keyClick(&program.Window(), Qt::Key_2);
+    const int worldZoom = app.mapKeys.worldMapZoom;
+    MoveTwoFingers(views, screen, middle - apart, middle + apart, -apart / 4, apart / 4);
+    QVERIFY(app.mapKeys.worldMapZoom > worldZoom);
+    const double longitude = app.worldMapCentre.longitude;
+    MoveTwoFingers(views, screen, middle - apart, middle + apart, {10, 0}, {10, 0});
+    QVERIFY(app.worldMapCentre.longitude < longitude);  // the map moves east with the hand
+
+    QTest::keyClick(&program.Window(), Qt::Key_3);
+    QCOMPARE(app.currentView, kViewMap);
+    const int mapZoom = app.mapKeys.mapZoom;
+    MoveTwoFingers(views, screen, middle - apart, middle + apart, -apart / 4, apart / 4);
+    QVERIFY(app.mapKeys.mapZoom > mapZoom);
+    const int columns = app.mapKeys.panColumns;
+    MoveTwoFingers(views, screen, middle - apart, middle + apart, {-40, 0}, {-40, 0});
+    QVERIFY(app.mapKeys.panColumns > columns);
+    const int zoomed = app.mapKeys.mapZoom;
+    MoveTwoFingers(views, screen, middle - apart * 2, middle + apart * 2, apart / 4, -apart / 4);
+    QVERIFY(app.mapKeys.mapZoom < zoomed);
+
+    const int target = TouchTargetPixels(views);
+    for (QToolButton* key : program.Window().SoftKeys().findChildren<QToolButton*>())
+        QVERIFY(key->height() >= target);
+    QTest::keyClick(&program.Window(), Qt::Key_1);
+    bool menuOpened = false;
+    int smallestEntry = target;
+    QTimer::singleShot(800, [&] {
+        QMenu* menu = program.Window().SoftKeys().OpenMenu();
+        if (menu == nullptr) return;
+        menuOpened = FindAction(*menu, kCommandExit) != nullptr;
+        for (QAction* action : menu->actions()) {
+            if (!action->isSeparator())
+                smallestEntry = std::min(smallestEntry, menu->actionGeometry(action).height());
+        }
+        menu->close();
+    });
+    QTest::touchEvent(views, screen).press(0, middle, views);
+    QTest::qWait(1000);
+    QTest::touchEvent(views, screen).release(0, middle, views);
+    QVERIFY(smallestEntry >= target);
+    QVERIFY(menuOpened);
+    QCOMPARE(app.currentView, kViewGpsInfo);
 }
 
 }  // namespace tolvane::shell
