@@ -45,6 +45,12 @@ ViewArea::ViewArea(Program& program, ViewRenderer renderer, MenuOpener openComma
     longPress_.setSingleShot(true);
     longPress_.setInterval(kLongPressMs);
     connect(&longPress_, &QTimer::timeout, this, [this] {
+        // A finger held on the GPS mark asks for its note, not the menu.
+        const Rect mark = GpsMarkBox();
+        if (touchedAt_.x() >= mark.left && touchedAt_.x() < mark.right &&
+            touchedAt_.y() >= mark.top && touchedAt_.y() < mark.bottom) {
+            return;
+        }
         pointer_.Held();
         openCommandMenu_(mapToGlobal(touchedAt_));
     });
