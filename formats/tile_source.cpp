@@ -72,6 +72,7 @@ std::optional<TileBounds> ReadBounds(std::string_view text) {
         while (!piece.empty() && piece.back() == ' ') piece.remove_suffix(1);
         const auto [end, error] = std::from_chars(piece.data(), piece.data() + piece.size(), value[i]);
         if (error != std::errc() || end != piece.data() + piece.size()) return std::nullopt;
+        // The first three numbers end at a comma, the last at the end.
         if ((i + 1 < value.size()) == (comma == text.size())) return std::nullopt;
         text.remove_prefix(std::min(comma + 1, text.size()));
     }
@@ -296,12 +297,14 @@ class TileFolder final : public TileSource {
     fs::path root_;
 };
 
-// The zoom of a top-level folder named by a number alone.
+// The zoom of a top-level folder named by a number alone, as the tiles'
+// paths spell it ("7", not "07").
 std::optional<int> ZoomFolder(const fs::directory_entry& entry) {
     const std::string name = entry.path().filename().string();
     const std::optional<int> zoom = WholeNumber(name);
     std::error_code error;
-    if (!zoom || *zoom < 0 || *zoom > kMostTileZoom || name.size() > 2 || !entry.is_directory(error)) {
+    if (!zoom || *zoom < 0 || *zoom > kMostTileZoom || name != std::to_string(*zoom) ||
+        !entry.is_directory(error)) {
         return std::nullopt;
     }
     return zoom;
