@@ -4,11 +4,16 @@
 #include <png.h>
 #include <sqlite3.h>
 
+#include <cmath>
+#include <cstdlib>
 #include <filesystem>
+#include <numbers>
 #include <string>
+#include <tuple>
 #include <vector>
 
 #include "tests/core/test_support.h"
+#include "tests/tools/shell_command.h"
 
 namespace tolvane {
 namespace {
@@ -246,6 +251,75 @@ TEST(TileSourceTest, BadMapsSayWhatIsWrongAndADamagedOneGivesNoTile) {
     fs::resize_file(maps.mbtiles, 4096);
     EXPECT_FALSE(cut->TileBytes(2, 3, 3).has_value());
     EXPECT_FALSE(cut->TileBytes(2, 0, 0).has_value());
+}
+
+// Where a place lies on the Web Mercator grid at zoom z: its tile and the
+// pixel within the tile, tiles of 256 pixels.
+struct GridPlace {
+    int x = 0;
+    int y = 0;
+    int pixel = 0;  // the index of the pixel in the tile's picture
+};
+
+GridPlace PlaceOnGrid(double latitude, double longitude, int z) {
+    const double side = std::ldexp(256.0, z);
+    const double x = (longitude + 180.0) / 360.0 * side;
+    const double y = (1.0 - std::asinh(std::tan(latitude * std::numbers::pi / 180.0)) / std::numbers::pi) /
+                     2.0 * side;
+    return {static_cast<int>(x / 256), static_cast<int>(y / 256),
+            static_cast<int>(std::fmod(y, 256.0)) * 256 + static_cast<int>(std::fmod(x, 256.0))};
+}
+
+bool Near(std::uint32_t colour, std::uint32_t expected) {
+    for (int shift : {0, 8, 16}) {
+        const int difference = static_cast<int>(colour >> shift & 0xFF) - static_cast<int>(expected >> shift & 0xFF);
+        if (std::abs(difference) > 12) return false;
+    }
+    return true;
+}
+
+// GDAL's MBTiles of the demo map, georeferenced by the corners that
+// demo-map.rpt gives: the park and the river lie in the tiles where their
+// coordinates fall, so the reader counts the rows as GDAL writes them.
+TEST(TileSourceTest, AnMbtilesMadeByGdalFromTheDemoMapShowsItsPlacesWhereTheyLie) {
+    testing::TemporaryFolder folder;
+    const std::string geo = folder.File("demo-map.tif");
+    const std::string mbtiles = folder.File("demo-map.mbtiles");
+    const std::string gdal = testing::Quoted(TOLVANE_GDAL_TRANSLATE_PROGRAM);
+    for (const std::string& command :
+         {gdal + " -q -of GTiff -a_srs EPSG:4326 -a_ullr 153.048 -27.208 153.056 -27.214 " +
+              testing::Quoted(testing::TestDataFile("maps/demo-map.png")) + " " + testing::Quoted(geo),
+          gdal + " -q -of MBTILES " + testing::Quoted(geo) + " " + testing::Quoted(mbtiles)}) {
+        const testing::ShellResult made = testing::RunShell(command + " 2>&1");
+        ASSERT_EQ(made.exitCode, 0) << command << "\n" << made.output;
+    }
+    const std::unique_ptr<TileSource> source = Open(mbtiles);
+    ASSERT_TRUE(source);
+    const TileSourceInfo& info = source->Info();
+    EXPECT_EQ(info.format, TileFormat::kPng);
+    ASSERT_EQ(info.minZoom, info.maxZoom);
+    EXPECT_NEAR(info.bounds.west, 153.048, 1e-4);
+    EXPECT_NEAR(info.bounds.east, 153.056, 1e-4);
+    EXPECT_NEAR(info.bounds.north, -27.208, 1e-4);
+    EXPECT_NEAR(info.bounds.south, -27.214, 1e-4);
+
+    // Pixels (360, 110) and (120, 400) of the 480-pixel picture: the park and
+    // the river, away from the streets.
+    constexpr std::uint32_t kPark = 0xBEE1AA;
+    constexpr std::uint32_t kWater = 0x96BEE6;
+    for (const auto& [latitude, longitude, colour] :
+         {std::tuple(-27.209375, 153.054, kPark), std::tuple(-27.213, 153.050, kWater)}) {
+        SCOPED_TRACE(::testing::Message() << latitude << ", " << longitude);
+        const GridPlace place = PlaceOnGrid(latitude, longitude, info.maxZoom);
+        ASSERT_TRUE(source->Covers(info.maxZoom, place.x, place.y));
+        const std::optional<std::string> bytes = source->TileBytes(info.maxZoom, place.x, place.y);
+        ASSERT_TRUE(bytes.has_value());
+        const std::optional<Image> tile = DecodePngTile(*bytes);
+        ASSERT_TRUE(tile.has_value());
+        ASSERT_EQ(tile->width * tile->height, 256 * 256);
+        EXPECT_TRUE(Near(tile->pixels[static_cast<std::size_t>(place.pixel)], colour))
+            << std::hex << tile->pixels[static_cast<std::size_t>(place.pixel)];
+    }
 }
 
 TEST(TileSourceTest, OnlyAWholePngTileOfAtMostTheTileSizeDecodes) {
