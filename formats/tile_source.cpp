@@ -42,14 +42,15 @@ double TileLongitude(long long x, int z) {
 
 // The latitude of the northern edge of row y (Web Mercator).
 double TileLatitude(long long y, int z) {
-    const double n = std::numbers::pi * (1.0 - 2.0 * static_cast<double>(y) /
-                                                   static_cast<double>(GridSide(z)));
+    const double n =
+        std::numbers::pi * (1.0 - 2.0 * static_cast<double>(y) / static_cast<double>(GridSide(z)));
     return std::atan(std::sinh(n)) * 180.0 / std::numbers::pi;
 }
 
 TileFormat FormatNamed(std::string_view name) {
     if (name == "png" || name == ".png") return TileFormat::kPng;
-    if (name == "jpg" || name == "jpeg" || name == ".jpg" || name == ".jpeg") return TileFormat::kJpeg;
+    if (name == "jpg" || name == "jpeg" || name == ".jpg" || name == ".jpeg")
+        return TileFormat::kJpeg;
     if (name == "webp" || name == ".webp") return TileFormat::kWebp;
     return TileFormat::kUnknown;
 }
@@ -70,7 +71,8 @@ std::optional<TileBounds> ReadBounds(std::string_view text) {
         std::string_view piece = text.substr(0, comma);
         while (!piece.empty() && piece.front() == ' ') piece.remove_prefix(1);
         while (!piece.empty() && piece.back() == ' ') piece.remove_suffix(1);
-        const auto [end, error] = std::from_chars(piece.data(), piece.data() + piece.size(), value[i]);
+        const auto [end, error] =
+            std::from_chars(piece.data(), piece.data() + piece.size(), value[i]);
         if (error != std::errc() || end != piece.data() + piece.size()) return std::nullopt;
         // The first three numbers end at a comma, the last at the end.
         if ((i + 1 < value.size()) == (comma == text.size())) return std::nullopt;
@@ -172,9 +174,9 @@ class MbtilesOpening {
 
     TileSourceOpening Open() {
         sqlite3* database = nullptr;
-        const int opened = sqlite3_open_v2(FileUri(path_).c_str(), &database,
-                                           SQLITE_OPEN_READONLY | SQLITE_OPEN_URI | SQLITE_OPEN_NOMUTEX,
-                                           nullptr);
+        const int opened =
+            sqlite3_open_v2(FileUri(path_).c_str(), &database,
+                            SQLITE_OPEN_READONLY | SQLITE_OPEN_URI | SQLITE_OPEN_NOMUTEX, nullptr);
         database_.reset(database);
         if (opened != SQLITE_OK) return Problem(TileSourceProblem::kMissing);
         // The file's schema is the user's, not the program's: its views and
@@ -216,8 +218,8 @@ class MbtilesOpening {
     TileSourceOpening Problem(TileSourceProblem problem) const {
         TileSourceOpening opening;
         opening.problem = problem;
-        opening.detail = database_ != nullptr ? sqlite3_errmsg(database_.get())
-                                              : sqlite3_errstr(SQLITE_NOMEM);
+        opening.detail =
+            database_ != nullptr ? sqlite3_errmsg(database_.get()) : sqlite3_errstr(SQLITE_NOMEM);
         return opening;
     }
 
@@ -268,7 +270,8 @@ class MbtilesOpening {
 // A folder of z/x/y tiles with rows from the north.
 class TileFolder final : public TileSource {
   public:
-    TileFolder(TileSourceInfo info, fs::path root) : TileSource(std::move(info)), root_(std::move(root)) {}
+    TileFolder(TileSourceInfo info, fs::path root)
+        : TileSource(std::move(info)), root_(std::move(root)) {}
 
     std::optional<std::string> TileBytes(int z, int x, int y) override {
         if (!Covers(z, x, y)) return std::nullopt;
@@ -318,7 +321,8 @@ TileFormat FolderFormat(const fs::path& zoomFolder) {
          column.increment(error)) {
         if (!WholeNumber(column->path().filename().string())) continue;
         fs::directory_iterator tile(column->path(), error);
-        if (!error && tile != fs::directory_iterator()) return FormatNamed(tile->path().extension().string());
+        if (!error && tile != fs::directory_iterator())
+            return FormatNamed(tile->path().extension().string());
         return TileFormat::kUnknown;
     }
     return TileFormat::kUnknown;
@@ -327,8 +331,8 @@ TileFormat FolderFormat(const fs::path& zoomFolder) {
 TileSourceOpening OpenTileFolder(const fs::path& root) {
     TileSourceOpening opening;
     TileSourceInfo info;
-    info.name = root.filename().empty() ? root.parent_path().filename().string()
-                                        : root.filename().string();
+    info.name =
+        root.filename().empty() ? root.parent_path().filename().string() : root.filename().string();
     info.attribution = info.name;
     info.minZoom = kMostTileZoom + 1;
     info.maxZoom = -1;
@@ -347,7 +351,8 @@ TileSourceOpening OpenTileFolder(const fs::path& root) {
     }
     if (info.maxZoom < 0) {
         opening.problem = TileSourceProblem::kNoTiles;
-        opening.detail = "no folder named by a zoom level (0 to " + std::to_string(kMostTileZoom) + ")";
+        opening.detail =
+            "no folder named by a zoom level (0 to " + std::to_string(kMostTileZoom) + ")";
         return opening;
     }
     info.format = FolderFormat(root / std::to_string(info.minZoom));
@@ -366,7 +371,8 @@ bool TileSource::Covers(int z, int x, int y) const {
     const bool acrossTheDateLine = bounds.west > bounds.east;
     const bool longitudeMeets = acrossTheDateLine || (TileLongitude(x, z) < bounds.east &&
                                                       TileLongitude(x + 1, z) > bounds.west);
-    return longitudeMeets && TileLatitude(y + 1, z) < bounds.north && TileLatitude(y, z) > bounds.south;
+    return longitudeMeets && TileLatitude(y + 1, z) < bounds.north &&
+           TileLatitude(y, z) > bounds.south;
 }
 
 TileSourceOpening OpenTileSource(const std::string& path) {

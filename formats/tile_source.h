@@ -45,10 +45,10 @@ struct TileSourceInfo {
 // Why a source did not open.
 enum class TileSourceProblem {
     kNone,
-    kMissing,      // no file or folder at the path, or one that cannot be read
-    kNotSqlite,    // a file that is no SQLite database, or one too damaged to read
-    kNotMbtiles,   // a database without the MBTiles tables
-    kNoTiles,      // a folder without zoom folders, or a zoom range that holds no tile
+    kMissing,     // no file or folder at the path, or one that cannot be read
+    kNotSqlite,   // a file that is no SQLite database, or one too damaged to read
+    kNotMbtiles,  // a database without the MBTiles tables
+    kNoTiles,     // a folder without zoom folders, or a zoom range that holds no tile
 };
 
 // One source of tiles, an MBTiles file or a tile folder, opened read-only;

@@ -28,8 +28,8 @@ constexpr std::uint32_t kWhite = 0xFFFFFF;
 // left pixel white, so that a tile from the wrong row, or a picture upside
 // down, shows.
 std::uint32_t TileColour(int z, int x, int y) {
-    return static_cast<std::uint32_t>(40 * z + 1) << 16 | static_cast<std::uint32_t>(40 * x + 1) << 8 |
-           static_cast<std::uint32_t>(40 * y + 1);
+    return static_cast<std::uint32_t>(40 * z + 1) << 16 |
+           static_cast<std::uint32_t>(40 * x + 1) << 8 | static_cast<std::uint32_t>(40 * y + 1);
 }
 
 std::string Png(int width, int height, std::uint32_t colour) {
@@ -81,11 +81,13 @@ class Database {
 
     void AddTile(int z, int x, int tmsRow, const std::string& bytes) {
         sqlite3_stmt* insert = nullptr;
-        sqlite3_prepare_v2(database_, "INSERT INTO tiles VALUES (?, ?, ?, ?)", -1, &insert, nullptr);
+        sqlite3_prepare_v2(database_, "INSERT INTO tiles VALUES (?, ?, ?, ?)", -1, &insert,
+                           nullptr);
         sqlite3_bind_int(insert, 1, z);
         sqlite3_bind_int(insert, 2, x);
         sqlite3_bind_int(insert, 3, tmsRow);
-        sqlite3_bind_blob(insert, 4, bytes.data(), static_cast<int>(bytes.size()), SQLITE_TRANSIENT);
+        sqlite3_bind_blob(insert, 4, bytes.data(), static_cast<int>(bytes.size()),
+                          SQLITE_TRANSIENT);
         EXPECT_EQ(sqlite3_step(insert), SQLITE_DONE);
         sqlite3_finalize(insert);
     }
@@ -105,14 +107,16 @@ struct TestMaps {
     TestMaps() {
         Database database(mbtiles);
         database.MakeMbtilesTables();
-        database.Run("BEGIN; INSERT INTO metadata VALUES ('name', 'Demo walk'),"
-                     " ('format', 'png'), ('bounds', '-180,-85.0511,180,85.0511'),"
-                     " ('minzoom', '0'), ('maxzoom', '2'), ('attribution', '(c) the walkers')");
+        database.Run(
+            "BEGIN; INSERT INTO metadata VALUES ('name', 'Demo walk'),"
+            " ('format', 'png'), ('bounds', '-180,-85.0511,180,85.0511'),"
+            " ('minzoom', '0'), ('maxzoom', '2'), ('attribution', '(c) the walkers')");
         for (int z = 0; z <= kDeepestZoom; ++z) {
             for (int x = 0; x < (1 << z); ++x) {
                 for (int y = 0; y < (1 << z); ++y) {
                     database.AddTile(z, x, (1 << z) - 1 - y, TilePng(z, x, y));
-                    const fs::path column = fs::path(tileFolder) / std::to_string(z) / std::to_string(x);
+                    const fs::path column =
+                        fs::path(tileFolder) / std::to_string(z) / std::to_string(x);
                     fs::create_directories(column);
                     testing::WriteFileBytes((column / (std::to_string(y) + ".png")).string(),
                                             TilePng(z, x, y));
@@ -233,11 +237,12 @@ TEST(TileSourceTest, BadMapsSayWhatIsWrongAndADamagedOneGivesNoTile) {
     // A view that never ends is stopped rather than holding the thread.
     {
         Database database(folder.File("endless.mbtiles"));
-        database.Run("CREATE TABLE metadata (name TEXT, value TEXT);"
-                     "INSERT INTO metadata VALUES ('minzoom', '0'), ('maxzoom', '0');"
-                     "CREATE VIEW tiles AS WITH RECURSIVE n(i) AS (SELECT 0 UNION ALL SELECT i + 1 "
-                     "FROM n) SELECT 0 AS zoom_level, 0 AS tile_column, 0 AS tile_row, "
-                     "x'00' AS tile_data FROM n WHERE i < 0");
+        database.Run(
+            "CREATE TABLE metadata (name TEXT, value TEXT);"
+            "INSERT INTO metadata VALUES ('minzoom', '0'), ('maxzoom', '0');"
+            "CREATE VIEW tiles AS WITH RECURSIVE n(i) AS (SELECT 0 UNION ALL SELECT i + 1 "
+            "FROM n) SELECT 0 AS zoom_level, 0 AS tile_column, 0 AS tile_row, "
+            "x'00' AS tile_data FROM n WHERE i < 0");
     }
     const std::unique_ptr<TileSource> endless = Open(folder.File("endless.mbtiles"));
     ASSERT_TRUE(endless);
@@ -264,15 +269,17 @@ struct GridPlace {
 GridPlace PlaceOnGrid(double latitude, double longitude, int z) {
     const double side = std::ldexp(256.0, z);
     const double x = (longitude + 180.0) / 360.0 * side;
-    const double y = (1.0 - std::asinh(std::tan(latitude * std::numbers::pi / 180.0)) / std::numbers::pi) /
-                     2.0 * side;
+    const double y =
+        (1.0 - std::asinh(std::tan(latitude * std::numbers::pi / 180.0)) / std::numbers::pi) / 2.0 *
+        side;
     return {static_cast<int>(x / 256), static_cast<int>(y / 256),
             static_cast<int>(std::fmod(y, 256.0)) * 256 + static_cast<int>(std::fmod(x, 256.0))};
 }
 
 bool Near(std::uint32_t colour, std::uint32_t expected) {
     for (int shift : {0, 8, 16}) {
-        const int difference = static_cast<int>(colour >> shift & 0xFF) - static_cast<int>(expected >> shift & 0xFF);
+        const int difference =
+            static_cast<int>(colour >> shift & 0xFF) - static_cast<int>(expected >> shift & 0xFF);
         if (std::abs(difference) > 12) return false;
     }
     return true;
@@ -288,7 +295,8 @@ TEST(TileSourceTest, AnMbtilesMadeByGdalFromTheDemoMapShowsItsPlacesWhereTheyLie
     const std::string gdal = testing::Quoted(TOLVANE_GDAL_TRANSLATE_PROGRAM);
     for (const std::string& command :
          {gdal + " -q -of GTiff -a_srs EPSG:4326 -a_ullr 153.048 -27.208 153.056 -27.214 " +
-              testing::Quoted(testing::TestDataFile("maps/demo-map.png")) + " " + testing::Quoted(geo),
+              testing::Quoted(testing::TestDataFile("maps/demo-map.png")) + " " +
+              testing::Quoted(geo),
           gdal + " -q -of MBTILES " + testing::Quoted(geo) + " " + testing::Quoted(mbtiles)}) {
         const testing::ShellResult made = testing::RunShell(command + " 2>&1");
         ASSERT_EQ(made.exitCode, 0) << command << "\n" << made.output;

@@ -23,7 +23,8 @@ using tolvane::TileSource;
 // The reader takes a path that SQLite can open again by its name, so the
 // input goes to a real file; one file for the whole run.
 const std::string& InputPath() {
-    static const std::string path = "/tmp/tile_source_fuzz-" + std::to_string(getpid()) + ".mbtiles";
+    static const std::string path =
+        "/tmp/tile_source_fuzz-" + std::to_string(getpid()) + ".mbtiles";
     return path;
 }
 

@@ -47,7 +47,8 @@ TEST(LocalSettingsTest, TheTileMapsKeepTheirOrderAndTheFileHoldsTheWholeList) {
     ReadLocalSettings(LocalSettingsText(app), read);
     EXPECT_EQ(read.runtime.tileSources,
               (std::vector<std::string>{"/maps/sea chart.mbtiles", "/maps/osm", "/maps/osm"}));
-    ReadLocalSettings("tile-source = maps/relative\ntile-source =\n# tile-source = /maps/x\n", read);
+    ReadLocalSettings("tile-source = maps/relative\ntile-source =\n# tile-source = /maps/x\n",
+                      read);
     EXPECT_TRUE(read.runtime.tileSources.empty());
 }
 
