@@ -9,6 +9,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <cstdio>
 #include <cstdlib>
 #include <fstream>
 #include <string>
@@ -21,11 +22,19 @@ namespace {
 using tolvane::TileSource;
 
 // The reader takes a path that SQLite can open again by its name, so the
-// input goes to a real file; one file for the whole run.
+// input goes to a real file; one file for the whole run, removed at its end.
+class InputFile {
+  public:
+    ~InputFile() { std::remove(path_.c_str()); }
+    const std::string& Path() const { return path_; }
+
+  private:
+    std::string path_ = "/tmp/tile_source_fuzz-" + std::to_string(getpid()) + ".mbtiles";
+};
+
 const std::string& InputPath() {
-    static const std::string path =
-        "/tmp/tile_source_fuzz-" + std::to_string(getpid()) + ".mbtiles";
-    return path;
+    static const InputFile file;
+    return file.Path();
 }
 
 void CheckDecoding(std::string_view bytes) {
