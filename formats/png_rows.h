@@ -3,6 +3,9 @@
 #include <cstdint>
 #include <functional>
 #include <string>
+#include <string_view>
+
+#include "core/base/pixels.h"
 
 namespace tolvane {
 
@@ -23,5 +26,11 @@ bool ReadPngShape(const std::string& path, PngShape& shape);
 // image without alpha. Only one row is held. False when the file cannot be
 // read to its end (rows read before the fault have been handed on).
 bool ReadPngRows(const std::string& path, const std::function<void(const std::uint8_t*)>& row);
+
+// Decodes a whole PNG held in memory (a map tile), interlaced or not, into
+// image, transparency laid over black as above. False for bytes that are no
+// whole PNG and for a picture wider or taller than mostSide, which is
+// refused before any pixel is read.
+bool DecodePng(std::string_view bytes, int mostSide, Image& image);
 
 }  // namespace tolvane

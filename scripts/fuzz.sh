@@ -9,11 +9,11 @@
 #
 # Usage: scripts/fuzz.sh TARGET [SECONDS]    (default 60)
 # TARGET: nmea_parser, language_file, options, point_file, track_log,
-# gpsd_reports, gpx_kml or map_calibration.
+# gpsd_reports, gpx_kml, map_calibration or tile_source.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
-targets="nmea_parser language_file options point_file track_log gpsd_reports gpx_kml map_calibration"
+targets="nmea_parser language_file options point_file track_log gpsd_reports gpx_kml map_calibration tile_source"
 target=${1:-}
 seconds=${2:-60}
 if ! [[ " $targets " == *" $target "* ]] || ! [[ $seconds =~ ^[0-9]+$ ]] || [ "$seconds" -eq 0 ]; then

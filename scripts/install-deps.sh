@@ -8,10 +8,10 @@ packages=(
   cmake ninja-build g++ clang pkg-config
   libgtest-dev libbenchmark-dev
   nlohmann-json3-dev
-  gpsd espeak-ng gpsbabel libxml2-utils libxml2-dev libpng-dev
+  gpsd espeak-ng gpsbabel libxml2-utils libxml2-dev libpng-dev libsqlite3-dev
   qt6-base-dev qt6-multimedia-dev qt6-connectivity-dev libgl-dev fonts-dejavu-core
   xvfb xdotool imagemagick desktop-file-utils appstream dbus-daemon
-  xplanet-images
+  xplanet-images gdal-bin
 )
 
 if [ "${1:-}" = --list ]; then

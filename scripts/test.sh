@@ -29,7 +29,7 @@ TZ=UTC ASAN_OPTIONS=detect_leaks=1 UBSAN_OPTIONS=print_stacktrace=1 \
 # A bounded fuzzing run of every reader of outside input under the
 # sanitizers, about twenty seconds each.
 for target in nmea_parser language_file options point_file track_log gpsd_reports gpx_kml \
-  map_calibration; do
+  map_calibration tile_source; do
   scripts/fuzz.sh "$target" 20
 done
 

@@ -13,6 +13,7 @@ constexpr std::string_view kMultiGnssName = "multi-gnss";
 constexpr std::string_view kBluetoothChannelName = "bluetooth-channel";
 constexpr std::string_view kReceiverName = "receiver";
 constexpr std::string_view kGnssShareSocketName = "gnss-share-socket";
+constexpr std::string_view kTileSourceName = "tile-source";
 constexpr std::string_view kGnssShareValue = "gnss-share";
 constexpr std::string_view kModemManagerValue = "modem-manager";
 constexpr std::string_view kPortTableValue = "port";
@@ -52,6 +53,21 @@ void ReadSetting(std::string_view line, AppState& app) {
     if (name == kGnssShareSocketName && value.starts_with('/')) {
         app.runtime.gnssShareSocket = std::string(value);
     }
+    if (name == kTileSourceName && value.starts_with('/')) {
+        app.runtime.tileSources.emplace_back(value);
+    }
+}
+
+// One line for each tile map, in order. A path with a line break in it
+// cannot stand on a line of the file and is not written.
+std::string TileSourceLines(const std::vector<std::string>& sources) {
+    std::string lines;
+    for (const std::string& source : sources) {
+        if (source.find('\n') == std::string::npos) {
+            lines += std::string(kTileSourceName) + " = " + source + "\n";
+        }
+    }
+    return lines;
 }
 
 std::string_view ReceiverValue(DaemonReceiver receiver) {
@@ -73,6 +89,8 @@ std::string LocalSettingsPath(const std::string& optionsPath) {
 }
 
 void ReadLocalSettings(std::string_view text, AppState& app) {
+    // The file holds the whole list of tile maps.
+    app.runtime.tileSources.clear();
     while (!text.empty()) {
         const std::size_t end = std::min(text.find('\n'), text.size());
         const std::string_view line = Trimmed(text.substr(0, end));
@@ -92,7 +110,10 @@ std::string LocalSettingsText(const AppState& app) {
            "# table, gnss-share the gnss-share daemon's socket, modem-manager the\n"
            "# modem's receiver through ModemManager.\n" +
            std::string(kReceiverName) + " = " + std::string(ReceiverValue(app.runtime.daemonReceiver)) +
-           "\n" + std::string(kGnssShareSocketName) + " = " + app.runtime.gnssShareSocket + "\n";
+           "\n" + std::string(kGnssShareSocketName) + " = " + app.runtime.gnssShareSocket + "\n" +
+           "# tile-source: a tile map, an MBTiles file or a folder of z/x/y tiles; the\n"
+           "# first in this order that covers a place is drawn there.\n" +
+           TileSourceLines(app.runtime.tileSources);
 }
 
 void LoadLocalSettings(Program& program) {

@@ -18,6 +18,9 @@ namespace tolvane {
 //   receiver = port         with the serial port source: port (the port of
 //                           the port table), gnss-share or modem-manager
 //   gnss-share-socket = /run/gnss-share.sock   gnss-share's socket
+//   tile-source = /path/to/map.mbtiles   a tile map, an MBTiles file or a
+//                           tile folder; one line for each, in the order
+//                           they are asked for a tile
 inline constexpr char kLocalSettingsFileName[] = "tolvane.conf";
 
 // The file's path: beside the settings record at optionsPath.

@@ -4,6 +4,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <string>
+#include <vector>
 
 #include "core/gps/daemon_ports.h"
 
@@ -127,6 +128,10 @@ struct OptionsRuntime {
     // port of the port table, and gnss-share's socket.
     DaemonReceiver daemonReceiver = DaemonReceiver::kNone;
     std::string gnssShareSocket = kDefaultGnssShareSocket;
+    // The tile maps the user listed, MBTiles files and tile folders, in the
+    // order they are asked for a tile: the first that covers a place at a
+    // zoom is drawn there.
+    std::vector<std::string> tileSources;
     std::string storageLocation;
     std::string poiFolder;
     std::string waypointFile;

@@ -36,6 +36,22 @@ TEST(LocalSettingsTest, TheBluetoothChannelIsKeptWhenItIsAnRfcommChannel) {
     }
 }
 
+// The tile maps come back in their order, each line one map; a path that
+// could not stand on a line is not written, and reading a file replaces the
+// list rather than adding to it.
+TEST(LocalSettingsTest, TheTileMapsKeepTheirOrderAndTheFileHoldsTheWholeList) {
+    AppState app;
+    app.runtime.tileSources = {"/maps/sea chart.mbtiles", "/maps/osm", "/maps/a\nb", "/maps/osm"};
+    AppState read;
+    read.runtime.tileSources = {"/maps/earlier"};
+    ReadLocalSettings(LocalSettingsText(app), read);
+    EXPECT_EQ(read.runtime.tileSources,
+              (std::vector<std::string>{"/maps/sea chart.mbtiles", "/maps/osm", "/maps/osm"}));
+    ReadLocalSettings("tile-source = maps/relative\ntile-source =\n# tile-source = /maps/x\n",
+                      read);
+    EXPECT_TRUE(read.runtime.tileSources.empty());
+}
+
 // The file is written beside Options.dat, read by the next start, and the
 // switch reaches the port source when the GPS starts.
 TEST(LocalSettingsTest, TheSwitchSurvivesARestartAndReachesThePortSourceAtStart) {
