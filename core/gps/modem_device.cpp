@@ -54,6 +54,11 @@ int ModemSerialDevice::Read(char* buffer, int size) {
             gone_ = true;
             return -1;
         }
+        // A port of its own waits for the bytes itself, a second at most.
+        if (location_.Streams()) {
+            pending_ = std::move(sentences);
+            break;
+        }
         if (!sentences.empty() && sentences != last_) {
             last_ = sentences;
             // The modem hands the sentences without the last line's end.

@@ -38,7 +38,10 @@ class ModemLocation {
 
     // The NMEA sentences the modem holds now, the latest of each kind; empty
     // when it has none yet. False when ModemManager or the modem went away.
+    // A modem whose receiver talks on a port of its own gives what came
+    // there since the last read instead (Streams() is true then).
     virtual bool ReadNmea(std::string& sentences) = 0;
+    virtual bool Streams() const { return false; }
 
     // Switches off what Start switched on.
     virtual void Stop() = 0;

@@ -1,7 +1,9 @@
 #pragma once
 
+#include <QDBusArgument>
 #include <QDBusObjectPath>
 #include <QDBusVariant>
+#include <QList>
 #include <QMap>
 #include <QString>
 #include <QVariantMap>
@@ -9,6 +11,7 @@
 #include <mutex>
 
 #include "core/gps/modem_device.h"
+#include "platform/serial_device.h"
 
 namespace tolvane::shell {
 
@@ -20,8 +23,21 @@ inline constexpr char kModemLocationInterface[] = "org.freedesktop.ModemManager1
 inline constexpr char kObjectManagerInterface[] = "org.freedesktop.DBus.ObjectManager";
 
 // The location sources of ModemManager's MMModemLocationSource that matter
-// here.
+// here: NMEA through the bus, or the receiver left to talk on a port of its
+// own ("unmanaged"), where some modems give NMEA only.
 inline constexpr std::uint32_t kLocationGpsNmea = 1u << 2;
+inline constexpr std::uint32_t kLocationGpsUnmanaged = 1u << 4;
+// MMModemPortType's GPS port.
+inline constexpr std::uint32_t kModemPortGps = 5;
+
+// One of a modem's ports, as its Ports property lists them.
+struct ModemPort {
+    QString name;  // "ttyUSB1"
+    std::uint32_t type = 0;
+};
+QDBusArgument& operator<<(QDBusArgument& argument, const ModemPort& port);
+const QDBusArgument& operator>>(const QDBusArgument& argument, ModemPort& port);
+using ModemPorts = QList<ModemPort>;
 
 using ModemInterfaces = QMap<QString, QVariantMap>;
 using ManagedObjects = QMap<QDBusObjectPath, ModemInterfaces>;
@@ -37,6 +53,7 @@ struct GnssModem {
     QString path;
     std::uint32_t enabled = 0;
     bool signalling = false;
+    QString gpsPort;  // the device of an unmanaged receiver; empty for NMEA on the bus
 };
 GnssModem FindGnssModem();
 
@@ -52,11 +69,15 @@ class ModemManagerLocation final : public ModemLocation {
 
     ModemFault Start() override;
     bool ReadNmea(std::string& sentences) override;
+    bool Streams() const override { return gpsPort_.IsOpen(); }
     void Stop() override;
 
   private:
+    bool OpenGpsPort(const std::string& device);
+
     std::mutex lock_;
     QString modemPath_;
+    platform::TermiosSerialDevice gpsPort_;
     // What the modem had switched on before Start, put back by Stop.
     std::uint32_t enabledBefore_ = 0;
     bool signalsBefore_ = false;
@@ -65,6 +86,8 @@ class ModemManagerLocation final : public ModemLocation {
 
 }  // namespace tolvane::shell
 
+Q_DECLARE_METATYPE(tolvane::shell::ModemPort)
+Q_DECLARE_METATYPE(tolvane::shell::ModemPorts)
 Q_DECLARE_METATYPE(tolvane::shell::ModemInterfaces)
 Q_DECLARE_METATYPE(tolvane::shell::ManagedObjects)
 Q_DECLARE_METATYPE(tolvane::shell::ModemLocationReply)

@@ -20,6 +20,7 @@
 #include <cstring>
 #include <memory>
 #include <string>
+#include <utility>
 
 #include "core/app/commands.h"
 #include "core/app/gid_commands.h"
@@ -192,17 +193,28 @@ void DaemonReceiversTest::TheGnssShareSocketGivesFixesAndAMissingOneIsNamed() {
     QCOMPARE(device.FailureReason(), std::string("No such file or directory"));
 }
 
+// A modem gives NMEA on the bus, or, left unmanaged, on a GPS port of its
+// own; either way the window reaches a fix, and Stop GPS puts back what the
+// modem had switched on.
 void DaemonReceiversTest::TheModemGivesFixesAndIsSwitchedBackOff() {
-    StartModemManager(QStringLiteral("working"));
-    ProgramWindow& program = Start("receiver = modem-manager\n");
-    const AppState& app = program.Core().app;
-    QVERIFY(app.gpsRunning);
-    QTRY_VERIFY_WITH_TIMEOUT(HasLiveFix(app.gps), 5000);
-    program.RunCommand(kCommandStopGps);
-    QVERIFY(!app.gpsRunning);
-    // The NMEA source switched on, and back to what the modem had.
-    QByteArray setups;
-    QTRY_COMPARE((setups += MockOutput()), QByteArray("Setup 4 0\nSetup 0 0\n"));
+    const std::pair<const char*, const char*> modes[] = {
+        {"working", "Setup 4 0\nSetup 0 0\n"},
+        {"unmanaged", "Setup 16 0\nSetup 0 0\n"},
+    };
+    for (const auto& [mode, setups] : modes) {
+        StartModemManager(QString::fromLatin1(mode));
+        ProgramWindow& program = Start("receiver = modem-manager\n");
+        const AppState& app = program.Core().app;
+        QVERIFY2(app.gpsRunning, mode);
+        QTRY_VERIFY_WITH_TIMEOUT(HasLiveFix(app.gps), 5000);
+        program.RunCommand(kCommandStopGps);
+        QVERIFY(!app.gpsRunning);
+        QByteArray said;
+        QTRY_COMPARE((said += MockOutput()), QByteArray(setups));
+        program_.reset();
+        systemBus_.kill();
+        systemBus_.waitForFinished();
+    }
 }
 
 void DaemonReceiversTest::ModemManagerProblemsAreNamed() {

@@ -6,8 +6,13 @@
 // for every Setup call, "Inhibit <what> <who> <why> <mode>" for an
 // inhibitor and "Released" when its descriptor is closed.
 //
-//   system_bus_mock RECORDING [working|no-modem|no-gnss|refuses]
+//   system_bus_mock RECORDING [working|unmanaged|no-modem|no-gnss|refuses]
+//
+// "unmanaged" is a modem that gives no NMEA on the bus: left unmanaged, its
+// receiver talks on a GPS port of its own, here a pseudo-terminal.
 
+#include <pty.h>
+#include <termios.h>
 #include <unistd.h>
 
 #include <QCoreApplication>
@@ -18,6 +23,7 @@
 #include <QElapsedTimer>
 #include <QFile>
 #include <QSocketNotifier>
+#include <QTimer>
 #include <cstdio>
 #include <string>
 #include <vector>
@@ -33,7 +39,9 @@ constexpr char kModemPath[] = "/org/freedesktop/ModemManager1/Modem/0";
 class MockModemManager final : public QDBusVirtualObject {
   public:
     MockModemManager(QString mode, std::vector<std::string> seconds)
-        : mode_(std::move(mode)), seconds_(std::move(seconds)) {}
+        : mode_(std::move(mode)), seconds_(std::move(seconds)) {
+        if (Unmanaged()) OpenGpsPort();
+    }
 
     QString introspect(const QString&) const override { return {}; }
 
@@ -50,18 +58,44 @@ class MockModemManager final : public QDBusVirtualObject {
     }
 
   private:
+    bool Unmanaged() const { return mode_ == QLatin1String("unmanaged"); }
+
+    // The GPS port: a pseudo-terminal whose far side the mock writes the
+    // recording into, a second each second, while the receiver is unmanaged.
+    void OpenGpsPort() {
+        char name[256] = {};
+        if (openpty(&master_, &slave_, name, nullptr, nullptr) != 0) return;
+        termios line{};
+        tcgetattr(slave_, &line);
+        cfmakeraw(&line);
+        tcsetattr(slave_, TCSANOW, &line);
+        gpsPort_ = QString::fromLatin1(name).mid(5);  // "pts/N" below /dev
+        QObject::connect(&talk_, &QTimer::timeout, [this] {
+            if ((enabled_ & kLocationGpsUnmanaged) == 0 || seconds_.empty()) return;
+            const std::string& second = seconds_[next_++ % seconds_.size()];
+            if (write(master_, second.data(), second.size()) < 0) return;
+        });
+        talk_.start(1000);
+    }
+
     ManagedObjects Objects() const {
         ManagedObjects objects;
         if (mode_ == QLatin1String("no-modem")) return objects;
         QVariantMap location;
-        // 3GPP cells and raw GPS, and NMEA unless the modem has no GNSS.
-        const std::uint32_t capabilities =
-            mode_ == QLatin1String("no-gnss") ? 1u : 1u | 2u | kLocationGpsNmea;
+        // 3GPP cells and raw GPS, and NMEA unless the modem has no GNSS or
+        // gives it unmanaged only.
+        std::uint32_t capabilities = 1u | 2u | kLocationGpsNmea;
+        if (mode_ == QLatin1String("no-gnss")) capabilities = 1u;
+        if (Unmanaged()) capabilities = 1u | kLocationGpsUnmanaged;
         location.insert(QStringLiteral("Capabilities"), QVariant::fromValue(capabilities));
         location.insert(QStringLiteral("Enabled"), QVariant::fromValue(enabled_));
         location.insert(QStringLiteral("SignalsLocation"), QVariant::fromValue(false));
+        QVariantMap modem;
+        modem.insert(QStringLiteral("Ports"),
+                     QVariant::fromValue(ModemPorts{{QStringLiteral("ttyUSB2"), 3u},
+                                                    {gpsPort_, kModemPortGps}}));
         ModemInterfaces interfaces;
-        interfaces.insert(QStringLiteral("org.freedesktop.ModemManager1.Modem"), {});
+        interfaces.insert(QStringLiteral("org.freedesktop.ModemManager1.Modem"), modem);
         interfaces.insert(QString::fromLatin1(kModemLocationInterface), location);
         objects.insert(QDBusObjectPath(QString::fromLatin1(kModemPath)), interfaces);
         return objects;
@@ -94,6 +128,11 @@ class MockModemManager final : public QDBusVirtualObject {
     std::vector<std::string> seconds_;
     std::uint32_t enabled_ = 0;
     QElapsedTimer since_;
+    int master_ = -1;
+    int slave_ = -1;  // kept open, so the port lives while the program closes its side
+    QString gpsPort_;
+    QTimer talk_;
+    std::size_t next_ = 0;
 };
 
 // logind's Inhibit: the program keeps the writing end of a pipe, and its
