@@ -19,6 +19,7 @@
 #include <QTest>
 #include <cstring>
 #include <memory>
+#include <mutex>
 #include <string>
 #include <utility>
 
@@ -28,6 +29,7 @@
 #include "core/app/local_settings.h"
 #include "core/base/string_manager.h"
 #include "core/data/options.h"
+#include "core/data/point_import.h"
 #include "core/gps/modem_device.h"
 #include "platform/port_device.h"
 #include "shell/dialogs/modem_manager.h"
@@ -158,6 +160,9 @@ ProgramWindow& DaemonReceiversTest::Start(const std::string& receiverLines, bool
     ResetOptions(options);
     options.gpsSource = kGpsSourcePort;
     options.trackLoggerEnabled = logTrack ? 1 : 0;
+    // A point a second, so that a short run logs a few.
+    options.trackIntervalIndex = 0;
+    options.trackIntervalValues[0] = 1;
     if (!SaveOptions(OptionsPath(), options, 1)) qFatal("Options.dat not written");
     ProgramWindow& program = StartFirstTime(receiverLines);
     if (startGps && !program.Core().app.gpsRunning) program.RunCommand(kCommandStartGps);
@@ -279,7 +284,7 @@ void DaemonReceiversTest::GpsSetupFindsTheSocketAndTheModemAndKeepsTheChoice() {
 }
 
 // While the GPS runs with the track logger on, logind's sleep inhibitor is
-// held, and Stop GPS lets it go.
+// held, the track keeps every point, and Stop GPS lets the inhibitor go.
 void DaemonReceiversTest::RecordingATrackHoldsSleepOffUntilItStops() {
     const std::string socketPath = home_->filePath(QStringLiteral("gnss.sock")).toStdString();
     ShareServer server(socketPath);
@@ -293,10 +298,19 @@ void DaemonReceiversTest::RecordingATrackHoldsSleepOffUntilItStops() {
                                       "block\n"),
                              5000);
     QVERIFY(app.sleepHeld);
+    const auto logged = [&app] {
+        const std::lock_guard<std::mutex> guard(app.track.lock);
+        return app.track.liveTrack.Count();
+    };
+    QTRY_VERIFY_WITH_TIMEOUT((server.Send(Recording()), logged() >= 3), 10000);
     program.RunCommand(kCommandStopGps);
     QTRY_COMPARE((said += MockOutput()),
                  QByteArray("Inhibit sleep Tolvane GPS Utilities Recording a GPS track block\n"
                             "Released\n"));
+    // Every point logged while the inhibitor was held is in the file.
+    const ImportRead track = ReadTrackLog(app.track.currentPath);
+    QCOMPARE(track.problem, ImportProblem::kNone);
+    QCOMPARE(static_cast<int>(track.contents.tracks.at(0).points.size()), logged());
 }
 
 // With nothing set up, the first start looks for a receiver by itself: a
