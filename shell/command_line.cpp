@@ -111,7 +111,9 @@ QString UsageText() {
         "a pan while the GPS is on. Its pictures come from the package xplanet-images.\n"
         "\n"
         "GPS Setup (key * or F8) finds the receiver: gpsd, a serial, USB or\n"
-        "Bluetooth port, with the baud rate found by itself. The Menu soft key holds\n"
+        "Bluetooth port, with the baud rate found by itself, a phone's gnss-share\n"
+        "socket or a modem through ModemManager. The first start looks for one by\n"
+        "itself and says which it chose. The Menu soft key holds\n"
         "Options, Track Interval, Speed Alarm, the waypoints and POI, destination\n"
         "lists, GPX import and View Log File.\n");
 }

@@ -387,9 +387,10 @@ void DrawScaleBar(Canvas& canvas, const ViewContext& context, const MapPlacement
     const int tick = font.height / 3;
     const Point left{box.left + pad, y};
     const Point right{box.left + pad + bar.pixels, y};
-    canvas.DrawLine(left, right, palette.label, 2);
-    canvas.DrawLine(left, {left.x, y - tick}, palette.label, 2);
-    canvas.DrawLine(right, {right.x, y - tick}, palette.label, 2);
+    // The bar in the figures' ink, which stands out by night as by day.
+    canvas.DrawLine(left, right, palette.value, 2);
+    canvas.DrawLine(left, {left.x, y - tick}, palette.value, 2);
+    canvas.DrawLine(right, {right.x, y - tick}, palette.value, 2);
 }
 
 }  // namespace tolvane
