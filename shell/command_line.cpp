@@ -1,6 +1,9 @@
 #include "shell/command_line.h"
 
 #include <QRegularExpression>
+#include <cmath>
+
+#include "formats/tile_source.h"
 
 namespace tolvane::shell {
 namespace {
@@ -20,6 +23,25 @@ bool ParseTick(const QString& text, int& tick) {
     return ok && tick >= 1;
 }
 
+// Reads "LAT,LON" in degrees, a latitude within 90 and a longitude within 180.
+bool ParseCentre(const QString& text, CommandLine& line) {
+    const QStringList parts = text.split(QLatin1Char(','));
+    if (parts.size() != 2) return false;
+    bool latitudeRead = false;
+    bool longitudeRead = false;
+    line.centreLatitude = parts[0].trimmed().toDouble(&latitudeRead);
+    line.centreLongitude = parts[1].trimmed().toDouble(&longitudeRead);
+    line.centred = latitudeRead && longitudeRead && std::abs(line.centreLatitude) <= 90 &&
+                   std::abs(line.centreLongitude) <= 180;
+    return line.centred;
+}
+
+bool ParseTileZoom(const QString& text, int& zoom) {
+    bool ok = false;
+    zoom = text.toInt(&ok);
+    return ok && zoom >= 0 && zoom <= kMostTileZoom;
+}
+
 // Applies one option that takes a value; false when the value is bad.
 bool SetValue(const QString& name, const QString& value, CommandLine& line) {
     if (name == QLatin1String("--home")) line.home = value;
@@ -28,13 +50,17 @@ bool SetValue(const QString& name, const QString& value, CommandLine& line) {
     if (name == QLatin1String("--options")) line.optionsFile = value;
     if (name == QLatin1String("--size")) return ParseSize(value, line.size);
     if (name == QLatin1String("--at")) return ParseTick(value, line.atTick);
+    if (name == QLatin1String("--tiles")) line.tiles.append(value);
+    if (name == QLatin1String("--center")) return ParseCentre(value, line);
+    if (name == QLatin1String("--zoom")) return ParseTileZoom(value, line.tileZoom);
     return !value.isEmpty();
 }
 
 bool TakesValue(const QString& name) {
-    static const QStringList kNames = {QStringLiteral("--home"), QStringLiteral("--screenshot"),
-                                       QStringLiteral("--size"), QStringLiteral("--replay"),
-                                       QStringLiteral("--at"),   QStringLiteral("--options")};
+    static const QStringList kNames = {
+        QStringLiteral("--home"),    QStringLiteral("--screenshot"), QStringLiteral("--size"),
+        QStringLiteral("--replay"),  QStringLiteral("--at"),         QStringLiteral("--options"),
+        QStringLiteral("--tiles"),   QStringLiteral("--center"),     QStringLiteral("--zoom")};
     return kNames.contains(name);
 }
 
@@ -45,7 +71,8 @@ QString CheckCombination(const QStringList& arguments, const CommandLine& line) 
         return QStringLiteral("--demo and --screenshot cannot go together");
     }
     if (line.screenshotFolder.isEmpty()) {
-        for (const char* name : {"--size", "--replay", "--at", "--options"}) {
+        for (const char* name :
+             {"--size", "--replay", "--at", "--options", "--tiles", "--center", "--zoom"}) {
             if (arguments.contains(QLatin1String(name))) {
                 return QStringLiteral("%1 goes with --screenshot").arg(QLatin1String(name));
             }
@@ -80,7 +107,8 @@ QString UsageText() {
     return QStringLiteral(
         "Usage: tolvane [--home DIR] [--demo]\n"
         "       tolvane --screenshot DIR [--size WxH] [--replay LOG [--at SECONDS]]\n"
-        "               [--options FILE] [--home DIR]\n"
+        "               [--options FILE] [--tiles MAP]... [--center LAT,LON]\n"
+        "               [--zoom Z] [--home DIR]\n"
         "\n"
         "Tolvane GPS Utilities: the GPS receiver's position, satellites, course,\n"
         "speed and trip in one window, and your own pictures calibrated as maps\n"
@@ -103,12 +131,18 @@ QString UsageText() {
         "                      or its end when shorter)\n"
         "  --options FILE      start from this settings record (Options.dat), so that\n"
         "                      a record with Night View paints the night palette\n"
+        "  --tiles MAP         draw the tiles of this tile map (an MBTiles file or a\n"
+        "                      z/x/y folder) on the World Map; give it once for each\n"
+        "  --center LAT,LON    centre the World Map here, in degrees (\"47.37,8.54\")\n"
+        "  --zoom Z            show the World Map at the scale of tile zoom Z (0-24)\n"
         "  --help              show this text\n"
         "\n"
         "World Map (key 2): Enter switches the arrow keys between zooming (Up, Down)\n"
         "and panning; a drag pans, the wheel or a pinch zooms, a tap on a point shows\n"
         "its name and distance. The map follows the position again 10 seconds after\n"
-        "a pan while the GPS is on. Its pictures come from the package xplanet-images.\n"
+        "a pan while the GPS is on. Its pictures come from the package xplanet-images;\n"
+        "tile maps of your own (MBTiles files or z/x/y folders, listed under\n"
+        "Map > Tile Maps...) are drawn over them once zoomed in to their scale.\n"
         "\n"
         "GPS Setup (key * or F8) finds the receiver: gpsd, a serial, USB or\n"
         "Bluetooth port, with the baud rate found by itself, a phone's gnss-share\n"

@@ -17,6 +17,14 @@ struct CommandLine {
     QString replay;  // the recording to play; the demo recording when empty
     int atTick = 60;
     QString optionsFile;
+    // --tiles PATH, once for each tile map the World Map's picture draws.
+    QStringList tiles;
+    // --center LAT,LON and --zoom Z: where the World Map's picture is
+    // centred, and the tile zoom whose scale it shows (-1: as it lies).
+    bool centred = false;
+    double centreLatitude = 0;
+    double centreLongitude = 0;
+    int tileZoom = -1;
     QString error;  // what is wrong with the arguments, empty when nothing is
 };
 

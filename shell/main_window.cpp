@@ -19,6 +19,7 @@
 #include "core/app/map_commands.h"
 #include "core/app/menu_model.h"
 #include "core/base/debug_trace.h"
+#include "core/placement/tile_placement.h"
 #include "shell/gps_mark_tip.h"
 #include "shell/soft_key_bar.h"
 
@@ -54,10 +55,29 @@ ViewArea::ViewArea(Program& program, ViewRenderer renderer, MenuOpener openComma
         pointer_.Held();
         openCommandMenu_(mapToGlobal(touchedAt_));
     });
+    renderer_.SetTiles(&tiles_.Images());
+    connect(&tiles_, &TileLayer::SourcesOpened, this, [this](TileZooms zooms) {
+        program_.app.tileZooms = zooms;
+        FitWorldMapZoom();
+        update();
+    });
+    connect(&tiles_, &TileLayer::TileArrived, this, qOverload<>(&QWidget::update));
+    tiles_.Open(program_.app.runtime.tileSources);
 }
 
 void ViewArea::LayOut() {
     renderer_.LayOut(size(), IsFullScreenShown(program_.app));
+    FitWorldMapZoom();
+}
+
+void ViewArea::ReloadTileSources() {
+    tiles_.Open(program_.app.runtime.tileSources);
+}
+
+void ViewArea::FitWorldMapZoom() {
+    MapKeys& keys = program_.app.mapKeys;
+    keys.worldMapCeiling = WorldMapZoomCeiling(program_.app, renderer_.Layout().body);
+    keys.worldMapZoom = std::min(keys.worldMapZoom, keys.worldMapCeiling);
 }
 
 void ViewArea::resizeEvent(QResizeEvent* /*event*/) {
@@ -73,6 +93,11 @@ void ViewArea::paintEvent(QPaintEvent* /*event*/) {
     }
     renderer_.Paint(backBuffer_, program_.app, program_.host.Time().NowUtc());
     QPainter(this).drawImage(0, 0, backBuffer_);
+    // The tiles the World Map lacks are asked for after each painting, so
+    // the worker always reads for the map as it now lies.
+    if (program_.app.currentView == kViewWorldMap) {
+        tiles_.Want(WantedTiles(program_.app, renderer_.Layout().body, tiles_.Images()));
+    }
     if (!paintedOnce_) {
         paintedOnce_ = true;
         // The start-up benchmark measures up to this moment.

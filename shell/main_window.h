@@ -11,6 +11,7 @@
 #include "core/app/startup.h"
 #include "shell/map_pointer.h"
 #include "shell/qt_host.h"
+#include "shell/tile_layer.h"
 #include "shell/view_renderer.h"
 
 class QTouchEvent;
@@ -38,6 +39,8 @@ class ViewArea final : public QWidget {
     const AppState& App() const { return program_.app; }
     // Where the title bar's GPS mark stands; empty in full screen.
     Rect GpsMarkBox() const { return renderer_.GpsMarkBox(program_.app); }
+    // Opens the tile maps of the settings again: the user changed them.
+    void ReloadTileSources();
 
   protected:
     void paintEvent(QPaintEvent* event) override;
@@ -57,6 +60,9 @@ class ViewArea final : public QWidget {
     void Touch(const QTouchEvent& event);
     // A tap or click that did not move, at a point of the view.
     void Tap(QPoint at);
+    // Keeps the World Map's zoom within what its tile maps offer in the
+    // current layout.
+    void FitWorldMapZoom();
 
     Program& program_;
     MapPointer pointer_{program_};
@@ -65,6 +71,7 @@ class ViewArea final : public QWidget {
     QTimer longPress_;
     QPoint touchedAt_;
     ViewRenderer renderer_;
+    TileLayer tiles_;
     QImage backBuffer_;
     bool paintedOnce_ = false;
 };
@@ -89,6 +96,7 @@ class MainWindow final : public QWidget, public HostWindow {
     QWidget* Widget() override { return this; }
     void RepaintNow() override;
     void CloseForGood() override;
+    void ReloadTileSources() override { views_->ReloadTileSources(); }
 
     // Shows the window in front of the others, as a second start asks.
     void BringForward();

@@ -114,10 +114,11 @@ void QtCanvas::DrawText(const std::string& text, const Font& font, const Rect& b
 namespace {
 
 // The picture's pixels are borrowed, not copied: 0xRRGGBB words are what
-// QImage's RGB32 format reads, so drawing a large map costs no conversion.
+// QImage's RGB32 format reads (and 0xAARRGGBB its ARGB32), so drawing a
+// large map costs no conversion.
 QImage BorrowedImage(const Image& image) {
     return QImage(reinterpret_cast<const uchar*>(image.pixels.data()), image.width, image.height,
-                  image.width * 4, QImage::Format_RGB32);
+                  image.width * 4, image.alpha ? QImage::Format_ARGB32 : QImage::Format_RGB32);
 }
 
 }  // namespace
@@ -139,15 +140,24 @@ void QtCanvas::DrawImageMapped(const Image& image, const Rect& source, Point top
     const QTransform transform((topRight.x - topLeft.x) / width, (topRight.y - topLeft.y) / width,
                                (bottomLeft.x - topLeft.x) / height,
                                (bottomLeft.y - topLeft.y) / height, topLeft.x, topLeft.y);
+    // The picture is darkened by a veil of black over it rather than drawn
+    // translucent; over a picture with see-through parts the veil lies on
+    // its own pixels alone, so that what shows through is not darkened twice.
+    const QColor veil(0, 0, 0, qRound(255 * (1 - std::clamp(brightness, 0.0, 1.0))));
     painter_.save();
     painter_.setTransform(transform, true);
     painter_.setRenderHint(QPainter::SmoothPixmapTransform);
-    painter_.drawImage(QRectF(0, 0, width, height), BorrowedImage(image), ToQRect(source));
-    // The pixels carry no alpha, so the picture is darkened by a veil of
-    // black over it rather than drawn translucent.
-    if (brightness < 1) {
-        painter_.fillRect(QRectF(0, 0, width, height),
-                          QColor(0, 0, 0, qRound(255 * (1 - std::max(0.0, brightness)))));
+    if (image.alpha && veil.alpha() > 0) {
+        QImage part = BorrowedImage(image).copy(ToQRect(source)).convertToFormat(
+            QImage::Format_ARGB32_Premultiplied);
+        QPainter veiled(&part);
+        veiled.setCompositionMode(QPainter::CompositionMode_SourceAtop);
+        veiled.fillRect(part.rect(), veil);
+        veiled.end();
+        painter_.drawImage(QRectF(0, 0, width, height), part);
+    } else {
+        painter_.drawImage(QRectF(0, 0, width, height), BorrowedImage(image), ToQRect(source));
+        if (veil.alpha() > 0) painter_.fillRect(QRectF(0, 0, width, height), veil);
     }
     painter_.restore();
 }

@@ -27,6 +27,8 @@ class HostWindow {
     virtual void RepaintNow() = 0;
     // Closes the window without asking again: the exit has been confirmed.
     virtual void CloseForGood() = 0;
+    // Opens the tile maps of the settings again.
+    virtual void ReloadTileSources() = 0;
 };
 
 // The core's host in the window: message boxes over the main window, timers
@@ -59,6 +61,9 @@ class QtHost final : public QObject, public Host {
     void HoldScreenOn() override { screenSaver_.Hold(); }
     void ReleaseScreenOn() override { screenSaver_.Release(); }
     void HoldSleep(bool hold) override { hold ? sleepInhibitor_.Hold() : sleepInhibitor_.Release(); }
+    void ReloadTileSources() override {
+        if (window_ != nullptr) window_->ReloadTileSources();
+    }
     bool OpenDocument(const std::string& path) override;
     void ShowAbout(const AboutInfo& about) override;
     void OpenDialog(int commandId) override {

@@ -10,8 +10,10 @@
 #include "core/base/program_paths.h"
 #include "core/base/string_manager.h"
 #include "core/maps/recent_maps.h"
+#include "core/placement/tile_placement.h"
 #include "headless/replay.h"
 #include "shell/dialogs/map_loader.h"
+#include "shell/tile_layer.h"
 #include "shell/view_renderer.h"
 
 namespace tolvane::shell {
@@ -49,6 +51,34 @@ std::shared_ptr<const MapPicture> LoadRecentMap(const Options& options, const Co
     return picture;
 }
 
+// The tile maps of --tiles, opened; each that does not open is named on
+// standard error.
+OpenedTileSources OpenPictureTiles(const CommandLine& line) {
+    std::vector<std::string> paths;
+    for (const QString& path : line.tiles) paths.push_back(path.toStdString());
+    OpenedTileSources opened = OpenTileSources(paths);
+    for (const std::string& problem : opened.problems) {
+        std::cerr << "tolvane: cannot open the tile map " << problem << '\n';
+    }
+    return opened;
+}
+
+// Lays the World Map where --center and --zoom say, and reads every tile
+// it shows (and the stand-ins of those no map has) before it is painted.
+void PrepareWorldMap(AppState& app, const Rect& body, const CommandLine& line,
+                     OpenedTileSources& opened, TileImages& images) {
+    app.mapKeys.worldMapCeiling = WorldMapZoomCeiling(app, body);
+    if (line.tileZoom >= 0) {
+        app.mapKeys.worldMapZoom = std::min(WorldMapZoomForTileZoom(app, body, line.tileZoom),
+                                            app.mapKeys.worldMapCeiling);
+    }
+    if (line.centred) app.worldMapCentre = {line.centreLatitude, line.centreLongitude};
+    for (std::vector<TileKey> wanted = WantedTiles(app, body, images); !wanted.empty();
+         wanted = WantedTiles(app, body, images)) {
+        for (const TileKey& key : wanted) images.Put(key, LoadTile(opened.sources, key));
+    }
+}
+
 // Paints each view of app into folder; false, having said why on standard
 // error, when a picture cannot be written.
 bool PaintPictures(AppState& app, FileTime nowUtc, const CommandLine& line) {
@@ -61,12 +91,20 @@ bool PaintPictures(AppState& app, FileTime nowUtc, const CommandLine& line) {
     const ScreenMetrics screen =
         ApplySquareScreenRule({96, 96, line.size.width(), line.size.height()});
     ViewRenderer renderer(screen.dpiY, false, QString::fromLatin1(kPictureFontFamily));
+    OpenedTileSources opened = OpenPictureTiles(line);
+    app.tileZooms = opened.zooms;
+    TileImages tiles(TileLayer::kTileMemoryBudget);
+    tiles.attribution = opened.attribution;
+    renderer.SetTiles(&tiles);
     const int shownView = app.currentView;
     QTextStream out(stdout);
     bool written = true;
     for (const ViewPicture& picture : kPictures) {
         app.currentView = picture.view;
         renderer.LayOut(line.size, IsFullScreenShown(app));
+        if (picture.view == kViewWorldMap) {
+            PrepareWorldMap(app, renderer.Layout().body, line, opened, tiles);
+        }
         QImage image = MakeBackBuffer(line.size, 1);
         renderer.Paint(image, app, nowUtc);
         const QString path = QDir(line.screenshotFolder).filePath(QLatin1String(picture.fileName));

@@ -6,6 +6,7 @@
 #include <QTime>
 
 #include "core/views/view_painter.h"
+#include "shell/dialogs/map_loader.h"
 #include "shell/qt_canvas.h"
 
 namespace tolvane::shell {
@@ -63,7 +64,7 @@ void ViewRenderer::Paint(QImage& image, const AppState& app, FileTime nowUtc) co
     QPainter painter(&image);
     QtCanvas canvas(painter, fontFamily_);
     static const SystemLocaleFormats kLocale;
-    PaintView(canvas, ViewContext{app, layout_, fonts_, nowUtc, &kLocale, &imagery_});
+    PaintView(canvas, ViewContext{app, layout_, fonts_, nowUtc, &kLocale, &imagery_, tiles_});
 }
 
 Rect ViewRenderer::GpsMarkBox(const AppState& app) const {
@@ -77,16 +78,7 @@ Rect ViewRenderer::GpsMarkBox(const AppState& app) const {
 Image ReadWorldPicture(const QString& path, const MapProjection& projection) {
     const QImage read = QImage(path).convertToFormat(QImage::Format_RGB32);
     if (read.isNull()) return {};
-    Image picture{read.width(), read.height(), {}};
-    picture.pixels.resize(static_cast<std::size_t>(read.width()) * read.height());
-    for (int row = 0; row < read.height(); ++row) {
-        const auto* line = reinterpret_cast<const std::uint32_t*>(read.constScanLine(row));
-        for (int column = 0; column < read.width(); ++column) {
-            picture.pixels[static_cast<std::size_t>(row) * read.width() + column] =
-                line[column] & 0xFFFFFFu;
-        }
-    }
-    return ReprojectToMap(picture, projection);
+    return ReprojectToMap(ImageFromQt(read), projection);
 }
 
 QImage MakeBackBuffer(QSize size, qreal devicePixelRatio) {

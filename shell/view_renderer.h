@@ -4,6 +4,7 @@
 #include <QSize>
 #include <QString>
 
+#include "core/maps/tile_images.h"
 #include "core/state/app_state.h"
 #include "core/views/font_set.h"
 #include "core/views/view_frame.h"
@@ -37,6 +38,9 @@ class ViewRenderer {
     // The pictures of the earth as the World Map last drew them.
     const WorldImagery& Imagery() const { return imagery_; }
 
+    // The tiles of the user's tile maps the World Map draws; none without.
+    void SetTiles(const TileImages* tiles) { tiles_ = tiles; }
+
   private:
     void PrepareImagery(const AppState& app, FileTime nowUtc) const;
 
@@ -47,6 +51,7 @@ class ViewRenderer {
     ViewLayout layout_;
     mutable WorldImagery imagery_;
     mutable bool imageryRead_ = false;
+    const TileImages* tiles_ = nullptr;
 };
 
 // A picture file as the core's image, re-projected into the map

@@ -81,6 +81,9 @@ class Host {
     // Keeps the computer from suspending (hold) or lets it again. A host
     // without such a service does without.
     virtual void HoldSleep(bool /*hold*/) {}
+    // Opens the tile maps of the settings again after the user changed
+    // the list. A host without a World Map on the screen has none to open.
+    virtual void ReloadTileSources() {}
     // Opens a document with the desktop's handler; false when it cannot.
     virtual bool OpenDocument(const std::string& path) = 0;
     virtual void ShowAbout(const AboutInfo& about) = 0;

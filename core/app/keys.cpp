@@ -70,7 +70,7 @@ bool ZoomMap(AppState& app, int step) {
     MapKeys& map = app.mapKeys;
     if (app.currentView == kViewMap) return StepZoom(map.mapZoom, step, 0, kZoomCeiling);
     const int floor = std::max(kWorldMapZoomFloor + 1, kWorldMapLowestZoom);
-    return StepZoom(map.worldMapZoom, step, floor, kZoomCeiling);
+    return StepZoom(map.worldMapZoom, step, floor, map.worldMapCeiling);
 }
 
 // An arrow's step to the east and to the south.

@@ -23,11 +23,14 @@ struct Rect {
     friend bool operator==(const Rect&, const Rect&) = default;
 };
 
-// A picture in memory: rows from the top, each pixel 0xRRGGBB.
+// A picture in memory: rows from the top, each pixel 0xRRGGBB, or
+// 0xAARRGGBB in a picture with see-through parts (a map tile beyond the
+// edge of its map).
 struct Image {
     int width = 0;
     int height = 0;
     std::vector<std::uint32_t> pixels;
+    bool alpha = false;
 };
 
 }  // namespace tolvane

@@ -90,7 +90,9 @@ struct ArrowKeyTimes {
 // the pan steps.
 struct MapKeys {
     bool zoomMode = true;
-    int worldMapZoom = 0;  // above -255 up to 255
+    int worldMapZoom = 0;  // above -255 up to worldMapCeiling
+    // 255, or further while tile maps offer deeper zooms.
+    int worldMapCeiling = 255;
     int mapZoom = 0;       // 0 to 255
     int panColumns = 0;    // steps to the east since the map last followed
     int panRows = 0;       // steps to the south
@@ -108,6 +110,13 @@ struct MapCentre {
 struct MapDragRest {
     double east = 0;
     double south = 0;
+};
+
+// The zoom range of the tile maps that opened, the lowest of their lowest
+// zooms to the highest of their highest; -1 without any.
+struct TileZooms {
+    int lowest = -1;
+    int highest = -1;
 };
 
 // The one application-state block that owns all long-lived state.
@@ -148,6 +157,7 @@ struct AppState {
     MapKeys mapKeys;
     MapState map;  // the Map view's picture and its calibration
     MapCentre worldMapCentre;
+    TileZooms tileZooms;
     MapDragRest mapDragRest;
 
     PointLists points;

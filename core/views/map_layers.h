@@ -6,6 +6,10 @@
 
 namespace tolvane {
 
+// How bright map pictures and tiles are drawn in the night palette, so
+// that a paper map's white does not dazzle.
+inline constexpr double kNightPictureBrightness = 0.45;
+
 // Draws the track, waypoints, POI (a small mark per category), destinations with
 // the line to the current one, labels, proximity ranges, destination info and the
 // position with its course arrow, as the Show toggles of Options say.

@@ -40,9 +40,6 @@ Rect VisibleSource(const MapGeometry& geometry, const Rect& body, const MapPictu
             level(maxX, picture.width, true), level(maxY, picture.height, true)};
 }
 
-// How bright the picture is drawn in the night palette.
-constexpr double kNightPictureBrightness = 0.45;
-
 void PaintPicture(Canvas& canvas, const ViewContext& context, const MapGeometry& geometry) {
     const MapPicture& picture = *context.app.map.picture;
     if (picture.levels.empty()) return;

@@ -10,6 +10,7 @@
 namespace tolvane {
 
 struct WorldImagery;
+class TileImages;
 
 // The user's own ways of writing a date and a time of day; the window asks
 // the desktop's locale.
@@ -33,6 +34,9 @@ struct ViewContext {
     // The World Map's pictures of the earth; without them it draws only
     // its graticule.
     const WorldImagery* worldImagery = nullptr;
+    // The tiles of the user's tile maps that are in memory, drawn on the
+    // World Map over its pictures; none without tile maps.
+    const TileImages* tiles = nullptr;
 };
 
 }  // namespace tolvane

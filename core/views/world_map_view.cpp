@@ -6,6 +6,7 @@
 
 #include "core/base/string_manager.h"
 #include "core/placement/map_placement.h"
+#include "core/placement/tile_placement.h"
 #include "core/placement/world_map_placement.h"
 #include "core/views/instrument_parts.h"
 #include "core/views/map_layers.h"
@@ -63,6 +64,71 @@ void DrawWorldPicture(Canvas& canvas, const Image& picture, const WorldBox& worl
                       ClampCoordinate(world.left + right * perColumn),
                       ClampCoordinate(world.top + bottom * perRow)};
     canvas.DrawImage(picture, {left, top, right, bottom}, target);
+}
+
+// Draws a strip of a tile from its stand-in: the source rows are widened
+// to whole pixels of the picture, and the screen box with them, so that a
+// small part of a larger tile lands where it belongs.
+void DrawTileStrip(Canvas& canvas, const TileStandIn& standIn, const TilePiece& piece,
+                   const TileStrip& strip, double brightness) {
+    const Image& picture = *standIn.picture;
+    const double left = standIn.left * picture.width;
+    const double right = (standIn.left + standIn.side) * picture.width;
+    const double top = (standIn.top + strip.top * standIn.side) * picture.height;
+    const double bottom = (standIn.top + strip.bottom * standIn.side) * picture.height;
+    const Rect source{static_cast<int>(std::floor(left)), static_cast<int>(std::floor(top)),
+                      static_cast<int>(std::ceil(right)), static_cast<int>(std::ceil(bottom))};
+    if (source.Width() <= 0 || source.Height() <= 0) return;
+    const double perColumn = (piece.right - piece.left) / (right - left);
+    const double perRow = (strip.screenBottom - strip.screenTop) / (bottom - top);
+    const int screenLeft = ClampCoordinate(piece.left + (source.left - left) * perColumn);
+    const int screenRight = ClampCoordinate(piece.right + (source.right - right) * perColumn);
+    const int screenTop = ClampCoordinate(strip.screenTop + (source.top - top) * perRow);
+    const int screenBottom =
+        ClampCoordinate(strip.screenBottom + (source.bottom - bottom) * perRow);
+    canvas.DrawImageMapped(picture, source, {screenLeft, screenTop}, {screenRight, screenTop},
+                           {screenLeft, screenBottom}, brightness);
+}
+
+// The tiles of the user's tile maps over the pictures of the earth, each
+// from its own picture or, while that is not here, from a larger tile above
+// it; where neither is here the earth's picture shows. True when the map is
+// at the tiles' scale.
+bool DrawTiles(Canvas& canvas, const ViewContext& context,
+               const std::vector<MapPlacement>& copies) {
+    const AppState& app = context.app;
+    if (context.tiles == nullptr || copies.empty()) return false;
+    const int z = DrawnTileZoom(app, copies.front());
+    if (z < 0) return false;
+    const double brightness = app.options.nightView != 0 ? kNightPictureBrightness : 1.0;
+    for (const MapPlacement& copy : copies) {
+        for (const TilePiece& piece : TilesInView(app, copy, context.layout.body, z)) {
+            const TileStandIn standIn =
+                FindTileStandIn(*context.tiles, piece.key, app.tileZooms.lowest);
+            if (standIn.picture == nullptr) continue;
+            for (const TileStrip& strip : piece.strips) {
+                DrawTileStrip(canvas, standIn, piece, strip, brightness);
+            }
+        }
+    }
+    return true;
+}
+
+// The tile maps' attribution, as their licences ask, in small type at the
+// map's foot, its bottom at foot.
+void DrawAttribution(Canvas& canvas, const ViewContext& context, int foot) {
+    const std::string& text = context.tiles->attribution;
+    if (text.empty()) return;
+    const Rect& body = context.layout.body;
+    const Font font{std::max(8, context.layout.barHeight * 2 / 5), 400};
+    const int pad = font.height / 4;
+    const TextSize size = canvas.MeasureText(text, font);
+    const int width = std::min(size.width, body.Width() - 2 * pad);
+    const Rect box{body.right - width - 2 * pad, foot - size.height - 2 * pad, body.right, foot};
+    const Palette& palette = PaletteOf(context);
+    canvas.DrawRectangle(box, palette.panel, kNoColor);
+    canvas.DrawText(text, font, {box.left + pad, box.top + pad, box.right - pad, box.bottom - pad},
+                    kAlignRight | kAlignVCenter, palette.label);
 }
 
 const Image* PictureOf(const ViewContext& context) {
@@ -180,8 +246,9 @@ void DrawMissingNote(Canvas& canvas, const ViewContext& context) {
     PaintLine(canvas, note, Font{height * 3 / 5, 400}, box, kAlignCenter, PaletteOf(context).label);
 }
 
-// What the arrow keys do now, in the map's bottom right corner.
-void DrawArrowMode(Canvas& canvas, const ViewContext& context) {
+// What the arrow keys do now, in the map's bottom right corner; returns
+// the top of its box.
+int DrawArrowMode(Canvas& canvas, const ViewContext& context) {
     const Rect& body = context.layout.body;
     const std::string text = context.app.mapKeys.zoomMode ? "\u21F3 Zoom" : "\u2725 Pan";
     const Font font{std::max(8, context.layout.barHeight / 2), 600};
@@ -192,6 +259,7 @@ void DrawArrowMode(Canvas& canvas, const ViewContext& context) {
     const Palette& palette = PaletteOf(context);
     canvas.DrawRectangle(box, palette.panel, palette.panelEdge);
     canvas.DrawText(text, font, box, kAlignCenter, palette.label);
+    return box.top;
 }
 
 }  // namespace
@@ -207,11 +275,14 @@ void PaintWorldMapView(Canvas& canvas, const ViewContext& context) {
             DrawWorldPicture(canvas, *picture, WorldBoxOf(copy, context.app), body);
         }
     }
+    const bool tiled = DrawTiles(canvas, context, copies);
     if (!copies.empty()) DrawGraticule(canvas, context, copies.front());
     for (const MapPlacement& copy : copies) DrawMapLayers(canvas, context, copy);
     if (!copies.empty()) DrawScaleBar(canvas, context, copies.front());
-    DrawArrowMode(canvas, context);
-    if (picture == nullptr) DrawMissingNote(canvas, context);
+    const int arrowModeTop = DrawArrowMode(canvas, context);
+    if (tiled) DrawAttribution(canvas, context, arrowModeTop);
+    // Where tiles are drawn, the pictures of the earth are not missed.
+    if (picture == nullptr && !tiled) DrawMissingNote(canvas, context);
     canvas.ResetClip();
     PaintCoordinateStrip(canvas, context);
 }

@@ -8,21 +8,21 @@
 #include "formats/png_rows.h"
 
 namespace tolvane::shell {
-namespace {
 
-// The picture's pixels as 0xRRGGBB words.
-Image ToImage(const QImage& picture) {
-    Image image;
-    image.width = picture.width();
-    image.height = picture.height();
+Image ImageFromQt(const QImage& picture) {
+    const bool alpha = picture.format() == QImage::Format_ARGB32;
+    const std::uint32_t mask = alpha ? 0xFFFFFFFFu : 0xFFFFFFu;
+    Image image{picture.width(), picture.height(), {}, alpha};
     image.pixels.resize(static_cast<std::size_t>(image.width) * image.height);
     for (int y = 0; y < image.height; ++y) {
         const auto* line = reinterpret_cast<const std::uint32_t*>(picture.constScanLine(y));
         std::uint32_t* row = image.pixels.data() + static_cast<std::size_t>(y) * image.width;
-        for (int x = 0; x < image.width; ++x) row[x] = line[x] & 0xFFFFFFu;
+        for (int x = 0; x < image.width; ++x) row[x] = line[x] & mask;
     }
     return image;
 }
+
+namespace {
 
 // A picture that is read neither scaled (as JPEG is) nor a row at a time
 // (as PNG is) is decoded whole in its own pixel format; together with the
@@ -41,7 +41,7 @@ void AddSmallerLevels(MapPicture& picture, QImage level, const LoadProgress& pro
     const int steps = LevelCount(level.width(), level.height()) + 1;
     progress(1, steps);
     for (int done = 2; done <= steps; ++done) {
-        picture.levels.push_back(ToImage(level));
+        picture.levels.push_back(ImageFromQt(level));
         progress(done, steps);
         if (done == steps) break;
         level = level.scaled(std::max(1, level.width() / 2), std::max(1, level.height() / 2),

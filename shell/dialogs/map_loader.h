@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QImage>
 #include <QObject>
 #include <QString>
 #include <QThread>
@@ -20,6 +21,10 @@ using LoadProgress = std::function<void(int done, int steps)>;
 // smallest level. Null when the file is no picture that can be read, or
 // would take more than 200 MB decoded. Safe on any thread.
 std::shared_ptr<MapPicture> ReadMapPicture(const QString& path, const LoadProgress& progress);
+
+// The pixels of a picture in QImage's RGB32 format as the core's picture
+// of 0xRRGGBB words, or of one in its ARGB32 format as 0xAARRGGBB words.
+Image ImageFromQt(const QImage& picture);
 
 // Reads map pictures on a thread of their own, so that the window keeps
 // painting while a large scan loads; progress and the result arrive on the
