@@ -2,7 +2,6 @@
 
 #include <gtest/gtest.h>
 #include <png.h>
-#include <sqlite3.h>
 
 #include <cmath>
 #include <cstdlib>
@@ -13,6 +12,7 @@
 #include <vector>
 
 #include "tests/core/test_support.h"
+#include "tests/formats/mbtiles_writer.h"
 #include "tests/tools/shell_command.h"
 
 namespace tolvane {
@@ -57,45 +57,6 @@ std::string TilePng(int z, int x, int y) {
     return Png(kSide, kSide, TileColour(z, x, y));
 }
 
-// An SQLite database the test writes, as a map tool would.
-class Database {
-  public:
-    explicit Database(const std::string& path) { sqlite3_open(path.c_str(), &database_); }
-    ~Database() { sqlite3_close(database_); }
-    Database(const Database&) = delete;
-    Database& operator=(const Database&) = delete;
-
-    void Run(const std::string& sql) {
-        char* error = nullptr;
-        EXPECT_EQ(sqlite3_exec(database_, sql.c_str(), nullptr, nullptr, &error), SQLITE_OK)
-            << (error != nullptr ? error : "");
-        sqlite3_free(error);
-    }
-
-    void MakeMbtilesTables() {
-        Run("CREATE TABLE metadata (name TEXT, value TEXT);"
-            "CREATE TABLE tiles (zoom_level INTEGER, tile_column INTEGER, tile_row INTEGER,"
-            " tile_data BLOB);"
-            "CREATE UNIQUE INDEX tile_index ON tiles (zoom_level, tile_column, tile_row);");
-    }
-
-    void AddTile(int z, int x, int tmsRow, const std::string& bytes) {
-        sqlite3_stmt* insert = nullptr;
-        sqlite3_prepare_v2(database_, "INSERT INTO tiles VALUES (?, ?, ?, ?)", -1, &insert,
-                           nullptr);
-        sqlite3_bind_int(insert, 1, z);
-        sqlite3_bind_int(insert, 2, x);
-        sqlite3_bind_int(insert, 3, tmsRow);
-        sqlite3_bind_blob(insert, 4, bytes.data(), static_cast<int>(bytes.size()),
-                          SQLITE_TRANSIENT);
-        EXPECT_EQ(sqlite3_step(insert), SQLITE_DONE);
-        sqlite3_finalize(insert);
-    }
-
-  private:
-    sqlite3* database_ = nullptr;
-};
-
 // The same tiles of zooms 0 to 2 as an MBTiles file (rows from the south)
 // and as a folder (rows from the north), with a few things beside the zoom
 // folders that a folder of a real tool may hold.
@@ -105,7 +66,7 @@ struct TestMaps {
     std::string tileFolder = folder.File("Walk Tiles");
 
     TestMaps() {
-        Database database(mbtiles);
+        testing::MbtilesWriter database(mbtiles);
         database.MakeMbtilesTables();
         database.Run(
             "BEGIN; INSERT INTO metadata VALUES ('name', 'Demo walk'),"
@@ -186,7 +147,7 @@ TEST(TileSourceTest, AnMbtilesFileCoversItsBoundsAndSkipsATileTooBigToHold) {
     testing::TemporaryFolder folder;
     const std::string path = folder.File("harbour.mbtiles");
     {
-        Database database(path);
+        testing::MbtilesWriter database(path);
         database.MakeMbtilesTables();
         // The north-east of the world between the equator and 60 degrees.
         database.Run("INSERT INTO metadata VALUES ('bounds', '0.5, 0.5, 90, 60')");
@@ -220,13 +181,13 @@ TEST(TileSourceTest, BadMapsSayWhatIsWrongAndADamagedOneGivesNoTile) {
     testing::WriteFileBytes(folder.File("notes.mbtiles"), std::string(2048, 'n'));
     EXPECT_EQ(problem(folder.File("notes.mbtiles")),
               std::pair(TileSourceProblem::kNotSqlite, std::string("file is not a database")));
-    Database(folder.File("other.sqlite")).Run("CREATE TABLE points (name TEXT)");
+    testing::MbtilesWriter(folder.File("other.sqlite")).Run("CREATE TABLE points (name TEXT)");
     EXPECT_EQ(problem(folder.File("other.sqlite")),
               std::pair(TileSourceProblem::kNotMbtiles, std::string("no such table: tiles")));
     fs::create_directories(folder.File("empty/tiles"));
     EXPECT_EQ(problem(folder.File("empty")).first, TileSourceProblem::kNoTiles);
     {
-        Database database(folder.File("no tiles.mbtiles"));
+        testing::MbtilesWriter database(folder.File("no tiles.mbtiles"));
         database.MakeMbtilesTables();
     }
     EXPECT_EQ(problem(folder.File("no tiles.mbtiles")).first, TileSourceProblem::kNoTiles);
@@ -236,7 +197,7 @@ TEST(TileSourceTest, BadMapsSayWhatIsWrongAndADamagedOneGivesNoTile) {
 
     // A view that never ends is stopped rather than holding the thread.
     {
-        Database database(folder.File("endless.mbtiles"));
+        testing::MbtilesWriter database(folder.File("endless.mbtiles"));
         database.Run(
             "CREATE TABLE metadata (name TEXT, value TEXT);"
             "INSERT INTO metadata VALUES ('minzoom', '0'), ('maxzoom', '0');"
