@@ -41,7 +41,10 @@ class TileLayer final : public QObject {
     Q_OBJECT
 
   public:
-    static constexpr std::size_t kTileMemoryBudget = 64 * 1024 * 1024;
+    // 160 tiles of 256 pixels, six screens of a 1280 x 800 window: enough
+    // to pan back without reading again, and the program stays under
+    // 120 MB with the budget full.
+    static constexpr std::size_t kTileMemoryBudget = 40 * 1024 * 1024;
 
     explicit TileLayer(QObject* parent = nullptr);
     ~TileLayer() override;
