@@ -89,6 +89,7 @@ class MainWindow final : public QWidget, public HostWindow {
     QWidget* Widget() override { return this; }
     void RepaintNow() override;
     void CloseForGood() override;
+    void Relabel() override;
 
     // Shows the window in front of the others, as a second start asks.
     void BringForward();
