@@ -26,6 +26,7 @@
 
 #include "core/app/commands.h"
 #include "core/app/map_commands.h"
+#include "core/app/options_form.h"
 #include "core/base/string_manager.h"
 #include "core/data/options.h"
 #include "core/gps/port_source.h"
@@ -432,8 +433,9 @@ int WidestMenu(QMenu& menu) {
     return widest;
 }
 
-// LANG=de_DE.UTF-8 starts the window in German; the menus of every shipped
-// language open no wider than a 240 pixel handheld's screen.
+// LANG=de_DE.UTF-8 starts the window in German, Options > Language changes
+// it at once, and the menus of every shipped language open no wider than a
+// 240 pixel handheld's screen.
 void WindowTest::AGermanLocaleSpeaksGermanAndEveryLanguagesMenusFitAHandheld() {
     for (const char* code : {"DEU", "FRA", "ESP", "CHS"}) {
         const QString name = QStringLiteral("tolvane_%1.dat").arg(QLatin1String(code));
@@ -451,6 +453,12 @@ void WindowTest::AGermanLocaleSpeaksGermanAndEveryLanguagesMenusFitAHandheld() {
     FillMenu(german, BuildCommandMenu(program.Core()));
     QCOMPARE(FindAction(german, kCommandStartGps)->text(), QStringLiteral("GPS starten\t[0]"));
     QCOMPARE(FindAction(german, kCommandEnableLogger)->text(), QStringLiteral("Track aufzeichnen"));
+    // Options > Language relabels the soft keys at once.
+    OptionsForm form = OpenOptionsForm(program.Core().app);
+    form.language = 5;
+    ApplyOptionsForm(program.Core(), form);
+    QCOMPARE(keys[0]->text(), QStringLiteral("视图"));
+    QCOMPARE(keys[1]->text(), QStringLiteral("菜单"));
 
     constexpr int kHandheldWidth = 240;
     for (const char* code : {"ENU", "DEU", "FRA", "ESP", "CHS"}) {
