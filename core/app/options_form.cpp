@@ -43,14 +43,16 @@ std::vector<std::string> LanguageEntries(std::uint32_t firstId, int count) {
 
 std::vector<std::string> LanguageChoiceEntries() {
     std::vector<std::string> entries = {LanguageText(kTextAutomaticLanguage)};
-    for (const ShippedLanguage& language : ShippedLanguages()) entries.emplace_back(language.ownName);
+    for (const ShippedLanguage& language : ShippedLanguages())
+        entries.emplace_back(language.ownName);
     return entries;
 }
 
 int LanguageChoiceIndex(const std::string& code) {
     const std::span<const ShippedLanguage> languages = ShippedLanguages();
-    const auto found = std::find_if(languages.begin(), languages.end(),
-                                    [&](const ShippedLanguage& entry) { return entry.code == code; });
+    const auto found =
+        std::find_if(languages.begin(), languages.end(),
+                     [&](const ShippedLanguage& entry) { return entry.code == code; });
     return found == languages.end() ? 0 : static_cast<int>(found - languages.begin()) + 1;
 }
 

@@ -91,8 +91,8 @@ bool StartTimers(Program& program) {
 }  // namespace
 
 std::string ChosenLanguage(const std::string& setting) {
-    const std::string_view locale = MessagesLocale(Environment("LC_ALL"),
-                                                   Environment("LC_MESSAGES"), Environment("LANG"));
+    const std::string_view locale =
+        MessagesLocale(Environment("LC_ALL"), Environment("LC_MESSAGES"), Environment("LANG"));
     return ChooseLanguageCode(setting, Environment("TOLVANE_LANGUAGE"), locale);
 }
 

@@ -49,7 +49,8 @@ bool IsTraditionalChinese(std::string_view rest) {
             kTraditionalChinese.end()) {
             return true;
         }
-        rest = underscore == std::string_view::npos ? std::string_view() : rest.substr(underscore + 1);
+        rest =
+            underscore == std::string_view::npos ? std::string_view() : rest.substr(underscore + 1);
     }
     return false;
 }

@@ -464,7 +464,8 @@ void WindowTest::AGermanLocaleSpeaksGermanAndEveryLanguagesMenusFitAHandheld() {
     constexpr int kHandheldWidth = 240;
     for (const char* code : {"ENU", "DEU", "FRA", "ESP", "CHS"}) {
         QVERIFY(CStringManager::GetInstance().Load(code));
-        for (const MenuItem& item : {BuildViewsMenu(program.Core()), BuildCommandMenu(program.Core())}) {
+        for (const MenuItem& item :
+             {BuildViewsMenu(program.Core()), BuildCommandMenu(program.Core())}) {
             QMenu menu;
             FillMenu(menu, item);
             const int widest = WidestMenu(menu);

@@ -42,7 +42,8 @@ std::string Frame(const std::string& text) {
     }
     const auto count = [&](const std::string& what) {
         std::size_t n = 0;
-        for (std::size_t at = text.find(what); at != std::string::npos; at = text.find(what, at + 1))
+        for (std::size_t at = text.find(what); at != std::string::npos;
+             at = text.find(what, at + 1))
             ++n;
         return std::to_string(n);
     };
@@ -69,7 +70,8 @@ TEST(LanguageSourcesTest, EveryLanguageHasTheEnglishIdsAndPlaceholders) {
             }
         }
         for (const auto& [id, text] : translated) {
-            EXPECT_TRUE(english.contains(id)) << name << " has id " << id << " that english.txt lacks";
+            EXPECT_TRUE(english.contains(id))
+                << name << " has id " << id << " that english.txt lacks";
         }
     }
 }
