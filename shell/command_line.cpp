@@ -149,7 +149,13 @@ QString UsageText() {
         "socket or a modem through ModemManager. The first start looks for one by\n"
         "itself and says which it chose. The Menu soft key holds\n"
         "Options, Track Interval, Speed Alarm, the waypoints and POI, destination\n"
-        "lists, GPX import and View Log File.\n");
+        "lists, GPX import and View Log File.\n"
+        "\n"
+        "Language: English, Deutsch, Français, Español or 简体中文 (Simplified\n"
+        "Chinese). Options > Language chooses one; while it says Automatic, the\n"
+        "variable TOLVANE_LANGUAGE (ENU, DEU, FRA, ESP or CHS) decides, and without\n"
+        "it the desktop's locale (the first set of LC_ALL, LC_MESSAGES and LANG,\n"
+        "e.g. LANG=de_DE.UTF-8). Every other language reads English.\n");
 }
 
 }  // namespace tolvane::shell

@@ -1,5 +1,6 @@
 #include <QApplication>
 #include <QIcon>
+#include <clocale>
 #include <iostream>
 
 #include "platform/program_location.h"
@@ -36,6 +37,11 @@ int main(int argc, char** argv) {
     // platform whatever the session offers.
     if (!line.screenshotFolder.isEmpty()) qputenv("QT_QPA_PLATFORM", "offscreen");
     QApplication application(argc, argv);
+    // Qt takes the whole locale of the desktop, numbers included; the
+    // program's coordinates, speeds and files keep the decimal point in
+    // every language, so the C library goes on printing and reading them
+    // the C way.
+    std::setlocale(LC_NUMERIC, "C");
     if (!line.screenshotFolder.isEmpty()) return tolvane::shell::RunScreenshots(line);
     // The desktop matches the window to its desktop entry and icon by name.
     QGuiApplication::setDesktopFileName(QStringLiteral("org.tolvane.Tolvane"));

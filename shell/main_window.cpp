@@ -271,6 +271,13 @@ void MainWindow::RepaintNow() {
     views_->repaint();
 }
 
+void MainWindow::Relabel() {
+    setWindowTitle(QString::fromStdString(program_.title));
+    softKeys_->SetTexts(QString::fromStdString(SoftKeyText(kCommandLeftSoftKey)),
+                        QString::fromStdString(SoftKeyText(kCommandRightSoftKey)));
+    RepaintNow();
+}
+
 void MainWindow::CloseForGood() {
     closingForGood_ = true;
     // Closed from the event loop, not from inside the Exit command that

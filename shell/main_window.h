@@ -97,6 +97,7 @@ class MainWindow final : public QWidget, public HostWindow {
     void RepaintNow() override;
     void CloseForGood() override;
     void ReloadTileSources() override { views_->ReloadTileSources(); }
+    void Relabel() override;
 
     // Shows the window in front of the others, as a second start asks.
     void BringForward();

@@ -78,6 +78,10 @@ void QtHost::Repaint() {
     if (window_ != nullptr) window_->RepaintNow();
 }
 
+void QtHost::Relabel() {
+    if (window_ != nullptr) window_->Relabel();
+}
+
 void QtHost::NotifyRmcParsed() {
     // Runs on the port reader's thread. The once-a-second timer already
     // reads every parsed fix, so the notice only wakes the user-interface

@@ -29,6 +29,8 @@ class HostWindow {
     virtual void CloseForGood() = 0;
     // Opens the tile maps of the settings again.
     virtual void ReloadTileSources() = 0;
+    // Shows the title and soft keys of the language now loaded.
+    virtual void Relabel() = 0;
 };
 
 // The core's host in the window: message boxes over the main window, timers
@@ -56,6 +58,7 @@ class QtHost final : public QObject, public Host {
     SaveAnswer AskSaveDiscardCancel(const std::string& text, const std::string& caption) override;
     std::string ChooseDestinationFile(const std::string& suggestion) override;
     void Repaint() override;
+    void Relabel() override;
     void ResetIdleTimer() override { screenSaver_.SimulateUserActivity(); }
     void NotifyRmcParsed() override;
     void HoldScreenOn() override { screenSaver_.Hold(); }

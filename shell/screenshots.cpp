@@ -142,9 +142,12 @@ int PlayAndPaint(const std::string& recording, const Options& options, int at,
 }  // namespace
 
 int RunScreenshots(const CommandLine& line) {
-    if (!CStringManager::GetInstance().Load(kLanguageEnglish, kSubLanguageEnglishUs)) {
-        std::cerr << "tolvane: cannot load the language file "
-                  << LanguageFilePath(kLanguageEnglish, kSubLanguageEnglishUs) << '\n';
+    // The pictures speak the language the window would, short of a choice
+    // in Options, which belongs to the settings of a window's run.
+    const std::string language = LanguageToLoad({});
+    if (!CStringManager::GetInstance().Load(language)) {
+        std::cerr << "tolvane: cannot load the language file " << LanguageFilePath(language)
+                  << '\n';
     }
     headless::RunSettings settings;
     settings.optionsFile = line.optionsFile.toStdString();

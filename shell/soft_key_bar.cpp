@@ -69,6 +69,11 @@ SoftKeyBar::SoftKeyBar(const QString& leftText, MenuBuilder left, const QString&
     connect(right_, &QToolButton::clicked, this, &SoftKeyBar::OpenRight);
 }
 
+void SoftKeyBar::SetTexts(const QString& leftText, const QString& rightText) {
+    left_->setText(leftText);
+    right_->setText(rightText);
+}
+
 void SoftKeyBar::FollowNightView(bool night) {
     if (night == night_) return;
     night_ = night;

@@ -36,6 +36,9 @@ class SoftKeyBar final : public QWidget {
     // by day, the night palette's dark bar at night.
     void FollowNightView(bool night);
 
+    // The keys' texts in the language now loaded.
+    void SetTexts(const QString& leftText, const QString& rightText);
+
     // The menu the bar shows now, for tests and for the keyboard; null when
     // none is open.
     QMenu* OpenMenu() const { return openMenu_; }

@@ -70,6 +70,10 @@ class Host {
     virtual std::string ChooseDestinationFile(const std::string& suggestion) = 0;
     // Invalidates the main window and repaints it at once.
     virtual void Repaint() = 0;
+    // The language changed: the window's title and soft keys take their
+    // texts again and the view is repainted. A host without them keeps
+    // quiet.
+    virtual void Relabel() {}
     // Keeps the machine from blanking the screen or suspending.
     virtual void ResetIdleTimer() = 0;
     // Called on the port reader thread after an RMC sentence was parsed;

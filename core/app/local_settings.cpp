@@ -6,6 +6,8 @@
 #include <fstream>
 #include <system_error>
 
+#include "core/base/language_choice.h"
+
 namespace tolvane {
 namespace {
 
@@ -14,6 +16,7 @@ constexpr std::string_view kBluetoothChannelName = "bluetooth-channel";
 constexpr std::string_view kReceiverName = "receiver";
 constexpr std::string_view kGnssShareSocketName = "gnss-share-socket";
 constexpr std::string_view kTileSourceName = "tile-source";
+constexpr std::string_view kLanguageName = "language";
 constexpr std::string_view kGnssShareValue = "gnss-share";
 constexpr std::string_view kModemManagerValue = "modem-manager";
 constexpr std::string_view kPortTableValue = "port";
@@ -56,6 +59,15 @@ void ReadSetting(std::string_view line, AppState& app) {
     if (name == kTileSourceName && value.starts_with('/')) {
         app.runtime.tileSources.emplace_back(value);
     }
+    if (name == kLanguageName && IsShippedLanguage(value)) app.runtime.language = value;
+}
+
+// The language line, only while a language is chosen: its absence is the
+// automatic choice.
+std::string LanguageLine(const std::string& language) {
+    if (language.empty()) return {};
+    return "# language: the language chosen in Options (ENU, DEU, FRA, ESP, CHS).\n" +
+           std::string(kLanguageName) + " = " + language + "\n";
 }
 
 // One line for each tile map, in order. A path with a line break in it
@@ -113,7 +125,7 @@ std::string LocalSettingsText(const AppState& app) {
            "\n" + std::string(kGnssShareSocketName) + " = " + app.runtime.gnssShareSocket + "\n" +
            "# tile-source: a tile map, an MBTiles file or a folder of z/x/y tiles; the\n"
            "# first in this order that covers a place is drawn there.\n" +
-           TileSourceLines(app.runtime.tileSources);
+           TileSourceLines(app.runtime.tileSources) + LanguageLine(app.runtime.language);
 }
 
 void LoadLocalSettings(Program& program) {

@@ -21,6 +21,9 @@ namespace tolvane {
 //   tile-source = /path/to/map.mbtiles   a tile map, an MBTiles file or a
 //                           tile folder; one line for each, in the order
 //                           they are asked for a tile
+//   language = DEU          the language chosen in the Options dialog: ENU,
+//                           DEU, FRA, ESP or CHS; missing: the desktop's
+//                           locale decides
 inline constexpr char kLocalSettingsFileName[] = "tolvane.conf";
 
 // The file's path: beside the settings record at optionsPath.
@@ -33,7 +36,8 @@ void ReadLocalSettings(std::string_view text, AppState& app);
 // The file's text for the settings of app.
 std::string LocalSettingsText(const AppState& app);
 
-// Start-up reads the file once, after the settings record.
+// Start-up reads the file once, before the language file, which it may
+// choose.
 void LoadLocalSettings(Program& program);
 
 // Writes the file for the present settings; a dialog calls it when one of

@@ -5,8 +5,10 @@
 #include <charconv>
 #include <limits>
 
+#include "core/app/local_settings.h"
 #include "core/app/shutdown.h"
 #include "core/app/startup.h"
+#include "core/base/language_choice.h"
 #include "core/base/number_fields.h"
 #include "core/base/string_manager.h"
 #include "core/base/text_encoding.h"
@@ -37,6 +39,35 @@ std::vector<std::string> LanguageEntries(std::uint32_t firstId, int count) {
     std::vector<std::string> entries;
     for (int i = 0; i < count; ++i) entries.push_back(LanguageText(firstId + i));
     return entries;
+}
+
+std::vector<std::string> LanguageChoiceEntries() {
+    std::vector<std::string> entries = {LanguageText(kTextAutomaticLanguage)};
+    for (const ShippedLanguage& language : ShippedLanguages())
+        entries.emplace_back(language.ownName);
+    return entries;
+}
+
+int LanguageChoiceIndex(const std::string& code) {
+    const std::span<const ShippedLanguage> languages = ShippedLanguages();
+    const auto found =
+        std::find_if(languages.begin(), languages.end(),
+                     [&](const ShippedLanguage& entry) { return entry.code == code; });
+    return found == languages.end() ? 0 : static_cast<int>(found - languages.begin()) + 1;
+}
+
+std::string LanguageChoiceCode(int index) {
+    const std::span<const ShippedLanguage> languages = ShippedLanguages();
+    if (index < 1 || index > static_cast<int>(languages.size())) return {};
+    return languages[static_cast<std::size_t>(index - 1)].code;
+}
+
+void ApplyLanguage(Program& program, int choice) {
+    const std::string code = LanguageChoiceCode(choice);
+    if (code == program.app.runtime.language) return;
+    program.app.runtime.language = code;
+    SaveLocalSettings(program);
+    SwitchLanguage(program);
 }
 
 std::vector<std::string> CoordinateFormatEntries() {
@@ -143,6 +174,7 @@ OptionsForm OpenOptionsForm(const AppState& app) {
     form.minimumSpeed = FieldText(options.minimumSpeed);
     form.dataProcessor = options.dataProcessor;
     form.logNmea = options.logNmea != 0;
+    form.language = LanguageChoiceIndex(app.runtime.language);
     return form;
 }
 
@@ -158,6 +190,8 @@ std::vector<std::string> OptionsComboEntries(OptionsCombo combo) {
             return LanguageEntries(kTextFirstVoiceEngine, kVoiceEngineCount);
         case OptionsCombo::kDataProcessor:
             return LanguageEntries(kTextFirstDataProcessor, kDataProcessorCount);
+        case OptionsCombo::kLanguage:
+            return LanguageChoiceEntries();
     }
     return {};
 }
@@ -224,6 +258,7 @@ void ApplyOptionsForm(Program& program, const OptionsForm& form) {
     ApplyNmeaLog(program, nmeaWasOn, storageChanged);
     ApplyBacklight(program);
     SaveProgramSettings(program);
+    ApplyLanguage(program, form.language);
     program.host.Repaint();
 }
 

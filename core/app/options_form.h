@@ -36,6 +36,8 @@ inline constexpr std::uint32_t kTextPageGuidance = 10663;  // the menu's "Go To"
 inline constexpr std::uint32_t kTextPageGps = 14125;
 inline constexpr std::uint32_t kTextCancel = 14126;
 inline constexpr std::uint32_t kTextSleepNote = 14127;
+inline constexpr std::uint32_t kTextLanguage = 14140;
+inline constexpr std::uint32_t kTextAutomaticLanguage = 14141;
 inline constexpr std::uint32_t kTextOk = 12506;
 inline constexpr std::uint32_t kTextFirstUnitSystem = 10813;  // three entries
 inline constexpr std::uint32_t kTextVoiceTestSentence = 10866;
@@ -52,7 +54,9 @@ enum class OptionsCombo {
     kCoordinateFormat,
     kTrackLogFormat,
     kVoiceEngine,
-    kDataProcessor
+    kDataProcessor,
+    // "Automatic", then each shipped language named in itself.
+    kLanguage
 };
 
 // Every control of the dialog as the user leaves it; the dialog opens with
@@ -74,6 +78,7 @@ struct OptionsForm {
     std::string minimumSpeed;
     int dataProcessor = 0;
     bool logNmea = false;
+    int language = 0;  // 0: automatic, else the shipped language before it
 };
 
 // The form of the current settings, with the test sentence of the language
@@ -119,7 +124,8 @@ bool SameStorageLocation(const std::string& a, const std::string& b);
 // numbers, storage location with its folders and waypoint file, the
 // indices, the track log format, the NMEA log, the backlight), restarting
 // the track file and the NMEA log where the running GPS needs it, and saves
-// Options.dat.
+// Options.dat. A changed language is kept in the settings file beside it
+// and spoken at once.
 void ApplyOptionsForm(Program& program, const OptionsForm& form);
 
 }  // namespace tolvane

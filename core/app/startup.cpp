@@ -1,6 +1,7 @@
 #include "core/app/startup.h"
 
 #include <algorithm>
+#include <cstdlib>
 #include <filesystem>
 #include <system_error>
 #include <vector>
@@ -9,6 +10,7 @@
 #include "core/app/local_settings.h"
 #include "core/app/main_timer.h"
 #include "core/app/menu_model.h"
+#include "core/base/language_choice.h"
 #include "core/base/string_manager.h"
 #include "core/data/geo_point_file.h"
 #include "core/data/point_collection.h"
@@ -20,6 +22,12 @@ namespace fs = std::filesystem;
 
 constexpr int kTimerMilliseconds = 1000;
 constexpr int kSmallLayoutFontHeight = 15;
+
+// An environment variable's value; empty when it is not set.
+std::string_view Environment(const char* name) {
+    const char* value = std::getenv(name);
+    return value == nullptr ? std::string_view() : std::string_view(value);
+}
 
 bool Exists(const std::string& path) {
     std::error_code error;
@@ -82,18 +90,39 @@ bool StartTimers(Program& program) {
 
 }  // namespace
 
-bool LoadLanguageStrings(Host& host) {
-    if (CStringManager::GetInstance().Load(kLanguageEnglish, kSubLanguageEnglishUs)) return true;
+std::string ChosenLanguage(const std::string& setting) {
+    const std::string_view locale =
+        MessagesLocale(Environment("LC_ALL"), Environment("LC_MESSAGES"), Environment("LANG"));
+    return ChooseLanguageCode(setting, Environment("TOLVANE_LANGUAGE"), locale);
+}
+
+std::string LanguageToLoad(const std::string& setting) {
+    // A language without a file of its own reads English, without a word:
+    // a locale of a language the program does not speak is no fault.
+    const std::string code = ChosenLanguage(setting);
+    return Exists(LanguageFilePath(code)) ? code : kEnglishLanguageCode;
+}
+
+bool LoadLanguageStrings(Host& host, const std::string& setting) {
+    if (CStringManager::GetInstance().Load(LanguageToLoad(setting))) return true;
     host.ShowMessage(kLanguageLoadFailedText, kFixedProductName, MessageIcon::kStop);
     return false;
 }
 
+void SwitchLanguage(Program& program) {
+    LoadLanguageStrings(program.host, program.app.runtime.language);
+    program.title = ProductTitle();
+    program.host.Relabel();
+}
+
 bool StartBeforeWindow(Program& program, InstanceLock& lock) {
-    LoadLanguageStrings(program.host);
+    // The settings of the file beside the record are none of the record's,
+    // so reading them first changes nothing but the language they choose.
+    LoadLocalSettings(program);
+    LoadLanguageStrings(program.host, program.app.runtime.language);
     program.title = ProductTitle();
     if (!ActivatePreviousInstance(lock, kInstanceName, program.title).MayStart()) return false;
     LoadOptionsAtStartup(program.files.optionsPath, program.app.options, program.app.runtime);
-    LoadLocalSettings(program);
     return true;
 }
 

@@ -25,18 +25,34 @@ inline constexpr int kSquareScreenSide = 320;
 inline constexpr int kSquareScreenDpi = 110;
 
 // The order of start-up, as the shell runs it:
-//   1. StartBeforeWindow: the language file, the title, the single-instance
-//      check and the settings. False ends the start silently.
+//   1. StartBeforeWindow: the settings file beside the record (it may
+//      choose the language), the language file, the title, the
+//      single-instance check and the settings record. False ends the start
+//      silently.
 //   2. The shell reads the screen, calls PrepareWindow and creates its
 //      window with the soft keys, fonts and layout it returns.
 //   3. StartAfterWindow: the replays of night view and full screen, the
 //      screen kept on, both timers, the data folders, the point lists and
 //      the GPS start. False ends the program (the main timer failed).
 
-// The first step of start-up: loads the English language file beside the
-// program and, when that fails, says so once and carries on with an empty
-// table. Returns whether the file loaded.
-bool LoadLanguageStrings(Host& host);
+// The language the program speaks: the Options dialog's choice (setting, a
+// code or empty), else the code in TOLVANE_LANGUAGE, else the language of
+// the desktop's locale (LC_ALL, LC_MESSAGES, LANG).
+std::string ChosenLanguage(const std::string& setting);
+
+// The code of the language file to read: the chosen language's, or ENU when
+// that language has no file beside the program.
+std::string LanguageToLoad(const std::string& setting);
+
+// The first step of start-up: loads the language file of the chosen
+// language beside the program, the English one when that language has
+// none, and when even that fails says so once and carries on with an empty
+// table (the texts built in then stand in). Returns whether a file loaded.
+bool LoadLanguageStrings(Host& host, const std::string& setting);
+
+// Speaks the language of the Options dialog's choice from now on: the
+// language file is read again and the window relabelled.
+void SwitchLanguage(Program& program);
 
 bool StartBeforeWindow(Program& program, InstanceLock& lock);
 

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "core/base/debug_trace.h"
+#include "core/base/language_choice.h"
 #include "core/base/language_file.h"
 #include "core/base/program_paths.h"
 
@@ -61,7 +62,11 @@ std::string LanguageText(std::uint32_t id) {
 
 std::string LanguageFilePath(int primaryLanguage, int subLanguage) {
     const bool chinese = primaryLanguage == 4 && subLanguage == 2;
-    return ProgramFileWithSuffix(chinese ? "_CHS.dat" : "_ENU.dat");
+    return LanguageFilePath(chinese ? "CHS" : kEnglishLanguageCode);
+}
+
+std::string LanguageFilePath(const std::string& languageCode) {
+    return ProgramFileWithSuffix("_" + languageCode + ".dat");
 }
 
 CStringManager& CStringManager::GetInstance() {
@@ -78,9 +83,17 @@ CStringManager::~CStringManager() {
 }
 
 bool CStringManager::Load(int primaryLanguage, int subLanguage) {
+    return LoadFile(LanguageFilePath(primaryLanguage, subLanguage));
+}
+
+bool CStringManager::Load(const std::string& languageCode) {
+    return LoadFile(LanguageFilePath(languageCode));
+}
+
+bool CStringManager::LoadFile(const std::string& path) {
     std::lock_guard<std::mutex> lock(mutex_);
     strings_.clear();
-    if (ReadFile(LanguageFilePath(primaryLanguage, subLanguage))) return true;
+    if (ReadFile(path)) return true;
     strings_.clear();
     return false;
 }

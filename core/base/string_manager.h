@@ -27,6 +27,11 @@ class CStringManager {
     // with the same id.
     bool Load(int primaryLanguage, int subLanguage);
 
+    // The same for the file of a language code ("DEU" reads
+    // "<program>_DEU.dat"). The table may be read again while the program
+    // runs: callers copy the texts they keep, so none is left dangling.
+    bool Load(const std::string& languageCode);
+
     // The text of id, or null when the table lacks it. The pointer stays
     // valid until the next Load.
     const char* GetString(std::uint32_t id);
@@ -43,6 +48,7 @@ class CStringManager {
     CStringManager();
     ~CStringManager();
 
+    bool LoadFile(const std::string& path);
     bool ReadFile(const std::string& path);
 
     std::mutex mutex_;
@@ -59,5 +65,8 @@ std::string FillLanguageText(std::uint32_t id, const std::vector<std::string>& a
 
 // The language file's name for a language selector pair.
 std::string LanguageFilePath(int primaryLanguage, int subLanguage);
+
+// The language file's name for a language code: "<program>_DEU.dat".
+std::string LanguageFilePath(const std::string& languageCode);
 
 }  // namespace tolvane

@@ -132,6 +132,9 @@ struct OptionsRuntime {
     // order they are asked for a tile: the first that covers a place at a
     // zoom is drawn there.
     std::vector<std::string> tileSources;
+    // The language chosen in the Options dialog, as the code of its file
+    // ("DEU"); empty when the program follows the desktop's locale.
+    std::string language;
     std::string storageLocation;
     std::string poiFolder;
     std::string waypointFile;

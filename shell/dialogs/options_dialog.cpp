@@ -91,6 +91,7 @@ QWidget* OptionsDialog::GeneralPage() {
     AddCheckBox(layout, "startGpsAtStartup", kTextStartGpsAtStartup, form_.startGpsAtStartup);
     AddCheckBox(layout, "loadPoiAtStartup", kTextLoadPoiAtStartup, form_.loadPoiAtStartup);
     AddStorageCombo(layout);
+    AddCombo(layout, "language", kTextLanguage, OptionsCombo::kLanguage, form_.language);
     auto* sleepNote = new QLabel(Text(kTextSleepNote));
     sleepNote->setWordWrap(true);
     layout->addWidget(sleepNote);

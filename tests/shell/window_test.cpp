@@ -26,6 +26,8 @@
 
 #include "core/app/commands.h"
 #include "core/app/map_commands.h"
+#include "core/app/options_form.h"
+#include "core/base/string_manager.h"
 #include "core/data/options.h"
 #include "core/gps/port_source.h"
 #include "platform/program_location.h"
@@ -95,6 +97,7 @@ class WindowTest : public QObject {
     void ASecondStartBringsTheFirstForwardAndEnds();
     void MenusGreyAndCheckAsTheStateSays();
     void AStartWithoutTheLanguageFileShowsNoEmptyText();
+    void AGermanLocaleSpeaksGermanAndEveryLanguagesMenusFitAHandheld();
     void ASquareScreenUses110DpiAndTheSmallLayout();
     void ScreenshotsPaintEveryViewOfARecordingDayAndNight();
     void TheAlarmLoopsWithoutAJump();
@@ -418,6 +421,58 @@ void WindowTest::AStartWithoutTheLanguageFileShowsNoEmptyText() {
                                  QStringLiteral("Clear the trip statistics?"),
                                  QStringLiteral("Tolvane GPS Utilities"),
                                  QStringLiteral("Do you want to exit Tolvane GPS Utilities?")}));
+}
+
+// The widest of a menu and its sub-menus, as they open.
+int WidestMenu(QMenu& menu) {
+    menu.ensurePolished();
+    int widest = menu.sizeHint().width();
+    for (QAction* action : menu.actions()) {
+        if (action->menu() != nullptr) widest = std::max(widest, WidestMenu(*action->menu()));
+    }
+    return widest;
+}
+
+// LANG=de_DE.UTF-8 starts the window in German, Options > Language changes
+// it at once, and the menus of every shipped language open no wider than a
+// 240 pixel handheld's screen.
+void WindowTest::AGermanLocaleSpeaksGermanAndEveryLanguagesMenusFitAHandheld() {
+    for (const char* code : {"DEU", "FRA", "ESP", "CHS"}) {
+        const QString name = QStringLiteral("tolvane_%1.dat").arg(QLatin1String(code));
+        QVERIFY(QFile::copy(QStringLiteral(TOLVANE_PROGRAM_DIR "/") + name, home_->filePath(name)));
+    }
+    const QByteArray lang = qgetenv("LANG");
+    // Only LANG speaks; the window has read its locale already.
+    for (const char* name : {"LC_ALL", "LC_MESSAGES", "TOLVANE_LANGUAGE"}) qunsetenv(name);
+    qputenv("LANG", "de_DE.UTF-8");
+    ProgramWindow& program = Start({96, 96, 240, 320});
+    qputenv("LANG", lang);
+    const QList<QToolButton*> keys = program.Window().SoftKeys().findChildren<QToolButton*>();
+    QCOMPARE(keys.size(), 2);
+    QCOMPARE(keys[1]->text(), QStringLiteral("Menü"));
+    QMenu german;
+    FillMenu(german, BuildCommandMenu(program.Core()));
+    QCOMPARE(FindAction(german, kCommandStartGps)->text(), QStringLiteral("GPS starten\t[0]"));
+    QCOMPARE(FindAction(german, kCommandEnableLogger)->text(), QStringLiteral("Track aufzeichnen"));
+    // Options > Language relabels the soft keys at once.
+    OptionsForm form = OpenOptionsForm(program.Core().app);
+    form.language = 5;
+    ApplyOptionsForm(program.Core(), form);
+    QCOMPARE(keys[0]->text(), QStringLiteral("视图"));
+    QCOMPARE(keys[1]->text(), QStringLiteral("菜单"));
+
+    constexpr int kHandheldWidth = 240;
+    for (const char* code : {"ENU", "DEU", "FRA", "ESP", "CHS"}) {
+        QVERIFY(CStringManager::GetInstance().Load(code));
+        for (const MenuItem& item :
+             {BuildViewsMenu(program.Core()), BuildCommandMenu(program.Core())}) {
+            QMenu menu;
+            FillMenu(menu, item);
+            const int widest = WidestMenu(menu);
+            if (widest > kHandheldWidth) qWarning("%s: a menu is %d pixels wide", code, widest);
+            QVERIFY(widest <= kHandheldWidth);
+        }
+    }
 }
 
 void WindowTest::ASquareScreenUses110DpiAndTheSmallLayout() {

@@ -19,7 +19,7 @@ TEST(StartupTest, AMissingLanguageFileIsReportedOnceWithTheFixedCaption) {
     testing::TemporaryFolder folder;
     folder.UseAsProgramFolder();
     testing::RecordingHost host;
-    EXPECT_FALSE(LoadLanguageStrings(host));
+    EXPECT_FALSE(LoadLanguageStrings(host, ""));
     ASSERT_EQ(host.messages.size(), 1u);
     EXPECT_EQ(host.messages[0].text,
               "Load language file failed!\n\nYour Tolvane GPS Utilities installation may have "
@@ -30,7 +30,7 @@ TEST(StartupTest, AMissingLanguageFileIsReportedOnceWithTheFixedCaption) {
 
     testing::WriteFileBytes(folder.File("tolvane_ENU.dat"),
                             EncodeLanguageFile({{10000, "Tolvane GPS Utilities"}}));
-    EXPECT_TRUE(LoadLanguageStrings(host));
+    EXPECT_TRUE(LoadLanguageStrings(host, ""));
     EXPECT_EQ(host.messages.size(), 1u);
 }
 
