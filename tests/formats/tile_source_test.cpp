@@ -229,7 +229,9 @@ TEST(TileSourceTest, BadMapsSayWhatIsWrongAndADamagedOneGivesNoTile) {
         Database database(folder.File("no tiles.mbtiles"));
         database.MakeMbtilesTables();
     }
-    EXPECT_EQ(problem(folder.File("no tiles.mbtiles")).first, TileSourceProblem::kNoTiles);
+    EXPECT_EQ(problem(folder.File("no tiles.mbtiles")),
+              std::pair(TileSourceProblem::kNoTiles,
+                        std::string("no tile at zoom levels 0 to 24 in its tiles table")));
     // Opening never wrote beside the user's file.
     EXPECT_FALSE(fs::exists(folder.File("notes.mbtiles-journal")));
     EXPECT_FALSE(fs::exists(folder.File("other.sqlite-shm")));
