@@ -95,6 +95,10 @@ class Host {
     // Switches the radio and waits a few seconds at most for it to follow;
     // true when it did.
     virtual bool SetBluetoothRadioMode(int /*mode*/) { return false; }
+    // The list of tile maps changed (Map > Tile Maps...): the World Map
+    // drops the maps it has open and opens the listed ones. A host without
+    // a map has none to read.
+    virtual void ReloadTileSources() {}
     // Closes the main window after a confirmed exit; the program then ends
     // without asking again.
     virtual void CloseWindow() = 0;
