@@ -209,7 +209,7 @@ void SmallScreenTest::TheWindowFillsTheScreenAndEveryMenuAndDialogFits() {
          {kCommandGpsSetup, kCommandOptions, kCommandAddWaypoint, kCommandPointManager,
           kCommandAddDestination, kCommandEditDestinations, kCommandOpenDestinationList,
           kCommandCustomSpeedAlarm, kCommandCustomInterval, kCommandLoadMap, kCommandImport,
-          kCommandViewLogFile, kCommandAbout, kCommandExit}) {
+          kCommandViewLogFile, kCommandTileMaps, kCommandAbout, kCommandExit}) {
         LookAtTheModalOf([&] { program.RunCommand(command); }, faults);
     }
     program.RunCommand(kCommandFirstRefPoint);
