@@ -72,6 +72,8 @@ class TileMapsDialog : public QDialog {
         list_ = new QListWidget;
         list_->setObjectName("tileMaps");
         list_->setWordWrap(true);
+        // Each map takes two lines or more; the shades tell the maps apart.
+        list_->setAlternatingRowColors(true);
         list_->setTextElideMode(Qt::ElideMiddle);
         auto* layout = new QVBoxLayout(this);
         layout->addWidget(order);
