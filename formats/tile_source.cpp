@@ -189,7 +189,7 @@ class MbtilesOpening {
         sqlite3_bind_int64(tileQuery.get(), 4, static_cast<sqlite3_int64>(kMostTileBytes));
         TileSourceInfo info;
         if (!ReadMetadata(info)) return Problem(ProblemOfFailure());
-        if (!FindZoomRange(info)) return Problem(TileSourceProblem::kNoTiles);
+        if (!FindZoomRange(info)) return NoTiles();
         TileSourceOpening opening;
         opening.source = std::make_unique<MbtilesSource>(std::move(info), std::move(database_),
                                                          std::move(tileQuery), std::move(budget_));
@@ -220,6 +220,19 @@ class MbtilesOpening {
         opening.problem = problem;
         opening.detail =
             database_ != nullptr ? sqlite3_errmsg(database_.get()) : sqlite3_errstr(SQLITE_NOMEM);
+        return opening;
+    }
+
+    // A tiles table that holds no tile the program reads is no failure of
+    // SQLite, whose words would then be "not an error" or "another row
+    // available"; the program says it in its own.
+    TileSourceOpening NoTiles() const {
+        TileSourceOpening opening = Problem(TileSourceProblem::kNoTiles);
+        const int code = sqlite3_errcode(database_.get()) & 0xFF;
+        if (code == SQLITE_OK || code == SQLITE_ROW || code == SQLITE_DONE) {
+            opening.detail = "no tile at zoom levels 0 to " + std::to_string(kMostTileZoom) +
+                             " in its tiles table";
+        }
         return opening;
     }
 
@@ -385,6 +398,14 @@ TileSourceOpening OpenTileSource(const std::string& path) {
         return opening;
     }
     if (fs::is_directory(status)) return OpenTileFolder(path);
+    // A pipe or a device would be read without end: only a plain file can
+    // be a map.
+    if (!fs::is_regular_file(status)) {
+        TileSourceOpening opening;
+        opening.problem = TileSourceProblem::kMissing;
+        opening.detail = "neither a file nor a folder";
+        return opening;
+    }
     return MbtilesOpening(path).Open();
 }
 

@@ -33,6 +33,7 @@ bool OpensDialog(int id) {
         case kCommandCustomSpeedAlarm:
         case kCommandCustomInterval:
         case kCommandLoadMap:
+        case kCommandTileMaps:
         case kCommandPlaceRefPoint:
         case kCommandImport:
         case kCommandViewLogFile:

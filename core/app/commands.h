@@ -61,6 +61,7 @@ inline constexpr int kCommandFullScreen = 40260;
 inline constexpr int kCommandTripStat = 40262;
 inline constexpr int kCommandImport = 40263;
 inline constexpr int kCommandCheckForUpdates = 40266;
+inline constexpr int kCommandTileMaps = 40267;
 
 // Language strings of the commands.
 inline constexpr std::uint32_t kTextManualNotOpened = 10717;

@@ -85,9 +85,6 @@ class Host {
     // Keeps the computer from suspending (hold) or lets it again. A host
     // without such a service does without.
     virtual void HoldSleep(bool /*hold*/) {}
-    // Opens the tile maps of the settings again after the user changed
-    // the list. A host without a World Map on the screen has none to open.
-    virtual void ReloadTileSources() {}
     // Opens a document with the desktop's handler; false when it cannot.
     virtual bool OpenDocument(const std::string& path) = 0;
     virtual void ShowAbout(const AboutInfo& about) = 0;
@@ -102,6 +99,10 @@ class Host {
     // Switches the radio and waits a few seconds at most for it to follow;
     // true when it did.
     virtual bool SetBluetoothRadioMode(int /*mode*/) { return false; }
+    // The list of tile maps changed (Map > Tile Maps...): the World Map
+    // drops the maps it has open and opens the listed ones. A host without
+    // a map has none to read.
+    virtual void ReloadTileSources() {}
     // Closes the main window after a confirmed exit; the program then ends
     // without asking again.
     virtual void CloseWindow() = 0;

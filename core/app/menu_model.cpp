@@ -82,7 +82,7 @@ MenuItem MapMenu(Program& program) {
     }
     return Popup(kTextMapMenu,
                  {Command(program, kCommandLoadMap), Popup(kTextRecentMapsMenu, std::move(recent)),
-                  Separator(), Toggle(program, kCommandShowMap, options.showMap),
+                  Command(program, kCommandTileMaps), Separator(), Toggle(program, kCommandShowMap, options.showMap),
                   Toggle(program, kCommandShowRefPoints, options.showRefPoints),
                   Toggle(program, kCommandShowTrack, options.showTrack),
                   Toggle(program, kCommandShowWaypoint, options.showWaypoint),

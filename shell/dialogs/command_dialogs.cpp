@@ -9,6 +9,7 @@
 #include "shell/dialogs/options_dialog.h"
 #include "shell/dialogs/point_manager_dialog.h"
 #include "shell/dialogs/speed_alarms_dialog.h"
+#include "shell/dialogs/tile_maps_dialog.h"
 #include "shell/dialogs/track_interval_dialog.h"
 #include "shell/dialogs/view_log_file_dialog.h"
 
@@ -60,6 +61,9 @@ bool OpenCommandDialog(Program& program, QWidget* parent, int commandId) {
             return true;
         case kCommandLoadMap:
             ChooseMapFile(program, parent);
+            return true;
+        case kCommandTileMaps:
+            RunTileMapsDialog(program, parent);
             return true;
         case kCommandPlaceRefPoint:
             AskRefPointPosition(program, parent);

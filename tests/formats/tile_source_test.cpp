@@ -1,5 +1,7 @@
 #include "formats/tile_source.h"
 
+#include <sys/stat.h>
+
 #include <gtest/gtest.h>
 #include <png.h>
 
@@ -178,6 +180,9 @@ TEST(TileSourceTest, BadMapsSayWhatIsWrongAndADamagedOneGivesNoTile) {
         return std::pair(opening.problem, opening.detail);
     };
     EXPECT_EQ(problem(folder.File("gone.mbtiles")).first, TileSourceProblem::kMissing);
+    // A pipe is refused before it is read, which would never end.
+    ASSERT_EQ(mkfifo(folder.File("pipe.mbtiles").c_str(), 0600), 0);
+    EXPECT_EQ(problem(folder.File("pipe.mbtiles")).first, TileSourceProblem::kMissing);
     testing::WriteFileBytes(folder.File("notes.mbtiles"), std::string(2048, 'n'));
     EXPECT_EQ(problem(folder.File("notes.mbtiles")),
               std::pair(TileSourceProblem::kNotSqlite, std::string("file is not a database")));
@@ -190,7 +195,9 @@ TEST(TileSourceTest, BadMapsSayWhatIsWrongAndADamagedOneGivesNoTile) {
         testing::MbtilesWriter database(folder.File("no tiles.mbtiles"));
         database.MakeMbtilesTables();
     }
-    EXPECT_EQ(problem(folder.File("no tiles.mbtiles")).first, TileSourceProblem::kNoTiles);
+    EXPECT_EQ(problem(folder.File("no tiles.mbtiles")),
+              std::pair(TileSourceProblem::kNoTiles,
+                        std::string("no tile at zoom levels 0 to 24 in its tiles table")));
     // Opening never wrote beside the user's file.
     EXPECT_FALSE(fs::exists(folder.File("notes.mbtiles-journal")));
     EXPECT_FALSE(fs::exists(folder.File("other.sqlite-shm")));

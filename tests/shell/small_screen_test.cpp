@@ -187,6 +187,8 @@ void SmallScreenTest::TheWindowFillsTheScreenAndEveryMenuAndDialogFits() {
     const QString mapFile = QStringLiteral(TOLVANE_TEST_DATA_DIR "/maps/demo-map.png");
     SetLoadedMap(program.Core().app, mapFile.toStdString(),
                  ReadMapPicture(mapFile, [](int, int) {}));
+    // A listed tile map gives the Tile Maps dialog a row to measure.
+    program.Core().app.runtime.tileSources = {mapFile.toStdString()};
     QStringList faults = Misfits(window);
 
     SoftKeyBar& softKeys = window.SoftKeys();
@@ -209,7 +211,7 @@ void SmallScreenTest::TheWindowFillsTheScreenAndEveryMenuAndDialogFits() {
          {kCommandGpsSetup, kCommandOptions, kCommandAddWaypoint, kCommandPointManager,
           kCommandAddDestination, kCommandEditDestinations, kCommandOpenDestinationList,
           kCommandCustomSpeedAlarm, kCommandCustomInterval, kCommandLoadMap, kCommandImport,
-          kCommandViewLogFile, kCommandAbout, kCommandExit}) {
+          kCommandViewLogFile, kCommandTileMaps, kCommandAbout, kCommandExit}) {
         LookAtTheModalOf([&] { program.RunCommand(command); }, faults);
     }
     program.RunCommand(kCommandFirstRefPoint);

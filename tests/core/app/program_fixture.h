@@ -64,6 +64,7 @@ class EventHost final : public RecordingHost,
         events.push_back("dialog " + std::to_string(commandId));
     }
     void CloseWindow() override { events.push_back("close window"); }
+    void ReloadTileSources() override { events.push_back("reload tile maps"); }
     int BluetoothRadioMode() override { return radioMode; }
     bool SetBluetoothRadioMode(int mode) override {
         events.push_back("radio " + std::to_string(mode));
