@@ -9,8 +9,8 @@ work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT
 
 cmake --install "$build" --prefix "$work/prefix" >/dev/null
-for file in bin/tolvane share/tolvane/tolvane_ENU.dat share/tolvane/Alarm.wav \
-            share/tolvane/GID.QX.so share/applications/org.tolvane.Tolvane.desktop \
+for file in bin/tolvane bin/tolvane-tool share/tolvane/tolvane_ENU.dat share/tolvane/Alarm.wav \
+            lib/tolvane/GID.QX.so share/applications/org.tolvane.Tolvane.desktop \
             share/metainfo/org.tolvane.Tolvane.metainfo.xml \
             share/icons/hicolor/scalable/apps/org.tolvane.Tolvane.svg; do
   [ -e "$work/prefix/$file" ] || { echo "not installed: $file"; exit 1; }
