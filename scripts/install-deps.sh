@@ -12,6 +12,7 @@ packages=(
   qt6-base-dev qt6-multimedia-dev qt6-connectivity-dev libgl-dev fonts-dejavu-core
   xvfb xdotool imagemagick desktop-file-utils appstream dbus-daemon
   xplanet-images gdal-bin
+  dpkg-dev file lintian man-db groff-base
 )
 
 if [ "${1:-}" = --list ]; then
