@@ -24,15 +24,15 @@ std::string ExecutableFolder() {
 
 namespace {
 
-// The installed resource folder for an executable folder <prefix>/bin, when
-// the language file lies there; empty for a build tree or a portable copy.
-std::string InstalledResourceFolder(const std::string& executableFolder) {
+// The installed prefix of an executable folder <prefix>/bin whose resource
+// folder holds the language file; empty for a build tree or a portable copy.
+std::filesystem::path InstalledPrefix(const std::string& executableFolder) {
     const std::filesystem::path bin(executableFolder);
     if (bin.filename() != "bin") return {};
-    const std::filesystem::path resources = bin.parent_path() / "share" / "tolvane";
     std::error_code error;
-    return std::filesystem::exists(resources / "tolvane_ENU.dat", error) ? resources.string()
-                                                                         : std::string();
+    const bool installed = std::filesystem::exists(
+        bin.parent_path() / TOLVANE_RESOURCE_INSTALL_DIR / "tolvane_ENU.dat", error);
+    return installed ? bin.parent_path() : std::filesystem::path();
 }
 
 std::string UserSettingsFolder() {
@@ -61,9 +61,10 @@ ProgramPaths ResolveProgramPaths(const std::string& home) {
         paths.programFolder = environmentHome;
     } else {
         paths.programFolder = ExecutableFolder();
-        const std::string installed = InstalledResourceFolder(paths.programFolder);
-        if (!installed.empty()) {
-            paths.programFolder = installed;
+        const std::filesystem::path prefix = InstalledPrefix(paths.programFolder);
+        if (!prefix.empty()) {
+            paths.programFolder = (prefix / TOLVANE_RESOURCE_INSTALL_DIR).string();
+            paths.libraryFolder = (prefix / TOLVANE_LIBRARY_INSTALL_DIR).string();
             paths.settingsFolder = UserSettingsFolder();
         }
     }

@@ -32,16 +32,18 @@ used_files() {
 # The package of each file, as "package path" lines, and "(no package)
 # path" for a file of none. A merged /usr makes some files known to dpkg
 # only under their other name, so a file dpkg does not know is looked up
-# again by its real path.
+# again by its real path, and by that path without /usr (/usr/bin/gzip is
+# the /bin/gzip of its package).
 owning_packages() {
-  local files found unknown
+  local files found unknown real
   files=$(cat)
   found=$(xargs -r dpkg -S <<<"$files" 2>/dev/null |
     sed -n 's/^\([^:,]*\)\(:[a-z0-9]*\)\?: \(.*\)$/\1 \3/p')
   echo "$found"
   unknown=$(comm -23 <(echo "$files") <(cut -d' ' -f2- <<<"$found" | sort -u))
   for file in $unknown; do
-    dpkg -S "$(realpath -e -- "$file")" 2>/dev/null |
+    real=$(realpath -e -- "$file")
+    { dpkg -S "$real" "${real#/usr}" 2>/dev/null || true; } |
       sed -n "s|^\([^:,]*\)\(:[a-z0-9]*\)\?: .*$|\1 $file|p" | grep . ||
       echo "(no package) $file"
   done

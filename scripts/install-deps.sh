@@ -14,6 +14,7 @@ packages=(
   fonts-droid-fallback
   xvfb xdotool imagemagick desktop-file-utils appstream dbus-daemon
   xplanet-images gdal-bin
+  dpkg-dev file lintian man-db groff-base
 )
 
 if [ "${1:-}" = --list ]; then

@@ -3,8 +3,9 @@
 # down the ladder of floors, the check that the build used only
 # packages that install-deps.sh installs, the developer build's tests, the
 # core tests again under the address and undefined-behaviour sanitizers,
-# and a bounded fuzzing run of every reader of outside input. Ends with one
-# line that counts the tests that ran.
+# a bounded fuzzing run of every reader of outside input, and the install
+# test of the Debian package (scripts/install-test.sh). Ends with one line
+# that counts the tests that ran.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
@@ -32,6 +33,9 @@ for target in nmea_parser language_file options point_file track_log gpsd_report
   map_calibration tile_source; do
   scripts/fuzz.sh "$target" 20
 done
+
+# The Debian package: built, checked by lintian, installed, run and purged.
+scripts/install-test.sh
 
 developer=$(sed -n 's/.*tests passed, 0 tests failed out of \([0-9]*\).*/\1/p' "$logs/ctest.log")
 sanitized=$(sed -n 's/^\[  PASSED  \] \([0-9]*\) tests\?\..*/\1/p' "$logs/asan.log")

@@ -22,6 +22,10 @@ std::string ProgramFile(const std::string& name) {
     return Paths().programFolder + "/" + name;
 }
 
+std::string ProgramLibraryFile(const std::string& name) {
+    return Paths().libraryFolder.empty() ? ProgramFile(name) : Paths().libraryFolder + "/" + name;
+}
+
 std::string SettingsFolder() {
     return Paths().settingsFolder.empty() ? Paths().programFolder : Paths().settingsFolder;
 }

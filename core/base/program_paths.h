@@ -14,6 +14,11 @@ struct ProgramPaths {
     // installed program, whose folder is not the user's to write, keeps
     // them in the user's configuration folder.
     std::string settingsFolder;
+    // Where the companion library lies. The program folder itself when
+    // empty; an installed program keeps it under <prefix>/lib, because a
+    // library built for one architecture has no place among the shared
+    // data files.
+    std::string libraryFolder{};
     // The name every per-program file is derived from, as if the program
     // file were programFolder/baseName.
     std::string baseName = "tolvane";
@@ -24,6 +29,10 @@ void SetProgramPaths(const ProgramPaths& paths);
 
 // programFolder + "/" + name.
 std::string ProgramFile(const std::string& name);
+
+// The companion library called name: in the library folder, else in the
+// program folder.
+std::string ProgramLibraryFile(const std::string& name);
 
 // The folder of the files the program writes, and name in it.
 std::string SettingsFolder();

@@ -32,7 +32,7 @@ void CopyArray(const Element (&from)[N], Element (&to)[N]) {
 }  // namespace
 
 bool LoadGidLibrary(GidSource& source, DynamicLibraryLoader& loader) {
-    source.library = loader.Load(ProgramFile(kGidLibraryFileName));
+    source.library = loader.Load(ProgramLibraryFile(kGidLibraryFileName));
     if (source.library != nullptr && ResolveAll(*source.library, source.functions)) return true;
     UnloadGidLibrary(source);
     return false;

@@ -32,7 +32,7 @@ struct GidSource {
     GidDeviceInfo deviceInfo{};
 };
 
-// Loads ProgramFile("GID.QX.so") and resolves the seven exports in table
+// Loads ProgramLibraryFile("GID.QX.so") and resolves the seven exports in table
 // order. Succeeds only when the library loaded and every export was found;
 // otherwise the source is unloaded again.
 bool LoadGidLibrary(GidSource& source, DynamicLibraryLoader& loader);

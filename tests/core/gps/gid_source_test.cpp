@@ -147,6 +147,15 @@ TEST_F(GidSourceTest, StartLoadsTheLibraryFromTheProgramFolderAndOpensTheDevice)
     EXPECT_EQ(GidConnectionState(source_), 7);
 }
 
+// An installed program keeps the library apart from its data files.
+TEST_F(GidSourceTest, StartLoadsTheLibraryFromTheLibraryFolderWhenThereIsOne) {
+    ProgramPaths paths = GetProgramPaths();
+    paths.libraryFolder = folder_.File("lib");
+    SetProgramPaths(paths);
+    ASSERT_TRUE(Start());
+    EXPECT_EQ(loader_.loadedPaths, std::vector<std::string>{folder_.File("lib/GID.QX.so")});
+}
+
 TEST_F(GidSourceTest, RefusalsShowTheirMessagesAndLeaveNothingLoaded) {
     // Generation-four devices are refused before anything is loaded.
     device_.major = 4;
