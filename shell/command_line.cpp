@@ -58,9 +58,9 @@ bool SetValue(const QString& name, const QString& value, CommandLine& line) {
 
 bool TakesValue(const QString& name) {
     static const QStringList kNames = {
-        QStringLiteral("--home"),    QStringLiteral("--screenshot"), QStringLiteral("--size"),
-        QStringLiteral("--replay"),  QStringLiteral("--at"),         QStringLiteral("--options"),
-        QStringLiteral("--tiles"),   QStringLiteral("--center"),     QStringLiteral("--zoom")};
+        QStringLiteral("--home"),   QStringLiteral("--screenshot"), QStringLiteral("--size"),
+        QStringLiteral("--replay"), QStringLiteral("--at"),         QStringLiteral("--options"),
+        QStringLiteral("--tiles"),  QStringLiteral("--center"),     QStringLiteral("--zoom")};
     return kNames.contains(name);
 }
 

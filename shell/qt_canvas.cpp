@@ -148,8 +148,9 @@ void QtCanvas::DrawImageMapped(const Image& image, const Rect& source, Point top
     painter_.setTransform(transform, true);
     painter_.setRenderHint(QPainter::SmoothPixmapTransform);
     if (image.alpha && veil.alpha() > 0) {
-        QImage part = BorrowedImage(image).copy(ToQRect(source)).convertToFormat(
-            QImage::Format_ARGB32_Premultiplied);
+        QImage part = BorrowedImage(image)
+                          .copy(ToQRect(source))
+                          .convertToFormat(QImage::Format_ARGB32_Premultiplied);
         QPainter veiled(&part);
         veiled.setCompositionMode(QPainter::CompositionMode_SourceAtop);
         veiled.fillRect(part.rect(), veil);

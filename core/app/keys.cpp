@@ -15,7 +15,6 @@ namespace {
 
 // The zoom levels the arrow keys reach in the two map views.
 constexpr int kWorldMapZoomFloor = -255;  // never reached: the level stays above it
-constexpr int kZoomCeiling = 255;
 
 // The view commands of the digit keys; 0 for a digit without one.
 constexpr int kDigitCommands[] = {
@@ -68,7 +67,7 @@ bool StepZoom(int& level, int step, int floor, int ceiling) {
 // stops at its scale limit, which lies above its lowest level.
 bool ZoomMap(AppState& app, int step) {
     MapKeys& map = app.mapKeys;
-    if (app.currentView == kViewMap) return StepZoom(map.mapZoom, step, 0, kZoomCeiling);
+    if (app.currentView == kViewMap) return StepZoom(map.mapZoom, step, 0, kMapZoomCeiling);
     const int floor = std::max(kWorldMapZoomFloor + 1, kWorldMapLowestZoom);
     return StepZoom(map.worldMapZoom, step, floor, map.worldMapCeiling);
 }

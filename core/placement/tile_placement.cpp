@@ -16,8 +16,6 @@ constexpr double kTileSide = 256.0;
 constexpr int kDeepestZoom = 30;
 // A tile is cut into no more strips than this.
 constexpr int kMostStrips = 64;
-// The described highest level of the World Map's zoom, kept without sources.
-constexpr int kDescribedZoomCeiling = 255;
 // How far a stand-in may lie above the tile it stands in for.
 constexpr int kMostStandInLevels = 16;
 
@@ -35,15 +33,15 @@ double ScreenRowOfTileRow(const AppState& app, const MapPlacement& placement, do
 
 // Whether n strips of equal rows between rows top and bottom each lie
 // within the error at their middle.
-bool StripsFit(const AppState& app, const MapPlacement& placement, int z, double top,
-               double bottom, int n) {
+bool StripsFit(const AppState& app, const MapPlacement& placement, int z, double top, double bottom,
+               int n) {
     const double height = (bottom - top) / n;
     for (int i = 0; i < n; ++i) {
         const double a = top + i * height;
         const double b = a + height;
-        const double straight = (ScreenRowOfTileRow(app, placement, a, z) +
-                                 ScreenRowOfTileRow(app, placement, b, z)) /
-                                2;
+        const double straight =
+            (ScreenRowOfTileRow(app, placement, a, z) + ScreenRowOfTileRow(app, placement, b, z)) /
+            2;
         const double exact = ScreenRowOfTileRow(app, placement, (a + b) / 2, z);
         if (std::fabs(exact - straight) > kMostStripError) return false;
     }
@@ -52,8 +50,8 @@ bool StripsFit(const AppState& app, const MapPlacement& placement, int z, double
 
 // The strips of tile row y at zoom z that show between the screen rows
 // top and bottom, the tile cut at the World Map's 80 degree edges.
-std::vector<TileStrip> StripsOfRow(const AppState& app, const MapPlacement& placement, int z,
-                                   int y, int top, int bottom) {
+std::vector<TileStrip> StripsOfRow(const AppState& app, const MapPlacement& placement, int z, int y,
+                                   int top, int bottom) {
     const double first = std::max<double>(y, MercatorRow(kCutLatitude, z));
     const double last = std::min<double>(y + 1, MercatorRow(-kCutLatitude, z));
     std::vector<TileStrip> strips;
@@ -64,8 +62,7 @@ std::vector<TileStrip> StripsOfRow(const AppState& app, const MapPlacement& plac
     for (int i = 0; i < n; ++i) {
         const double a = first + i * height;
         const double b = i + 1 == n ? last : a + height;
-        TileStrip strip{a - y, b - y,
-                        ClampCoordinate(ScreenRowOfTileRow(app, placement, a, z)),
+        TileStrip strip{a - y, b - y, ClampCoordinate(ScreenRowOfTileRow(app, placement, a, z)),
                         ClampCoordinate(ScreenRowOfTileRow(app, placement, b, z))};
         if (strip.screenBottom > top && strip.screenTop < bottom) strips.push_back(strip);
     }
@@ -116,15 +113,18 @@ std::vector<TilePiece> TilesInView(const AppState& app, const MapPlacement& plac
     if (west >= east || south >= north) return pieces;
     const double side = GridSide(z);
     const int last = static_cast<int>(side) - 1;
-    const int firstColumn = std::clamp(static_cast<int>(std::floor((west + 180) / 360 * side)), 0, last);
-    const int lastColumn = std::clamp(static_cast<int>(std::ceil((east + 180) / 360 * side)) - 1, 0, last);
+    const int firstColumn =
+        std::clamp(static_cast<int>(std::floor((west + 180) / 360 * side)), 0, last);
+    const int lastColumn =
+        std::clamp(static_cast<int>(std::ceil((east + 180) / 360 * side)) - 1, 0, last);
     const int firstRow = std::clamp(static_cast<int>(std::floor(MercatorRow(north, z))), 0, last);
     const int lastRow = std::clamp(static_cast<int>(std::floor(MercatorRow(south, z))), 0, last);
     const auto columnEdge = [&](int x) {
         return ClampCoordinate(placement.x0 + (x / side * 360.0 - 180.0) * perDegree);
     };
     for (int y = firstRow; y <= lastRow; ++y) {
-        const std::vector<TileStrip> strips = StripsOfRow(app, placement, z, y, body.top, body.bottom);
+        const std::vector<TileStrip> strips =
+            StripsOfRow(app, placement, z, y, body.top, body.bottom);
         if (strips.empty()) continue;
         for (int x = firstColumn; x <= lastColumn; ++x) {
             pieces.push_back({{z, x, y}, columnEdge(x), columnEdge(x + 1), strips});
@@ -162,8 +162,8 @@ std::vector<TileKey> WantedTiles(const AppState& app, const Rect& body, TileImag
     const double middleY = (body.top + body.bottom) / 2.0;
     const auto farness = [&](const TilePiece& piece) {
         const double x = (piece.left + piece.right) / 2.0 - middleX;
-        const double y = (piece.strips.front().screenTop + piece.strips.back().screenBottom) / 2.0 -
-                         middleY;
+        const double y =
+            (piece.strips.front().screenTop + piece.strips.back().screenBottom) / 2.0 - middleY;
         return x * x + y * y;
     };
     std::stable_sort(shown.begin(), shown.end(), [&](const TilePiece& a, const TilePiece& b) {
@@ -193,12 +193,12 @@ double LevelsToTileZoom(const AppState& app, const Rect& body, double z) {
 }
 
 int WorldMapZoomCeiling(const AppState& app, const Rect& body) {
-    if (app.tileZooms.highest < 0) return kDescribedZoomCeiling;
+    if (app.tileZooms.highest < 0) return kMapZoomCeiling;
     // The last level before the nearest tile zoom would pass two beyond the
     // sources' highest.
     const double beyond = LevelsToTileZoom(app, body, app.tileZooms.highest + 2.5);
-    if (!std::isfinite(beyond)) return kDescribedZoomCeiling;
-    return std::max(kDescribedZoomCeiling, static_cast<int>(std::ceil(beyond)) - 1);
+    if (!std::isfinite(beyond)) return kMapZoomCeiling;
+    return std::max(kMapZoomCeiling, static_cast<int>(std::ceil(beyond)) - 1);
 }
 
 int WorldMapZoomForTileZoom(const AppState& app, const Rect& body, int z) {

@@ -85,17 +85,20 @@ struct ArrowKeyTimes {
     bool released[kArrowKeyCount] = {true, true, true, true};
 };
 
+// The highest zoom level of the map views: the World Map goes further
+// only while tile maps offer deeper zooms.
+inline constexpr int kMapZoomCeiling = 255;
+
 // What the arrow keys do in the two map views: Enter switches between
 // zooming (Up and Down) and panning; the map views read the zoom levels and
 // the pan steps.
 struct MapKeys {
     bool zoomMode = true;
     int worldMapZoom = 0;  // above -255 up to worldMapCeiling
-    // 255, or further while tile maps offer deeper zooms.
-    int worldMapCeiling = 255;
-    int mapZoom = 0;       // 0 to 255
-    int panColumns = 0;    // steps to the east since the map last followed
-    int panRows = 0;       // steps to the south
+    int worldMapCeiling = kMapZoomCeiling;
+    int mapZoom = 0;     // 0 to kMapZoomCeiling
+    int panColumns = 0;  // steps to the east since the map last followed
+    int panRows = 0;     // steps to the south
 };
 
 // Where the World Map is centred, in degrees: the position while it

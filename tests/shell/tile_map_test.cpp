@@ -68,9 +68,11 @@ QByteArray GridTile(const TileKey& key, double step) {
 void WriteGridMap(const QString& path, const std::vector<TileKey>& keys, double step, int z) {
     testing::MbtilesWriter map(path.toStdString());
     map.MakeMbtilesTables();
-    map.Run("BEGIN; INSERT INTO metadata VALUES ('name', 'Grid'), ('format', 'png'),"
-            " ('minzoom', '" + std::to_string(z) + "'), ('maxzoom', '" + std::to_string(z) +
-            "'), ('attribution', 'Grid lines')");
+    map.Run(
+        "BEGIN; INSERT INTO metadata VALUES ('name', 'Grid'), ('format', 'png'),"
+        " ('minzoom', '" +
+        std::to_string(z) + "'), ('maxzoom', '" + std::to_string(z) +
+        "'), ('attribution', 'Grid lines')");
     for (const TileKey& key : keys) {
         const QByteArray png = GridTile(key, step);
         map.AddTile(key.z, key.x, (1 << key.z) - 1 - key.y, png.toStdString());
@@ -106,10 +108,12 @@ void CheckLines(const std::vector<double>& expected, const std::vector<double>& 
         return best;
     };
     for (const double place : expected) {
-        QVERIFY2(nearest(place, found) <= 2.0, qPrintable(QStringLiteral("no line near %1").arg(place)));
+        QVERIFY2(nearest(place, found) <= 2.0,
+                 qPrintable(QStringLiteral("no line near %1").arg(place)));
     }
     for (const double line : found) {
-        QVERIFY2(nearest(line, expected) <= 2.0, qPrintable(QStringLiteral("stray line at %1").arg(line)));
+        QVERIFY2(nearest(line, expected) <= 2.0,
+                 qPrintable(QStringLiteral("stray line at %1").arg(line)));
     }
 }
 

@@ -86,8 +86,9 @@ QStringList Rows(const QListWidget& list) {
 void WriteMbtiles(const QString& path) {
     testing::MbtilesWriter map(path.toStdString());
     map.MakeMbtilesTables();
-    map.Run("INSERT INTO metadata VALUES ('name', 'Demo walk'), ('format', 'png'),"
-            " ('minzoom', '0'), ('maxzoom', '2')");
+    map.Run(
+        "INSERT INTO metadata VALUES ('name', 'Demo walk'), ('format', 'png'),"
+        " ('minzoom', '0'), ('maxzoom', '2')");
     map.AddTile(0, 0, 0, "\x89PNG\r\n\x1a\n");
 }
 

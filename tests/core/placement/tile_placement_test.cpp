@@ -72,8 +72,8 @@ TEST(TilePlacementTest, EveryRowLiesWithinAPixelOfItsLatitudeAndTheTilesCloseUp)
             }
             // Columns follow each other without a gap.
             for (const TilePiece& piece : pieces) {
-                const bool hasEastNeighbour = std::any_of(
-                    pieces.begin(), pieces.end(), [&](const TilePiece& other) {
+                const bool hasEastNeighbour =
+                    std::any_of(pieces.begin(), pieces.end(), [&](const TilePiece& other) {
                         return other.key.y == piece.key.y && other.key.x == piece.key.x + 1;
                     });
                 if (!hasEastNeighbour) {
