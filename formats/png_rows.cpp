@@ -136,10 +136,17 @@ bool DecodePng(std::string_view bytes, int mostSide, Image& image) {
     image.width = shape.width;
     image.height = shape.height;
     image.pixels.resize(width * rows.size());
+    image.alpha = false;
     for (std::size_t i = 0; i < image.pixels.size(); ++i) {
         const std::uint8_t* in = rgba.data() + 4 * i;
-        image.pixels[i] = static_cast<std::uint32_t>(OverBlack(in, 0)) << 16 |
-                          static_cast<std::uint32_t>(OverBlack(in, 1)) << 8 | OverBlack(in, 2);
+        image.pixels[i] = static_cast<std::uint32_t>(in[3]) << 24 |
+                          static_cast<std::uint32_t>(in[0]) << 16 |
+                          static_cast<std::uint32_t>(in[1]) << 8 | in[2];
+        image.alpha = image.alpha || in[3] != 0xFF;
+    }
+    // An opaque picture drops its alpha byte, as the pictures without one have none.
+    if (!image.alpha) {
+        for (std::uint32_t& pixel : image.pixels) pixel &= 0xFFFFFFu;
     }
     return true;
 }

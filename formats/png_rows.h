@@ -28,9 +28,10 @@ bool ReadPngShape(const std::string& path, PngShape& shape);
 bool ReadPngRows(const std::string& path, const std::function<void(const std::uint8_t*)>& row);
 
 // Decodes a whole PNG held in memory (a map tile), interlaced or not, into
-// image, transparency laid over black as above. False for bytes that are no
-// whole PNG and for a picture wider or taller than mostSide, which is
-// refused before any pixel is read.
+// image; a picture with see-through pixels keeps them (0xAARRGGBB, alpha
+// set), so that what lies under a tile beyond its map's edge shows. False
+// for bytes that are no whole PNG and for a picture wider or taller than
+// mostSide, which is refused before any pixel is read.
 bool DecodePng(std::string_view bytes, int mostSide, Image& image);
 
 }  // namespace tolvane

@@ -59,9 +59,10 @@ TileSourceOpening OpenTileSource(const std::string& path);
 // The format of encoded tile bytes, from their first bytes.
 TileFormat TileBytesFormat(std::string_view bytes);
 
-// Decodes a PNG tile into a picture of at most kMostTileSide pixels a side;
-// none for a tile that does not decode, and for JPEG and WebP tiles, which
-// the window decodes with its own picture readers.
+// Decodes a PNG tile into a picture of at most kMostTileSide pixels a side,
+// keeping its see-through parts; none for a tile that does not decode, and
+// for JPEG and WebP tiles, which the window decodes with its own picture
+// readers.
 std::optional<Image> DecodePngTile(std::string_view bytes);
 
 }  // namespace tolvane

@@ -8,10 +8,12 @@
 namespace tolvane::shell {
 namespace {
 
-// The picture of a tile's bytes, or empty when they are no
+// The picture of a tile's bytes: a PNG tile through the program's own PNG
+// reader, a JPEG or WebP one through Qt's; empty when they are no
 // picture or one larger than a tile may be. The size is read from the
 // header before anything is decoded.
 Image DecodeTile(const std::string& bytes) {
+    if (TileBytesFormat(bytes) == TileFormat::kPng) return DecodePngTile(bytes).value_or(Image{});
     QByteArray data = QByteArray::fromRawData(bytes.data(), static_cast<qsizetype>(bytes.size()));
     QBuffer buffer(&data);
     buffer.open(QIODevice::ReadOnly);

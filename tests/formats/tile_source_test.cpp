@@ -307,6 +307,24 @@ TEST(TileSourceTest, OnlyAWholePngTileOfAtMostTheTileSizeDecodes) {
     EXPECT_EQ(TileBytesFormat(jpeg), TileFormat::kJpeg);
     EXPECT_FALSE(DecodePngTile(jpeg).has_value());
     EXPECT_EQ(TileBytesFormat(std::string("RIFF\x10\0\0\0WEBPVP8 ", 16)), TileFormat::kWebp);
+
+    // A tile beyond its map's edge is see-through there, as GDAL writes
+    // it, and stays so: what lies under it must show.
+    const std::uint8_t rgba[] = {0, 0, 0, 0, 0x20, 0x40, 0x60, 0xFF};
+    png_image edge{};
+    edge.version = PNG_IMAGE_VERSION;
+    edge.width = 2;
+    edge.height = 1;
+    edge.format = PNG_FORMAT_RGBA;
+    png_alloc_size_t size = 1024;
+    std::string bytes(size, '\0');
+    ASSERT_NE(png_image_write_to_memory(&edge, bytes.data(), &size, 0, rgba, 0, nullptr), 0);
+    bytes.resize(size);
+    const std::optional<Image> clear = DecodePngTile(bytes);
+    ASSERT_TRUE(clear.has_value());
+    EXPECT_TRUE(clear->alpha);
+    EXPECT_EQ(clear->pixels, (std::vector<std::uint32_t>{0, 0xFF204060}));
+    EXPECT_FALSE(DecodePngTile(png)->alpha);
 }
 
 }  // namespace
