@@ -149,6 +149,9 @@ void TileMapsDialogTest::TheRowsSayWhatEachMapIsAndOkKeepsTheirOrder() {
     QCOMPARE(QString::fromStdString(TileSourceLines(conf)),
              QStringLiteral("tile-source = %1\ntile-source = %2\n").arg(notes, walk));
     QCOMPARE(program.Core().app.runtime.tileSources.size(), std::size_t{2});
+    // The World Map opens the new list at once: the walk's zooms are its.
+    QTRY_COMPARE(program.Core().app.tileZooms.highest, 2);
+    QCOMPARE(program.Core().app.tileZooms.lowest, 0);
 }
 
 }  // namespace tolvane::shell
