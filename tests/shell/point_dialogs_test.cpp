@@ -30,33 +30,14 @@
 #include "core/nav/destination_list.h"
 #include "shell/dialogs/gpx_import_dialog.h"
 #include "shell/program_window.h"
+#include "tests/shell/dialog_answers.h"
 #include "tests/shell/program_home.h"
 
 namespace tolvane::shell {
 namespace {
 
-using Kind = std::function<bool(QWidget&)>;
-using Act = std::function<void(QWidget&)>;
-
-constexpr char kPollName[] = "dialogPoll";
-
-// Runs act on the next modal dialog of the kind that opens over the one
-// open now, once it is shown. Each call polls on a timer of its own, so a
-// dialog that opens inside another's act is answered too.
-void WhenOpens(Kind kind, Act act) {
-    const QPointer<QWidget> under = QApplication::activeModalWidget();
-    auto* poll = new QTimer(qApp);
-    poll->setObjectName(kPollName);
-    poll->setInterval(20);
-    QObject::connect(poll, &QTimer::timeout, [poll, under, kind, act] {
-        QWidget* dialog = QApplication::activeModalWidget();
-        if (dialog == nullptr || dialog == under || !dialog->isVisible() || !kind(*dialog)) return;
-        poll->stop();
-        poll->deleteLater();
-        act(*dialog);
-    });
-    poll->start();
-}
+using Kind = DialogKind;
+using Act = DialogAct;
 
 template <typename Widget>
 bool Is(QWidget& widget) {
@@ -179,9 +160,7 @@ void PointDialogsTest::init() {
 }
 
 void PointDialogsTest::cleanup() {
-    // A case that failed may have left a dialog unopened; its poll must not
-    // answer the next case's dialogs.
-    qDeleteAll(qApp->findChildren<QTimer*>(kPollName, Qt::FindDirectChildrenOnly));
+    ForgetDialogWaits();
     program_.reset();
     home_.reset();
 }

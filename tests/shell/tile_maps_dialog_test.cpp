@@ -25,28 +25,13 @@
 #include "core/app/local_settings.h"
 #include "shell/program_window.h"
 #include "tests/formats/mbtiles_writer.h"
+#include "tests/shell/dialog_answers.h"
 #include "tests/shell/program_home.h"
 
 namespace tolvane::shell {
 namespace {
 
-using Act = std::function<void(QWidget&)>;
-
-// Runs act on the next modal dialog that opens over the one open now and
-// passes kind, once it is shown.
-void WhenOpens(const std::function<bool(QWidget&)>& kind, const Act& act) {
-    const QPointer<QWidget> under = QApplication::activeModalWidget();
-    auto* poll = new QTimer(qApp);
-    poll->setInterval(20);
-    QObject::connect(poll, &QTimer::timeout, [poll, under, kind, act] {
-        QWidget* dialog = QApplication::activeModalWidget();
-        if (dialog == nullptr || dialog == under || !dialog->isVisible() || !kind(*dialog)) return;
-        poll->stop();
-        poll->deleteLater();
-        act(*dialog);
-    });
-    poll->start();
-}
+using Act = DialogAct;
 
 bool IsFileChooser(QWidget& widget) {
     return qobject_cast<QFileDialog*>(&widget) != nullptr;
