@@ -17,7 +17,6 @@ namespace {
 
 constexpr char kDegree[] = "\u00B0";
 constexpr char kSun[] = "\u2600 ";
-constexpr std::uint32_t kTextNoFix = 14602;
 constexpr std::uint32_t kTextCourseUp = 14620;
 constexpr std::uint32_t kTextNorthUp = 14621;
 constexpr std::uint32_t kTextLastCourse = 14622;
@@ -27,6 +26,7 @@ constexpr std::uint32_t kTextWaitingForPosition = 14625;
 constexpr std::uint32_t kTextSunUpAllDay = 14626;
 constexpr std::uint32_t kTextSunDownAllDay = 14627;
 constexpr std::uint32_t kTextSunriseSunset = 14628;
+constexpr std::uint32_t kTextNoFix = 14629;
 // The sun's centre at sunrise and sunset: its upper edge on the horizon,
 // lifted by refraction.
 constexpr double kSunHorizonElevation = -0.833;
@@ -251,9 +251,9 @@ void PaintInfo(Canvas& canvas, const ViewContext& context, const Rect& box,
     top -= line * 3 / 2;
     PaintLine(canvas, distance + "   " + (gps.destinationSeconds < 0 ? "--" : togo), strong,
               {box.left, top, box.right, top + line}, kAlignHCenter | kAlignTop, palette.value);
-    const std::string turn = course.live
-                                 ? TurnHint(TurnDegrees(course.degrees, destination->bearing))
-                                 : FillLanguageText(kTextBearing, {DegreesText(destination->bearing)});
+    const std::string turn =
+        course.live ? TurnHint(TurnDegrees(course.degrees, destination->bearing))
+                    : FillLanguageText(kTextBearing, {DegreesText(destination->bearing)});
     top -= line;
     PaintLine(canvas, "\u25C6 " + destination->point.name + "   " + turn, strong,
               {box.left, top, box.right, top + line}, kAlignHCenter | kAlignTop, palette.good);

@@ -95,7 +95,8 @@ void PaintCrossHair(Canvas& canvas, const ViewContext& context) {
     canvas.DrawLine({middle.x - arm, middle.y}, {middle.x + arm, middle.y}, palette.alarm);
     canvas.DrawLine({middle.x, middle.y - arm}, {middle.x, middle.y + arm}, palette.alarm);
     const Font font = context.fonts.Slot(kInstrumentTextSlot);
-    const std::string hint = FillLanguageText(kTextPlacingHint, {std::to_string(context.app.map.placing + 1)});
+    const std::string hint =
+        FillLanguageText(kTextPlacingHint, {std::to_string(context.app.map.placing + 1)});
     canvas.DrawText(hint, FitFont(canvas, hint, body.Width() - 4, font.height, 400),
                     {body.left, body.bottom - font.height - 2, body.right, body.bottom - 2},
                     kAlignHCenter | kAlignBottom, palette.alarm);

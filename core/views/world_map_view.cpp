@@ -252,9 +252,8 @@ void DrawMissingNote(Canvas& canvas, const ViewContext& context) {
 // the top of its box.
 int DrawArrowMode(Canvas& canvas, const ViewContext& context) {
     const Rect& body = context.layout.body;
-    const std::string text = context.app.mapKeys.zoomMode
-                                 ? "\u21F3 " + LanguageText(kTextZoomKeys)
-                                 : "\u2725 " + LanguageText(kTextPanKeys);
+    const std::string text = context.app.mapKeys.zoomMode ? "\u21F3 " + LanguageText(kTextZoomKeys)
+                                                          : "\u2725 " + LanguageText(kTextPanKeys);
     const Font font{std::max(8, context.layout.barHeight / 2), 600};
     const TextSize size = canvas.MeasureText(text, font);
     const int pad = font.height / 3;
