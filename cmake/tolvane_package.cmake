@@ -76,7 +76,10 @@ tolvane-tool runs the same GPS pipeline without a window: it replays and
 converts recorded NMEA logs and watches a live receiver.")
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
 set(CPACK_DEBIAN_PACKAGE_DEPENDS xplanet-images)
-set(CPACK_DEBIAN_PACKAGE_RECOMMENDS "gpsd, espeak-ng")
+# Qt's translations label the standard buttons and the file dialog in the
+# user's language; the Chinese texts need a font with Chinese characters.
+set(CPACK_DEBIAN_PACKAGE_RECOMMENDS
+  "gpsd, espeak-ng, qt6-translations-l10n, fonts-noto-cjk | fonts-wqy-microhei | fonts-droid-fallback")
 # A release build without its symbols: the package holds stripped programs.
 set(CPACK_STRIP_FILES ON)
 include(CPack)

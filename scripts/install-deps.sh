@@ -10,8 +10,8 @@ packages=(
   nlohmann-json3-dev
   gpsd espeak-ng gpsbabel libxml2-utils libxml2-dev libpng-dev libsqlite3-dev
   qt6-base-dev qt6-multimedia-dev qt6-connectivity-dev qt6-image-formats-plugins libgl-dev fonts-dejavu-core
-  # the glyphs of the Chinese texts
-  fonts-droid-fallback
+  # the glyphs of the Chinese texts, and Qt's own words in each language
+  fonts-droid-fallback qt6-translations-l10n
   xvfb xdotool imagemagick desktop-file-utils appstream dbus-daemon
   xplanet-images gdal-bin
   dpkg-dev file lintian man-db groff-base

@@ -18,9 +18,11 @@
 #include "core/app/commands.h"
 #include "core/app/map_commands.h"
 #include "core/app/menu_model.h"
+#include "core/app/startup.h"
 #include "core/base/debug_trace.h"
 #include "core/placement/tile_placement.h"
 #include "shell/gps_mark_tip.h"
+#include "shell/qt_translations.h"
 #include "shell/soft_key_bar.h"
 
 namespace tolvane::shell {
@@ -272,6 +274,7 @@ void MainWindow::RepaintNow() {
 }
 
 void MainWindow::Relabel() {
+    SpeakQtLanguage(LanguageToLoad(program_.app.runtime.language));
     setWindowTitle(QString::fromStdString(program_.title));
     softKeys_->SetTexts(QString::fromStdString(SoftKeyText(kCommandLeftSoftKey)),
                         QString::fromStdString(SoftKeyText(kCommandRightSoftKey)));

@@ -16,6 +16,7 @@
 #include "platform/receiver_setup.h"
 #include "shell/dialogs/command_dialogs.h"
 #include "shell/dialogs/touch.h"
+#include "shell/qt_translations.h"
 
 namespace tolvane::shell {
 namespace {
@@ -76,6 +77,7 @@ bool ProgramWindow::Start(const ScreenMetrics& screen) {
         return false;
     }
     if (!StartBeforeWindow(program_, instance_)) return false;
+    SpeakQtLanguage(LanguageToLoad(program_.app.runtime.language));
     demoRun_.Apply(program_.app);
     const WindowSetup setup = PrepareWindow(program_, screen);
     InstallTouchStyle();

@@ -7,9 +7,12 @@
 
 #include "core/app/program.h"
 #include "shell/dialogs/destination_list_dialog.h"
+#include "shell/dialogs/dialog_parts.h"
 
 namespace tolvane::shell {
 namespace {
+
+constexpr std::uint32_t kTextVersion = 10001;
 
 QMessageBox::Icon ToQtIcon(MessageIcon icon) {
     switch (icon) {
@@ -97,8 +100,8 @@ bool QtHost::OpenDocument(const std::string& path) {
 void QtHost::ShowAbout(const AboutInfo& about) {
     const QString name = QString::fromStdString(about.name);
     const QString text =
-        QStringLiteral("%1\nVersion %2\n\n%3\n\n%4")
-            .arg(name, QString::fromStdString(about.version), QString::fromStdString(about.licence),
+        QStringLiteral("%1\n%2\n\n%3\n\n%4")
+            .arg(name, Text(kTextVersion, about.version), QString::fromStdString(about.licence),
                  QString::fromStdString(about.credits));
     QMessageBox box(QMessageBox::Information, name, text, QMessageBox::Ok, Parent());
     box.exec();

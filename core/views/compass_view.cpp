@@ -6,6 +6,7 @@
 
 #include "core/base/device_helpers.h"
 #include "core/base/print_format.h"
+#include "core/base/string_manager.h"
 #include "core/geo/distance.h"
 #include "core/geo/formatting.h"
 #include "core/geo/solar.h"
@@ -15,6 +16,17 @@ namespace tolvane {
 namespace {
 
 constexpr char kDegree[] = "\u00B0";
+constexpr char kSun[] = "\u2600 ";
+constexpr std::uint32_t kTextCourseUp = 14620;
+constexpr std::uint32_t kTextNorthUp = 14621;
+constexpr std::uint32_t kTextLastCourse = 14622;
+constexpr std::uint32_t kTextTooSlowForCourse = 14623;
+constexpr std::uint32_t kTextBearing = 14624;
+constexpr std::uint32_t kTextWaitingForPosition = 14625;
+constexpr std::uint32_t kTextSunUpAllDay = 14626;
+constexpr std::uint32_t kTextSunDownAllDay = 14627;
+constexpr std::uint32_t kTextSunriseSunset = 14628;
+constexpr std::uint32_t kTextNoFix = 14629;
 // The sun's centre at sunrise and sunset: its upper edge on the horizon,
 // lifted by refraction.
 constexpr double kSunHorizonElevation = -0.833;
@@ -172,7 +184,8 @@ void PaintHeader(Canvas& canvas, const ViewContext& context, const Rect& box,
                  const CourseMemory& course, const Palette& palette) {
     const Font label = context.fonts.Slot(kInstrumentLabelSlot);
     const int labelHeight = canvas.MeasureText("COG", label).height;
-    const char* mode = context.app.compassMode == kCompassCourseUp ? "Course up" : "North up";
+    const std::string mode =
+        LanguageText(context.app.compassMode == kCompassCourseUp ? kTextCourseUp : kTextNorthUp);
     const Rect top{box.left, box.top, box.right, box.top + labelHeight};
     canvas.DrawText("COG", label, top, kAlignLeft | kAlignTop, palette.label);
     canvas.DrawText(mode, label, top, kAlignRight | kAlignTop, palette.label);
@@ -182,11 +195,11 @@ void PaintHeader(Canvas& canvas, const ViewContext& context, const Rect& box,
     canvas.DrawText(digits, big, figure, kAlignCenter, course.live ? palette.value : palette.dim);
     std::string note;
     if (!HasLiveFix(context.app.gps)) {
-        note = "No fix";
+        note = LanguageText(kTextNoFix);
     } else if (!course.live) {
-        note = course.have ? "Last " + DegreesText(course.degrees) + ", " +
-                                 AgeText(course.ageSeconds) + " ago"
-                           : "Moving slower than 2 km/h";
+        note = course.have ? FillLanguageText(kTextLastCourse, {DegreesText(course.degrees),
+                                                                AgeText(course.ageSeconds)})
+                           : LanguageText(kTextTooSlowForCourse);
     }
     PaintLine(canvas, note, label, {box.left, figure.bottom, box.right, box.bottom},
               kAlignHCenter | kAlignBottom, palette.label);
@@ -201,20 +214,20 @@ std::string ClockText(FileTime utc) {
 // a narrow window.
 std::string SunLine(const ViewContext& context, bool compact) {
     const MapFollow& place = context.app.mapFollow;
-    if (!place.havePosition) return "\u2600 waiting for a position";
+    if (!place.havePosition) return kSun + LanguageText(kTextWaitingForPosition);
     const SunTimes times = TodaysSunTimes(context.nowUtc, place.latitude, place.longitude);
     switch (times.day) {
         case SunDay::kAlwaysUp:
-            return "\u2600 up all day";
+            return kSun + LanguageText(kTextSunUpAllDay);
         case SunDay::kAlwaysDown:
-            return "\u2600 down all day";
+            return kSun + LanguageText(kTextSunDownAllDay);
         default:
             if (compact) {
-                return "\u2600 \u2191" + ClockText(times.sunriseUtc) + " \u2193" +
+                return std::string(kSun) + "\u2191" + ClockText(times.sunriseUtc) + " \u2193" +
                        ClockText(times.sunsetUtc);
             }
-            return "\u2600 Sunrise " + ClockText(times.sunriseUtc) + "   Sunset " +
-                   ClockText(times.sunsetUtc);
+            return kSun + FillLanguageText(kTextSunriseSunset, {ClockText(times.sunriseUtc),
+                                                                ClockText(times.sunsetUtc)});
     }
 }
 
@@ -238,9 +251,9 @@ void PaintInfo(Canvas& canvas, const ViewContext& context, const Rect& box,
     top -= line * 3 / 2;
     PaintLine(canvas, distance + "   " + (gps.destinationSeconds < 0 ? "--" : togo), strong,
               {box.left, top, box.right, top + line}, kAlignHCenter | kAlignTop, palette.value);
-    const std::string turn = course.live
-                                 ? TurnHint(TurnDegrees(course.degrees, destination->bearing))
-                                 : "Bearing " + DegreesText(destination->bearing);
+    const std::string turn =
+        course.live ? TurnHint(TurnDegrees(course.degrees, destination->bearing))
+                    : FillLanguageText(kTextBearing, {DegreesText(destination->bearing)});
     top -= line;
     PaintLine(canvas, "\u25C6 " + destination->point.name + "   " + turn, strong,
               {box.left, top, box.right, top + line}, kAlignHCenter | kAlignTop, palette.good);

@@ -19,6 +19,9 @@ constexpr std::uint32_t kSearchingText = 10410;
 constexpr std::uint32_t kSatellitesHeardText = 10411;
 constexpr std::uint32_t kOneSatelliteHeardText = 10412;
 constexpr std::uint32_t kNoSatellitesHeardText = 10413;
+constexpr std::uint32_t kFix3dText = 14610;
+constexpr std::uint32_t kFix2dText = 14611;
+constexpr std::uint32_t kNoFixTypeText = 14612;
 constexpr char kSearchingJoin[] = " \u2014 ";
 
 // One row of the view: up to three texts in one font, spread over the
@@ -28,10 +31,10 @@ struct InfoRow {
     Font font;
 };
 
-const char* FixTypeText(double fixType) {
-    if (fixType == 3.0) return "3D GPS Fix";
-    if (fixType == 2.0) return "2D GPS Fix";
-    return "GPS Fix N/A";
+std::string FixTypeText(double fixType) {
+    if (fixType == 3.0) return LanguageText(kFix3dText);
+    if (fixType == 2.0) return LanguageText(kFix2dText);
+    return LanguageText(kNoFixTypeText);
 }
 
 // The satellites heard: how many in view have a signal, and the best.

@@ -14,9 +14,9 @@
 namespace tolvane {
 namespace {
 
-constexpr char kNoMap[] = "No map loaded";
 constexpr std::uint32_t kTextHowToLoadMap = 14517;
-constexpr char kPlacingHint[] = "Ref Point %d: tap, or arrows and Enter";
+constexpr std::uint32_t kTextNoMap = 14518;
+constexpr std::uint32_t kTextPlacingHint = 14519;
 
 Point Rounded(MapProjection::Point point) {
     return {ClampCoordinate(point.x), ClampCoordinate(point.y)};
@@ -95,7 +95,8 @@ void PaintCrossHair(Canvas& canvas, const ViewContext& context) {
     canvas.DrawLine({middle.x - arm, middle.y}, {middle.x + arm, middle.y}, palette.alarm);
     canvas.DrawLine({middle.x, middle.y - arm}, {middle.x, middle.y + arm}, palette.alarm);
     const Font font = context.fonts.Slot(kInstrumentTextSlot);
-    const std::string hint = FormatText(kPlacingHint, context.app.map.placing + 1);
+    const std::string hint =
+        FillLanguageText(kTextPlacingHint, {std::to_string(context.app.map.placing + 1)});
     canvas.DrawText(hint, FitFont(canvas, hint, body.Width() - 4, font.height, 400),
                     {body.left, body.bottom - font.height - 2, body.right, body.bottom - 2},
                     kAlignHCenter | kAlignBottom, palette.alarm);
@@ -114,7 +115,7 @@ void PaintNoMap(Canvas& canvas, const ViewContext& context) {
     const Rect& body = context.layout.body;
     const Palette& palette = PaletteOf(context);
     const Font note = context.fonts.Slot(kInstrumentTextSlot);
-    canvas.DrawText(kNoMap, note, body, kAlignCenter, palette.dim);
+    canvas.DrawText(LanguageText(kTextNoMap), note, body, kAlignCenter, palette.dim);
     const Font hint = context.fonts.Slot(kInstrumentLabelSlot);
     const int top = (body.top + body.bottom + note.height) / 2 + hint.height / 2;
     PaintLine(canvas, LanguageText(kTextHowToLoadMap), hint,

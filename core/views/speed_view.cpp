@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "core/base/print_format.h"
+#include "core/base/string_manager.h"
 #include "core/geo/formatting.h"
 #include "core/geo/units.h"
 #include "core/views/instrument_parts.h"
@@ -11,6 +12,10 @@ namespace tolvane {
 namespace {
 
 constexpr double kStandingStillKmh = 0.5;
+constexpr std::uint32_t kTextAlarmOff = 14630;
+constexpr std::uint32_t kTextAlarmLimit = 14631;
+constexpr std::uint32_t kTextMaximum = 14632;
+constexpr std::uint32_t kTextAverage = 14633;
 constexpr double kDialStart = -kDialSweepDegrees / 2;
 
 struct Dial {
@@ -126,12 +131,14 @@ Dial DialIn(const Rect& area, int fullScale) {
 
 std::string AlarmLine(const Options& options) {
     const double limit = SelectedAlarmLimit(options);
-    if (limit <= 0) return "Alarm off";
-    return PrintFormat("Alarm %d %s", static_cast<int>(limit), SpeedUnitText(options.unitSystem));
+    if (limit <= 0) return LanguageText(kTextAlarmOff);
+    return FillLanguageText(kTextAlarmLimit, {std::to_string(static_cast<int>(limit)),
+                                              SpeedUnitText(options.unitSystem)});
 }
 
 std::string MarksLine(const TripFigures& trip, int units) {
-    return PrintFormat("\u25B2 max %.1f   \u25B3 avg %.1f %s", SpeedInUnit(trip.maxSpeedKnots, units),
+    return PrintFormat("\u25B2 %s %.1f   \u25B3 %s %.1f %s", LanguageText(kTextMaximum).c_str(),
+                       SpeedInUnit(trip.maxSpeedKnots, units), LanguageText(kTextAverage).c_str(),
                        SpeedInUnit(TripAverageKnots(trip), units), SpeedUnitText(units));
 }
 

@@ -4,6 +4,7 @@
 
 #include "core/base/device_helpers.h"
 #include "core/base/print_format.h"
+#include "core/base/string_manager.h"
 #include "core/geo/formatting.h"
 #include "core/geo/units.h"
 #include "core/views/instrument_parts.h"
@@ -11,25 +12,39 @@
 namespace tolvane {
 namespace {
 
-TripTile DurationTile(const char* label, int seconds) {
+constexpr std::uint32_t kTextTripDistance = 14640;
+constexpr std::uint32_t kTextMovingTime = 14641;
+constexpr std::uint32_t kTextStoppedTime = 14642;
+constexpr std::uint32_t kTextAverageSpeed = 14643;
+constexpr std::uint32_t kTextMaximumSpeed = 14644;
+constexpr std::uint32_t kTextAscent = 14645;
+constexpr std::uint32_t kTextDescent = 14646;
+constexpr std::uint32_t kTextLowest = 14647;
+constexpr std::uint32_t kTextHighest = 14648;
+constexpr std::uint32_t kTextConnectedTime = 14649;
+constexpr std::uint32_t kTextTimeToFirstFix = 14650;
+
+TripTile DurationTile(std::uint32_t label, int seconds) {
     std::string text;
     FormatDuration(std::max(0, seconds), &text, kDurationClock);
-    return {label, text, ""};
+    return {LanguageText(label), text, ""};
 }
 
-TripTile SpeedTile(const char* label, double knots, int units) {
-    return {label, PrintFormat("%.1f", SpeedInUnit(knots, units)), SpeedUnitText(units)};
+TripTile SpeedTile(std::uint32_t label, double knots, int units) {
+    return {LanguageText(label), PrintFormat("%.1f", SpeedInUnit(knots, units)),
+            SpeedUnitText(units)};
 }
 
-TripTile AltitudeTile(const char* label, double metres, bool known, int units) {
-    if (!known) return {label, "--", AltitudeUnitText(units), false};
-    return {label, PrintFormat("%.0f", AltitudeInUnit(metres, units)), AltitudeUnitText(units)};
+TripTile AltitudeTile(std::uint32_t label, double metres, bool known, int units) {
+    std::string name = LanguageText(label);
+    if (!known) return {name, "--", AltitudeUnitText(units), false};
+    return {name, PrintFormat("%.0f", AltitudeInUnit(metres, units)), AltitudeUnitText(units)};
 }
 
 // The time the receiver took to its first fix since the GPS was started,
 // "--" before it had one.
 TripTile FirstFixTile(const FirstFix& firstFix) {
-    const char* label = "Time to first fix";
+    const std::string label = LanguageText(kTextTimeToFirstFix);
     if (firstFix.timeToFixSeconds < 0) return {label, "--", "", false};
     return {label, MinutesSecondsText(firstFix.timeToFixSeconds), ""};
 }
@@ -39,7 +54,7 @@ TripTile DistanceTile(double km, int units) {
     std::string text;
     FormatDistance(units, km, &text);
     const std::size_t blank = text.find(' ');
-    return {"Trip distance", text.substr(0, blank),
+    return {LanguageText(kTextTripDistance), text.substr(0, blank),
             blank == std::string::npos ? "" : text.substr(blank + 1)};
 }
 
@@ -68,15 +83,15 @@ std::vector<TripTile> TripTiles(const AppState& app) {
     const bool climbed = extras.haveAltitude;
     return {
         DistanceTile(trip.distanceKm, units),
-        DurationTile("Moving time", trip.movingSeconds),
-        DurationTile("Stopped time", TripStoppedSeconds(trip)),
-        SpeedTile("Average speed", TripAverageKnots(trip), units),
-        SpeedTile("Maximum speed", trip.maxSpeedKnots, units),
-        AltitudeTile("Ascent", extras.ascentMetres, climbed, units),
-        AltitudeTile("Descent", extras.descentMetres, climbed, units),
-        AltitudeTile("Lowest", extras.lowestMetres, climbed, units),
-        AltitudeTile("Highest", extras.highestMetres, climbed, units),
-        DurationTile("Connected time", app.gps.connectedSeconds),
+        DurationTile(kTextMovingTime, trip.movingSeconds),
+        DurationTile(kTextStoppedTime, TripStoppedSeconds(trip)),
+        SpeedTile(kTextAverageSpeed, TripAverageKnots(trip), units),
+        SpeedTile(kTextMaximumSpeed, trip.maxSpeedKnots, units),
+        AltitudeTile(kTextAscent, extras.ascentMetres, climbed, units),
+        AltitudeTile(kTextDescent, extras.descentMetres, climbed, units),
+        AltitudeTile(kTextLowest, extras.lowestMetres, climbed, units),
+        AltitudeTile(kTextHighest, extras.highestMetres, climbed, units),
+        DurationTile(kTextConnectedTime, app.gps.connectedSeconds),
         FirstFixTile(app.instruments.firstFix),
     };
 }

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstdio>
+#include <string>
 #include <vector>
 
 #include "core/base/csv_text.h"
@@ -15,21 +16,25 @@ namespace {
 constexpr int kTitleFontSlot = 4;
 constexpr int kMarkFontSlot = 0;
 constexpr char kNoPosition[] = "--";
+constexpr std::uint32_t kTextGpsOff = 14600;
+constexpr std::uint32_t kTextNoGps = 14601;
+constexpr std::uint32_t kTextNoFix = 14602;
+constexpr std::uint32_t kTextAlarm = 14603;
 
 // A status mark of the title bar: a short word in a box, filled when the
 // state it names is active, outlined when it is only selected.
 struct StatusMark {
-    const char* text;
+    std::string text;
     Color color;
     bool filled;
 };
 
 StatusMark GpsMark(const ViewContext& context, const Palette& palette) {
     const GpsState& gps = context.app.gps;
-    if (!context.app.gpsRunning) return {"GPS off", palette.dim, false};
-    if (!gps.connected) return {"No GPS", palette.warning, false};
+    if (!context.app.gpsRunning) return {LanguageText(kTextGpsOff), palette.dim, false};
+    if (!gps.connected) return {LanguageText(kTextNoGps), palette.warning, false};
     // Blinks with the state's own no-fix flag, once a second.
-    if (!gps.fixValid) return {"No fix", palette.warning, gps.noFixBlink != 0};
+    if (!gps.fixValid) return {LanguageText(kTextNoFix), palette.warning, gps.noFixBlink != 0};
     return {gps.fixType >= 3.0 ? "3D" : "2D", palette.good, true};
 }
 
@@ -39,7 +44,7 @@ std::vector<StatusMark> StatusMarks(const ViewContext& context, const Palette& p
     if (app.options.trackLoggerEnabled) marks.push_back({"LOG", palette.titleText, false});
     if (app.options.navigation) marks.push_back({"NAV", palette.titleText, false});
     if (app.alarm.sounding) {
-        marks.push_back({"ALARM", palette.alarm, true});
+        marks.push_back({LanguageText(kTextAlarm), palette.alarm, true});
     } else if (app.options.speedAlarmIndex >= 0) {
         marks.push_back({"ALM", palette.titleText, false});
     }

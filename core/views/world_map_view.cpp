@@ -17,6 +17,8 @@ namespace {
 
 // Language string of the note shown when the pictures are missing.
 constexpr std::uint32_t kTextNoWorldPictures = 13100;
+constexpr std::uint32_t kTextZoomKeys = 13101;
+constexpr std::uint32_t kTextPanKeys = 13102;
 // The graticule's steps in degrees: 30 at first, finer as the map is
 // zoomed in, so that a few lines always cross the map.
 constexpr double kGridSteps[] = {30, 15, 10, 5, 2, 1, 0.5, 0.25, 0.1, 0.05, 0.02, 0.01};
@@ -250,7 +252,8 @@ void DrawMissingNote(Canvas& canvas, const ViewContext& context) {
 // the top of its box.
 int DrawArrowMode(Canvas& canvas, const ViewContext& context) {
     const Rect& body = context.layout.body;
-    const std::string text = context.app.mapKeys.zoomMode ? "\u21F3 Zoom" : "\u2725 Pan";
+    const std::string text = context.app.mapKeys.zoomMode ? "\u21F3 " + LanguageText(kTextZoomKeys)
+                                                          : "\u2725 " + LanguageText(kTextPanKeys);
     const Font font{std::max(8, context.layout.barHeight / 2), 600};
     const TextSize size = canvas.MeasureText(text, font);
     const int pad = font.height / 3;
