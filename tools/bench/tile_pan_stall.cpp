@@ -109,6 +109,8 @@ int main(int argc, char** argv) {
     shell::TileLayer layer;
     renderer.SetTiles(&layer.Images());
     QEventLoop waiting;
+    int tilesRead = 0;
+    QObject::connect(&layer, &shell::TileLayer::TileArrived, [&] { ++tilesRead; });
     QObject::connect(&layer, &shell::TileLayer::SourcesOpened, [&](TileZooms zooms) {
         app.tileZooms = zooms;
         waiting.quit();
@@ -166,6 +168,7 @@ int main(int argc, char** argv) {
     std::cout << "pans: " << times.size() << ", until every tile showed: median "
               << times[times.size() / 2] << " ms, longest " << times.back() << " ms\n"
               << "longest gap of the event loop: " << longestGap << " ms\n"
+              << "tiles read: " << tilesRead << "\n"
               << "tiles in memory: " << layer.Images().Count() << " ("
               << layer.Images().Bytes() / (1024 * 1024) << " MB)\n"
               << "peak resident memory: " << PeakResidentMegabytes() << " MB\n";
