@@ -146,6 +146,38 @@ TileStandIn FindTileStandIn(const TileImages& images, const TileKey& key, int lo
     return {key, nullptr};
 }
 
+std::vector<ShownTile> ShownTiles(const AppState& app, const Rect& body, const TileImages& images) {
+    std::vector<ShownTile> shown;
+    const std::vector<MapPlacement> copies = WorldMapCopies(app, body);
+    if (copies.empty()) return shown;
+    const int z = DrawnTileZoom(app, copies.front());
+    if (z < 0) return shown;
+    for (const MapPlacement& copy : copies) {
+        for (TilePiece& piece : TilesInView(app, copy, body, z)) {
+            const TileStandIn standIn = FindTileStandIn(images, piece.key, app.tileZooms.lowest);
+            shown.push_back({std::move(piece), standIn});
+        }
+    }
+    return shown;
+}
+
+bool TilesHideBody(const std::vector<ShownTile>& shown, const Rect& body) {
+    if (shown.empty()) return false;
+    Rect reach{body.right, body.bottom, body.left, body.top};
+    for (const ShownTile& tile : shown) {
+        if (tile.standIn.picture == nullptr || tile.standIn.picture->alpha) return false;
+        const TilePiece& piece = tile.piece;
+        reach.left = std::min(reach.left, piece.left);
+        reach.right = std::max(reach.right, piece.right);
+        reach.top = std::min(reach.top, piece.strips.front().screenTop);
+        reach.bottom = std::max(reach.bottom, piece.strips.back().screenBottom);
+    }
+    // The pieces of each copy form a whole grid and the copies abut, so
+    // reaching the edges is covering.
+    return reach.left <= body.left && reach.right >= body.right && reach.top <= body.top &&
+           reach.bottom >= body.bottom;
+}
+
 std::vector<TileKey> WantedTiles(const AppState& app, const Rect& body, TileImages& images) {
     std::vector<TileKey> wanted;
     const std::vector<MapPlacement> copies = WorldMapCopies(app, body);

@@ -67,6 +67,21 @@ struct TileStandIn {
 };
 TileStandIn FindTileStandIn(const TileImages& images, const TileKey& key, int lowestZoom);
 
+// A tile the World Map shows, with what stands in for it.
+struct ShownTile {
+    TilePiece piece;
+    TileStandIn standIn;
+};
+
+// The tiles of every copy of the world that show in body at the drawn
+// zoom; none while the map shows no tiles.
+std::vector<ShownTile> ShownTiles(const AppState& app, const Rect& body, const TileImages& images);
+
+// Whether the shown tiles hide all of body: each has a picture without
+// see-through parts, and together they reach the body's four edges. The
+// pictures of the earth under them need not be drawn then.
+bool TilesHideBody(const std::vector<ShownTile>& shown, const Rect& body);
+
 // The tiles the World Map needs and does not have, nearest the middle of
 // body first: each shown tile not yet known, or, where no source has one,
 // the first larger tile above it not yet known, so that a stand-in comes.

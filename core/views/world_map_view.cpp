@@ -94,26 +94,15 @@ void DrawTileStrip(Canvas& canvas, const TileStandIn& standIn, const TilePiece& 
 
 // The tiles of the user's tile maps over the pictures of the earth, each
 // from its own picture or, while that is not here, from a larger tile above
-// it; where neither is here the earth's picture shows. True when the map is
-// at the tiles' scale.
-bool DrawTiles(Canvas& canvas, const ViewContext& context,
-               const std::vector<MapPlacement>& copies) {
-    const AppState& app = context.app;
-    if (context.tiles == nullptr || copies.empty()) return false;
-    const int z = DrawnTileZoom(app, copies.front());
-    if (z < 0) return false;
-    const double brightness = app.options.nightView != 0 ? kNightPictureBrightness : 1.0;
-    for (const MapPlacement& copy : copies) {
-        for (const TilePiece& piece : TilesInView(app, copy, context.layout.body, z)) {
-            const TileStandIn standIn =
-                FindTileStandIn(*context.tiles, piece.key, app.tileZooms.lowest);
-            if (standIn.picture == nullptr) continue;
-            for (const TileStrip& strip : piece.strips) {
-                DrawTileStrip(canvas, standIn, piece, strip, brightness);
-            }
+// it; where neither is here the earth's picture shows.
+void DrawTiles(Canvas& canvas, const ViewContext& context, const std::vector<ShownTile>& shown) {
+    const double brightness = context.app.options.nightView != 0 ? kNightPictureBrightness : 1.0;
+    for (const ShownTile& tile : shown) {
+        if (tile.standIn.picture == nullptr) continue;
+        for (const TileStrip& strip : tile.piece.strips) {
+            DrawTileStrip(canvas, tile.standIn, tile.piece, strip, brightness);
         }
     }
-    return true;
 }
 
 // The tile maps' attribution, as their licences ask, in small type at the
@@ -273,12 +262,18 @@ void PaintWorldMapView(Canvas& canvas, const ViewContext& context) {
     canvas.DrawRectangle(body, GroundInkOf(context).ground, kNoColor);
     const std::vector<MapPlacement> copies = WorldMapCopies(context.app, body);
     const Image* picture = PictureOf(context);
-    for (const MapPlacement& copy : copies) {
-        if (picture != nullptr) {
+    const std::vector<ShownTile> shown = context.tiles != nullptr
+                                             ? ShownTiles(context.app, body, *context.tiles)
+                                             : std::vector<ShownTile>{};
+    // Under tiles that hide the whole map the earth's pictures would be
+    // painted for nothing.
+    if (picture != nullptr && !TilesHideBody(shown, body)) {
+        for (const MapPlacement& copy : copies) {
             DrawWorldPicture(canvas, *picture, WorldBoxOf(copy, context.app), body);
         }
     }
-    const bool tiled = DrawTiles(canvas, context, copies);
+    DrawTiles(canvas, context, shown);
+    const bool tiled = !shown.empty();
     if (!copies.empty()) DrawGraticule(canvas, context, copies.front());
     for (const MapPlacement& copy : copies) DrawMapLayers(canvas, context, copy);
     if (!copies.empty()) DrawScaleBar(canvas, context, copies.front());

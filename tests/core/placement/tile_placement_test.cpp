@@ -114,6 +114,14 @@ TEST(TilePlacementTest, TilesAreAskedForMiddleFirstAndALargerTileStandsInForOneN
     EXPECT_EQ(standIn.top, 0.0);
     EXPECT_EQ(standIn.side, 0.5);
     EXPECT_EQ(FindTileStandIn(images, {12, 0, 0}, 2).picture, nullptr);
+
+    // Opaque stand-ins everywhere hide the earth's pictures; one see-through
+    // tile lets them show again.
+    EXPECT_TRUE(TilesHideBody(ShownTiles(scene.app, kBody, images), kBody));
+    Image edge{256, 256, std::vector<std::uint32_t>(256 * 256)};
+    edge.alpha = true;
+    images.Put(parents.back(), edge);
+    EXPECT_FALSE(TilesHideBody(ShownTiles(scene.app, kBody, images), kBody));
 }
 
 TEST(TilePlacementTest, TheZoomGoesTwoTileZoomsBeyondTheDeepestMapAndTilesStartAtTheShallowest) {
