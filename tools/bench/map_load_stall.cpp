@@ -18,6 +18,7 @@
 #include <iostream>
 
 #include "shell/dialogs/map_loader.h"
+#include "tools/bench/loop_gap_meter.h"
 
 namespace {
 
@@ -43,19 +44,10 @@ int main(int argc, char** argv) {
     QGuiApplication application(argc, argv);
     const QString path = argc > 1 ? QString::fromLocal8Bit(argv[1]) : MakePicture();
 
-    QElapsedTimer clock;
-    qint64 lastTick = 0;
-    qint64 longestGap = 0;
-    QTimer ticker;
-    QObject::connect(&ticker, &QTimer::timeout, [&] {
-        const qint64 now = clock.elapsed();
-        longestGap = std::max(longestGap, now - lastTick);
-        lastTick = now;
-    });
+    tolvane::bench::LoopGapMeter gaps;
     tolvane::shell::MapLoader loader;
     int levels = 0;
-    clock.start();
-    ticker.start(5);
+    gaps.Start();
     loader.Load(
         path, [](int, int) {},
         [&](const QString&, std::shared_ptr<const tolvane::MapPicture> picture) {
@@ -63,8 +55,8 @@ int main(int argc, char** argv) {
             QCoreApplication::quit();
         });
     application.exec();
-    std::cout << "picture " << path.toStdString() << "\nloaded in " << clock.elapsed() << " ms, "
-              << levels << " levels\nlongest event-loop gap " << longestGap
+    std::cout << "picture " << path.toStdString() << "\nloaded in " << gaps.Elapsed() << " ms, "
+              << levels << " levels\nlongest event-loop gap " << gaps.LongestGap()
               << " ms (target under 50 ms)\n";
     return levels > 0 ? 0 : 1;
 }

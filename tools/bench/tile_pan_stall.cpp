@@ -28,6 +28,7 @@
 #include "core/placement/world_map_placement.h"
 #include "shell/tile_layer.h"
 #include "shell/view_renderer.h"
+#include "tools/bench/loop_gap_meter.h"
 
 namespace {
 
@@ -125,15 +126,7 @@ int main(int argc, char** argv) {
     app.mapKeys.worldMapZoom = WorldMapZoomForTileZoom(app, body, zoom);
     renderer.Paint(backBuffer, app, 0);  // reads the pictures of the earth once
 
-    QElapsedTimer clock;
-    qint64 lastTick = 0;
-    qint64 longestGap = 0;
-    QTimer ticker;
-    QObject::connect(&ticker, &QTimer::timeout, [&] {
-        const qint64 now = clock.elapsed();
-        longestGap = std::max(longestGap, now - lastTick);
-        lastTick = now;
-    });
+    bench::LoopGapMeter gaps;
     // The window paints once a frame while tiles come, then asks for what
     // it still lacks, as its paint event does.
     bool complete = false;
@@ -147,8 +140,7 @@ int main(int argc, char** argv) {
     });
 
     std::vector<qint64> times;
-    clock.start();
-    ticker.start(5);
+    gaps.Start();
     frame.start(16);
     // The sweep starts at the map's north-west.
     PanWorldMap(app, -body.Width() * kPansPerRow / 4.0, -body.Height() * kRows / 2.0,
@@ -158,16 +150,16 @@ int main(int argc, char** argv) {
         const bool rowEnds = pan % kPansPerRow == kPansPerRow - 1;
         PanWorldMap(app, rowEnds ? 0 : (row % 2 == 0 ? 1 : -1) * body.Width() / 2.0,
                     rowEnds ? body.Height() : 0, WorldMapPlacement(app, body).distance);
-        const qint64 start = clock.elapsed();
-        lastTick = start;
+        const qint64 start = gaps.Elapsed();
+        gaps.CountFromNow();
         complete = false;
         waiting.exec();
-        times.push_back(clock.elapsed() - start);
+        times.push_back(gaps.Elapsed() - start);
     }
     std::sort(times.begin(), times.end());
     std::cout << "pans: " << times.size() << ", until every tile showed: median "
               << times[times.size() / 2] << " ms, longest " << times.back() << " ms\n"
-              << "longest gap of the event loop: " << longestGap << " ms\n"
+              << "longest gap of the event loop: " << gaps.LongestGap() << " ms\n"
               << "tiles read: " << tilesRead << "\n"
               << "tiles in memory: " << layer.Images().Count() << " ("
               << layer.Images().Bytes() / (1024 * 1024) << " MB)\n"
