@@ -79,19 +79,28 @@ TEST_F(OptionsTest, SaveTwiceIsByteIdenticalAndReservedBytesSurvive) {
     EXPECT_EQ(runtime_.storageLocation, "/media/card");
 }
 
-TEST_F(OptionsTest, ShortMissingOrForeignFilesGiveTheDefaults) {
+// A file that did not load is left alone until the next save, is marked,
+// and its bytes can be kept; a missing file has nothing to keep.
+TEST_F(OptionsTest, ShortMissingOrForeignFilesGiveTheDefaultsAndTheirBytesCanBeKept) {
     EXPECT_EQ(Bytes(LoadAtStartup()), Bytes(defaults_));
-
-    testing::WriteFileBytes(path_, Bytes(defaults_).substr(0, 4903));
-    EXPECT_EQ(Bytes(LoadAtStartup()), Bytes(defaults_));
+    EXPECT_FALSE(runtime_.unloadedFile);
+    std::string failure;
+    EXPECT_FALSE(KeepUnloadedOptions(path_, failure));
+    EXPECT_EQ(failure, "");
 
     Options foreign = defaults_;
     foreign.showMap = 0;
     foreign.version[9] = '2';  // 2.4.0.3152
-    testing::WriteFileBytes(path_, Bytes(foreign));
-    EXPECT_EQ(Bytes(LoadAtStartup()), Bytes(defaults_));
-    // The file is left alone until the next save.
-    EXPECT_EQ(testing::ReadFileBytes(path_), Bytes(foreign));
+    for (const std::string& bytes :
+         {Bytes(defaults_).substr(0, 4903), Bytes(foreign), std::string("\x01\x02 not a record")}) {
+        testing::WriteFileBytes(path_, bytes);
+        EXPECT_EQ(Bytes(LoadAtStartup()), Bytes(defaults_));
+        EXPECT_EQ(testing::ReadFileBytes(path_), bytes);
+        EXPECT_TRUE(runtime_.unloadedFile);
+        ASSERT_TRUE(KeepUnloadedOptions(path_, failure));
+        EXPECT_EQ(testing::ReadFileBytes(path_ + ".bak"), bytes);
+        EXPECT_EQ(failure, "");
+    }
 }
 
 TEST_F(OptionsTest, LoadValidatesIndexesAndCopiesTheReceiver) {
@@ -124,29 +133,6 @@ TEST_F(OptionsTest, LoadValidatesIndexesAndCopiesTheReceiver) {
     EXPECT_EQ(LoadAtStartup().dataProcessor, 2);
     EXPECT_TRUE(runtime_.receiverChosen);
     EXPECT_EQ(runtime_.bluetoothAddress, 0x12ull << 32);
-}
-
-TEST_F(OptionsTest, AFileThatDidNotLoadIsMarkedAndItsBytesCanBeKept) {
-    Options foreign = defaults_;
-    foreign.version[9] = '2';  // 2.4.0.3152
-    foreign.showMap = 0;
-    for (const std::string& bytes : {Bytes(foreign), std::string("\x01\x02 not a record")}) {
-        testing::WriteFileBytes(path_, bytes);
-        LoadAtStartup();
-        EXPECT_TRUE(runtime_.unloadedFile);
-        std::string failure;
-        ASSERT_TRUE(KeepUnloadedOptions(path_, failure));
-        EXPECT_EQ(testing::ReadFileBytes(path_ + ".bak"), bytes);
-        EXPECT_EQ(failure, "");
-    }
-    // A missing file has nothing to keep.
-    std::filesystem::remove(path_);
-    runtime_ = {};
-    LoadAtStartup();
-    EXPECT_FALSE(runtime_.unloadedFile);
-    std::string failure;
-    EXPECT_FALSE(KeepUnloadedOptions(path_, failure));
-    EXPECT_EQ(failure, "");
 }
 
 TEST_F(OptionsTest, WideFieldsAreCutAndAlwaysTerminated) {
