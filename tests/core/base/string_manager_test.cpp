@@ -43,9 +43,7 @@ TEST_F(StringManagerTest, LoadsRecordsAndTheLastDuplicateWins) {
     EXPECT_STREQ(CStringManager::GetInstance().GetString(7), "Grüße ✓");
     EXPECT_EQ(CStringManager::GetInstance().GetString(8), nullptr);
     EXPECT_EQ(CStringManager::GetInstance().GetText(8), "");
-}
-
-TEST_F(StringManagerTest, EmptyFileIsAGoodLoadWithNoStrings) {
+    // An empty file is a good load with no strings.
     Write("");
     EXPECT_TRUE(Load());
     EXPECT_EQ(CStringManager::GetInstance().Count(), 0u);
@@ -69,26 +67,22 @@ TEST_F(StringManagerTest, BrokenFilesLeaveAnEmptyTable) {
     }
 }
 
-TEST_F(StringManagerTest, MissingOrReadOnlyFileFails) {
-    EXPECT_FALSE(Load());
-    Write(EncodeLanguageFile({{1, "one"}}));
-    std::filesystem::permissions(
-        Path(), std::filesystem::perms::owner_read | std::filesystem::perms::group_read);
-    EXPECT_FALSE(Load());
-    EXPECT_EQ(CStringManager::GetInstance().Count(), 0u);
-}
-
-TEST_F(StringManagerTest, AMessageWithoutItsLanguageFileShowsTheBuiltInEnglish) {
+// Without its file a message shows the built-in English and a text the file
+// has is the file's; a read-only file, like a missing one, does not load.
+TEST_F(StringManagerTest, MissingOrReadOnlyFilesFailAndMessagesFallBackToTheBuiltInEnglish) {
     EXPECT_FALSE(Load());
     testing::RecordingHost host;
     ShowLanguageMessage(host, kTextGpsDisconnected, MessageIcon::kStop);
     ASSERT_EQ(host.messages.size(), 1u);
     EXPECT_EQ(host.messages[0].text, "The GPS receiver was disconnected. GPS has been stopped.");
     EXPECT_EQ(host.messages[0].caption, "Tolvane GPS Utilities");
-    // A text the file has is the file's.
     Write(EncodeLanguageFile({{kTextGpsDisconnected, "Lost."}}));
     ASSERT_TRUE(Load());
     EXPECT_EQ(LanguageText(kTextGpsDisconnected), "Lost.");
+    std::filesystem::permissions(
+        Path(), std::filesystem::perms::owner_read | std::filesystem::perms::group_read);
+    EXPECT_FALSE(Load());
+    EXPECT_EQ(CStringManager::GetInstance().Count(), 0u);
 }
 
 TEST(LanguageSourceTest, ParsesEscapesAndReportsTheBadLine) {
