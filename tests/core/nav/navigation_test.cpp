@@ -83,7 +83,7 @@ TEST_F(NavigationTest, OpeningStartsAtTheFirstUnreachedDestination) {
     EXPECT_FALSE(CopyCurrentDestination(navigation, current));
 }
 
-TEST_F(NavigationTest, NextPreviousAndResetWalkTheRound) {
+TEST_F(NavigationTest, NextPreviousAndResetWalkTheRoundAndDoNothingOnAnEmptyList) {
     Open({Destination(1, 1), Destination(2, 2), Destination(3, 3)});
     PreviousDestination(navigation);  // nothing reached: stays on the first
     EXPECT_EQ(Round(), "000 0 -1");
@@ -101,6 +101,15 @@ TEST_F(NavigationTest, NextPreviousAndResetWalkTheRound) {
     EXPECT_EQ(Round(), "110 2 1");
     ResetDestinations(navigation);
     EXPECT_EQ(Round(), "000 0 -1");
+
+    // On an empty list every command is without effect.
+    Open({});
+    NextDestination(navigation);
+    PreviousDestination(navigation);
+    ResetDestinations(navigation);
+    EXPECT_EQ(Round(), " -1 -1");
+    EXPECT_FALSE(ArriveAt(0.0));
+    EXPECT_TRUE(sound.calls.empty());
 }
 
 TEST_F(NavigationTest, NextSkipsDestinationsReachedOutOfOrder) {
@@ -112,16 +121,6 @@ TEST_F(NavigationTest, NextSkipsDestinationsReachedOutOfOrder) {
     // Previous looks at the reached run from the head of the list only.
     PreviousDestination(navigation);
     EXPECT_EQ(Round(), "100 1 0");
-}
-
-TEST_F(NavigationTest, EmptyListLeavesEveryCommandWithoutEffect) {
-    Open({});
-    NextDestination(navigation);
-    PreviousDestination(navigation);
-    ResetDestinations(navigation);
-    EXPECT_EQ(Round(), " -1 -1");
-    EXPECT_FALSE(ArriveAt(0.0));
-    EXPECT_TRUE(sound.calls.empty());
 }
 
 TEST_F(NavigationTest, DistanceToTheCurrentDestinationFeedsTheTripStatistics) {

@@ -113,16 +113,14 @@ TEST(SpeedAlarmMenuTest, SteppingStopsAtBothEndsAndCommandsMapToIndexes) {
     EXPECT_EQ(index, kSpeedAlarmOff);
 }
 
-TEST(SpeedAlarmMenuTest, MenuAndDialogTexts) {
+TEST(SpeedAlarmMenuTest, MenuAndDialogTextsAndTheDialogReadsUnsignedNumbers) {
     EXPECT_EQ(SpeedAlarmMenuText(80, kMetric), "80 km/h");
     EXPECT_EQ(SpeedAlarmMenuText(120, kImperial), "120 MPH");
     EXPECT_EQ(SpeedAlarmMenuText(50, kNautical), "50 kts");
     EXPECT_EQ(SpeedAlarmUnitLabel(kNautical), "(kts)");
     EXPECT_EQ(SpeedAlarmValueText(110), "110");
     EXPECT_EQ(SpeedAlarmValueText(-1), "4294967295");
-}
-
-TEST(SpeedAlarmMenuTest, DialogReadsUnsignedNumbers) {
+    // The dialog reads the limits back as unsigned numbers.
     EXPECT_EQ(SpeedAlarmValueFromText(""), 0);
     EXPECT_EQ(SpeedAlarmValueFromText("  7"), 7);
     EXPECT_EQ(SpeedAlarmValueFromText("12a"), 0);
