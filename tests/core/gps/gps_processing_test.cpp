@@ -34,6 +34,10 @@ TEST_F(ProcessorTest, RawPublishesTheFixAndClearsTheOtherProcessors) {
     EXPECT_EQ(state_.latitude, 10);
     EXPECT_EQ(state_.satPrn[1], 17);
     EXPECT_EQ(processor_.history[kAveragingSlots - 1].valid, 0);
+    // An unknown processor publishes nothing.
+    Tick(7, Fix(3, 4));
+    EXPECT_EQ(state_.latitude, 10);
+    EXPECT_EQ(state_.connected, 1);
 }
 
 TEST_F(ProcessorTest, AveragingOverTheValidSlots) {
@@ -84,13 +88,6 @@ TEST_F(ProcessorTest, SmoothingStartsWithTheFixThenHalvesTheStep) {
     Tick(kProcessorSmoothing, Fix(16, 22, 6, 300));
     EXPECT_NEAR(state_.latitude, 11 + 0.6 * 5, 1e-9);
     EXPECT_NEAR(state_.speedKnots, 6, 1e-9);
-}
-
-TEST_F(ProcessorTest, UnknownProcessorPublishesNothing) {
-    Tick(kProcessorRaw, Fix(1, 2));
-    Tick(7, Fix(3, 4));
-    EXPECT_EQ(state_.latitude, 1);
-    EXPECT_EQ(state_.connected, 1);
 }
 
 TEST_F(ProcessorTest, TimeIsResyncedEveryEleventhTick) {

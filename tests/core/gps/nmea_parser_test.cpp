@@ -261,21 +261,6 @@ TEST(NmeaGsvTest, SatellitesPastTheTwelfthAreCountedButNeverWritten) {
     EXPECT_EQ(guarded.record.SatellitesInView(), 13);
 }
 
-TEST(NmeaAccessorTest, APositionOutsideTheWorldIsNoValidFix) {
-    NmeaRecord record{};
-    record.rmc.status = 'A';
-    record.rmc.latHemisphere = 'S';
-    record.rmc.lonHemisphere = 'W';
-    for (const auto& [latitude, longitude, valid] : {std::tuple{"9000.0000", "18000.0000", 1},
-                                                     {"9999.9999", "01131.000", 0},
-                                                     {"4807.038", "18000.0001", 0},
-                                                     {"4807.038", "99959.999", 0}}) {
-        std::strcpy(record.rmc.latitude, latitude);
-        std::strcpy(record.rmc.longitude, longitude);
-        EXPECT_EQ(ReadNmeaFix(record).fixValid, valid) << latitude << ' ' << longitude;
-    }
-}
-
 TEST(NmeaAccessorTest, CoordinatesAreSignedByTheirHemispheresAndFixTypesDefaultToNoFix) {
     NmeaRecord record{};
     std::strcpy(record.rmc.latitude, "4807.038");
@@ -284,13 +269,24 @@ TEST(NmeaAccessorTest, CoordinatesAreSignedByTheirHemispheresAndFixTypesDefaultT
     record.rmc.lonHemisphere = 'W';
     EXPECT_NEAR(record.Latitude(), 48.1173, 1e-9);
     EXPECT_NEAR(record.Longitude(), -11.516666666666667, 1e-9);
-    for (const char hemisphere : {'S', '\0'}) {
+    for (const char hemisphere : {'\0', 'S'}) {
         record.rmc.latHemisphere = hemisphere;
         EXPECT_NEAR(record.Latitude(), -48.1173, 1e-9);
     }
     for (const auto& [type, value] : {std::pair{'2', 2.0}, {'3', 3.0}, {'4', 1.0}, {'\0', 1.0}}) {
         record.gsa.fixType = type;
         EXPECT_EQ(record.FixType(), value);
+    }
+
+    // A position outside the world is no valid fix.
+    record.rmc.status = 'A';
+    for (const auto& [latitude, longitude, valid] : {std::tuple{"9000.0000", "18000.0000", 1},
+                                                     {"9999.9999", "01131.000", 0},
+                                                     {"4807.038", "18000.0001", 0},
+                                                     {"4807.038", "99959.999", 0}}) {
+        std::strcpy(record.rmc.latitude, latitude);
+        std::strcpy(record.rmc.longitude, longitude);
+        EXPECT_EQ(ReadNmeaFix(record).fixValid, valid) << latitude << ' ' << longitude;
     }
 }
 
