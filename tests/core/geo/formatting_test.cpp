@@ -41,14 +41,13 @@ TEST(FormattingTest, DistanceSwitchesUnitOnTheConvertedValue) {
     FormatDistance(kMetric, 1.0, nullptr);
 }
 
-TEST(FormattingTest, ZeroIsNorthAndEastAndTheSmallestNegativeIsSouthAndWest) {
+TEST(FormattingTest, EveryFormatInBothStylesRoundedWithoutCarryAndNeverOverflowing) {
+    // Zero is north and east; the smallest negative is south and west.
     EXPECT_EQ(Latitude(kDegMinSec, kFirst, 0.0), "N   00°00'00.00\"");
     EXPECT_EQ(Longitude(kDegMinSec, kFirst, 0.0), "E 000°00'00.00\"");
     EXPECT_EQ(Latitude(kDecimalDeg, kLast, -0.000001), "00.000001° S");
     EXPECT_EQ(Longitude(kDecimalDeg, kLast, -0.000001), "000.000001° W");
-}
 
-TEST(FormattingTest, EveryFormatInBothStyles) {
     EXPECT_EQ(Longitude(kDecimalDeg, kLast, 5.5), "005.500000° E");
     EXPECT_EQ(Longitude(kDecimalDeg, kFirst, 5.5), "E 005.500000°");
     EXPECT_EQ(Latitude(kDecimalDeg, kFirst, 5.5), "N   05.500000°");
@@ -56,17 +55,15 @@ TEST(FormattingTest, EveryFormatInBothStyles) {
     EXPECT_EQ(Longitude(kDegMin, kLast, -151.2075), "151°12.4500' W");
     EXPECT_EQ(Latitude(kDegMinSec, kLast, 48.858222), "48°51'29.60\" N");
     EXPECT_EQ(Longitude(kDegMinSec, kFirst, 2.2945), "E 002°17'40.20\"");
-}
 
-TEST(FormattingTest, RoundedFieldsAreNotCarried) {
-    // 25.0333333 degrees are 25 degrees, 1 minute and 59.99988 seconds.
+    // Rounded fields are not carried: 25.0333333 degrees are 25 degrees,
+    // 1 minute and 59.99988 seconds; 0.99999999 degrees are 59.9999994
+    // minutes.
     EXPECT_EQ(Latitude(kDegMinSec, kFirst, 25.0333333), "N   25°01'60.00\"");
     EXPECT_EQ(Longitude(kDegMinSec, kLast, 25.0333333), "025°01'60.00\" E");
-    // 0.99999999 degrees are 59.9999994 minutes.
     EXPECT_EQ(Latitude(kDegMin, kLast, 0.99999999), "00°60.0000' N");
-}
 
-TEST(FormattingTest, ValuesNoCoordinateHasDoNotOverflow) {
+    // Values no coordinate has do not overflow.
     EXPECT_EQ(Latitude(kDegMin, kFirst, 1e300), "N   00°00.0000'");
     EXPECT_EQ(Longitude(kDegMinSec, kLast, -3e9), "000°00'00.00\" W");
 }
