@@ -14,7 +14,6 @@
 namespace tolvane {
 namespace {
 
-using testing::EndsWith;
 using testing::ReadFileBytes;
 using testing::WriteFileBytes;
 
@@ -97,7 +96,7 @@ TEST_F(TrackLoggerTest, LoggerOffFinishesTheFileAndOnAgainStartsANewOne) {
     Tick(20);
     EXPECT_TRUE(logger_.currentPath.empty());
     const std::string first = ReadFileBytes(folder_.File("20110704080001.gpx"));
-    EXPECT_TRUE(EndsWith(first, kGpxTrailer));
+    EXPECT_TRUE(first.ends_with(kGpxTrailer));
     EXPECT_EQ(CountOf(first, "<trkpt "), 2u);
 
     // Points keep being counted down, so the map keeps its live track.
@@ -218,7 +217,7 @@ TEST_F(TrackLoggerTest, FormatChangeRestartsTheFileAndViewLogFileShowsATrack) {
     RestartTrackFile(logger_, options_, kTrackFormatKml, folder_.Path(), clock_);
     EXPECT_EQ(options_.trackLogFormat, kTrackFormatKml);
     EXPECT_EQ(logger_.currentPath, folder_.File("20110704080002.kml"));
-    EXPECT_TRUE(EndsWith(ReadFileBytes(logger_.currentPath), kKmlTrailer));
+    EXPECT_TRUE(ReadFileBytes(logger_.currentPath).ends_with(kKmlTrailer));
 
     options_.showTrack = 0;
     logger_.viewedTrack.Append(TrackPoint{});

@@ -1,7 +1,5 @@
 #pragma once
 
-#include <string>
-
 #include "core/base/file_time.h"
 #include "core/data/options.h"
 #include "core/gps/gps_state.h"
@@ -38,11 +36,6 @@ inline GpsState MovingFix() {
     gps.course = 45;
     gps.speedKnots = 10;
     return gps;
-}
-
-inline bool EndsWith(const std::string& text, const std::string& end) {
-    return text.size() >= end.size() &&
-           text.compare(text.size() - end.size(), end.size(), end) == 0;
 }
 
 }  // namespace tolvane::testing
