@@ -237,13 +237,10 @@ TEST(SatellitesViewTest, DrawsRingsDiscsTitleAndLegendToTheirNumbers) {
         EXPECT_EQ(std::vector<std::string>(snr + 1, snr + 8),
                   (std::vector<std::string>{"0", "10", "20", "30", "40", "50", "99"}));
     }
-}
-
-TEST(SatellitesViewTest, AnEmptySkyDrawsPlotTitleAndLegendOnly) {
-    AppState app;
-    const RecordingCanvas canvas = Paint(app, PaintSatellitesView);
-    EXPECT_EQ(canvas.Of(Kind::kEllipse).size(), 3u);
-    EXPECT_EQ(canvas.Texts().front(), Label(10405) + " 0/0");
+    // An empty sky draws the plot, the title and the legend only.
+    const RecordingCanvas empty = Paint(AppState{}, PaintSatellitesView);
+    EXPECT_EQ(empty.Of(Kind::kEllipse).size(), 3u);
+    EXPECT_EQ(empty.Texts().front(), Label(10405) + " 0/0");
 }
 
 }  // namespace

@@ -126,9 +126,6 @@ TEST(MapViewsTest, TheWorldMapRepeatsAcrossTheSeamAndKeepsItsEdgesOffTheScreen) 
     EXPECT_NEAR(app.worldMapCentre.longitude, -100, 1e-9);
 }
 
-// A placement that is not a number has no integer place on the screen: the
-// painters draw around it without converting it (the sanitizer build stops
-// at such a conversion), and the earth's picture has nowhere to go.
 // The bar is a round length in the unit system's units, a quarter of the
 // view at the most, and as long as the projection draws that length east
 // and west at the middle of the view.
@@ -166,6 +163,9 @@ TEST(MapViewsTest, TheScaleBarMeasuresWhatTheProjectionDraws) {
     EXPECT_NEAR(DistanceKm(middle, 10.0, middle, 10.0 + pixels / pixelsPerDegree), km, 0.03 * km);
 }
 
+// A placement that is not a number has no integer place on the screen: the
+// painters draw around it without converting it (the sanitizer build stops
+// at such a conversion), and the earth's picture has nowhere to go.
 TEST(MapViewsTest, APlacementThatIsNotANumberIsDrawnWithoutAPlace) {
     MapScene scene;
     AppState& app = scene.app;
