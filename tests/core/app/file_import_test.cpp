@@ -6,6 +6,7 @@
 #include <gtest/gtest.h>
 
 #include <filesystem>
+#include <tuple>
 
 #include "core/data/geo_point_file.h"
 #include "tests/core/test_support.h"
@@ -123,10 +124,8 @@ TEST(ImportTextTest, SummariesCountAndTimesReadInEveryZone) {
         SCOPED_TRACE(t.text);
         const std::optional<CivilTime> time = ParseImportTime(t.text);
         ASSERT_TRUE(time);
-        EXPECT_EQ(time->day, t.day);
-        EXPECT_EQ(time->hour, t.hour);
-        EXPECT_EQ(time->minute, t.minute);
-        EXPECT_EQ(time->second, t.second);
+        EXPECT_EQ(std::tie(time->day, time->hour, time->minute, time->second),
+                  std::tie(t.day, t.hour, t.minute, t.second));
     }
     for (const char* bad : {"", "2024-13-01T10:00:00Z", "2024-05-01 10:00:00",
                             "2024-05-01T10:00:00+2", "yesterday"}) {

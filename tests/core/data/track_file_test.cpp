@@ -129,7 +129,7 @@ TEST_F(TrackFileTest, LogLinesPutLongitudeFirstAndTheFileComesWithTheFirstPoint)
               "-1.250000,52.500000,,20110704 08:05:39,10.000000,45.000000,123.400000\r\n");
 }
 
-TEST_F(TrackFileTest, NothingHappensWithoutLoggerFixOrFile) {
+TEST_F(TrackFileTest, NothingOrNoHalfPointIsWrittenWithoutLoggerFixOrWholeFile) {
     Start(kTrackFormatGpx);
     const std::string started = ReadFileBytes(path_);
     gps_.fixValid = 0;
@@ -149,12 +149,10 @@ TEST_F(TrackFileTest, NothingHappensWithoutLoggerFixOrFile) {
     Append();
     EXPECT_EQ(ReadFileBytes(path_), started);
     EXPECT_EQ(track_.Count(), 0);
-}
 
-TEST_F(TrackFileTest, DamagedOrMissingFilesNeverGetAHalfPoint) {
     // Two starts within one second: the second track takes a free name and
     // the first is left as it was.
-    Start(kTrackFormatGpx);
+    options_.trackLoggerEnabled = 1;
     Append();
     const std::string first = path_;
     const std::string onePoint = ReadFileBytes(path_);
