@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <tuple>
+
 #include "core/base/language_file.h"
 #include "core/base/string_manager.h"
 #include "tests/core/test_support.h"
@@ -20,9 +22,16 @@ GeoPoint Point(double latitude, double longitude, const std::string& name) {
     return point;
 }
 
-GeoPoint Loaded(DynamicList<GeoPoint>& points, int index) {
+// A point's latitude, longitude, name, speed limit, range, category, voice
+// guide and comment, to be compared whole.
+using Fields =
+    std::tuple<double, double, std::string, int, int, std::string, std::string, std::string>;
+
+Fields Loaded(DynamicList<GeoPoint>& points, int index) {
     points.SeekTo(index);
-    return points.Current();
+    const GeoPoint& p = points.Current();
+    return {p.latitude,       p.longitude, p.name,       p.speedLimit,
+            p.proximityRange, p.category,  p.voiceGuide, p.comment};
 }
 
 TEST(GeoPointFileTest, SavesNineColumnsInWindows1252) {
@@ -53,14 +62,9 @@ TEST(GeoPointFileTest, SavesNineColumnsInWindows1252) {
 
     DynamicList<GeoPoint> back;
     EXPECT_EQ(LoadPointFile(path, back).recordsRead, 3);
-    const GeoPoint first = Loaded(back, 0);
-    EXPECT_EQ(first.name, "Home");
-    EXPECT_EQ(first.speedLimit, 50);
-    EXPECT_EQ(first.proximityRange, -1);
-    EXPECT_EQ(first.comment, "gate code 12, ring twice");
-    const GeoPoint second = Loaded(back, 1);
-    EXPECT_EQ(second.name, "Café €");
-    EXPECT_EQ(second.proximityRange, 0);
+    EXPECT_EQ(Loaded(back, 0), (Fields{52.5, -1.25, "Home", 50, -1, "Bank", "Turn  left    now",
+                                       "gate code 12, ring twice"}));
+    EXPECT_EQ(Loaded(back, 1), (Fields{-33.875, 151.25, "Café €", 0, 0, "", "", "two  lines"}));
 }
 
 TEST(GeoPointFileTest, HostileLinesAreSkippedOrCutToTheFieldLimits) {
@@ -86,31 +90,11 @@ TEST(GeoPointFileTest, HostileLinesAreSkippedOrCutToTheFieldLimits) {
     EXPECT_EQ(result.linesSkipped, 3);
     ASSERT_EQ(points.Count(), 5);  // appended after what the list held
 
-    const GeoPoint shortLine = Loaded(points, 1);
-    EXPECT_DOUBLE_EQ(shortLine.latitude, 4);
-    EXPECT_EQ(shortLine.name, "Short");
-    EXPECT_EQ(shortLine.category, "");
-    EXPECT_EQ(shortLine.proximityRange, -1);
-
-    const GeoPoint extra = Loaded(points, 2);
-    EXPECT_EQ(extra.name, "a@b");
-    EXPECT_EQ(extra.speedLimit, 0);
-    EXPECT_EQ(extra.proximityRange, -1);
-    EXPECT_EQ(extra.voiceGuide, "say  hi ");
-    EXPECT_EQ(extra.comment, "c1,c2,c3");
-
-    const GeoPoint overlong = Loaded(points, 3);
-    EXPECT_EQ(overlong.name, std::string(19, 'n'));
-    EXPECT_EQ(overlong.speedLimit, 30);
-    EXPECT_EQ(overlong.category, std::string(49, 'n'));
-    EXPECT_EQ(overlong.proximityRange, 15);
-    EXPECT_EQ(overlong.voiceGuide, std::string(99, 'n'));
-    EXPECT_EQ(overlong.comment, std::string(255, 'n'));
-
-    const GeoPoint accented = Loaded(points, 4);
-    EXPECT_EQ(accented.name, "Äpfel © œ");
-    EXPECT_EQ(accented.category, "Café");
-    EXPECT_EQ(accented.voiceGuide, "èté");
+    EXPECT_EQ(Loaded(points, 1), (Fields{4, 3, "Short", 0, -1, "", "", ""}));
+    EXPECT_EQ(Loaded(points, 2), (Fields{6, 5, "a@b", 0, -1, "Bar", "say  hi ", "c1,c2,c3"}));
+    EXPECT_EQ(Loaded(points, 3), (Fields{8, 7, std::string(19, 'n'), 30, 15, std::string(49, 'n'),
+                                         std::string(99, 'n'), std::string(255, 'n')}));
+    EXPECT_EQ(Loaded(points, 4), (Fields{10, 9, "Äpfel © œ", 0, -1, "Café", "èté", ""}));
 
     EXPECT_FALSE(LoadPointFile(folder.File("none.csv"), points).opened);
 }
