@@ -60,7 +60,7 @@ TEST(MainTimerTest, TicksBlinkCountDownAndKeepTheMachineAwake) {
 }
 
 // The arrival check runs before the speed-alarm check, on the distance of
-// the tick before.
+// the tick before; a tick without a source connects nothing.
 TEST(MainTimerTest, ArrivalAdvancesTheDestinationAndTheSpeedAlarmSounds) {
     AppState app;
     ResetOptions(app.options);
@@ -72,6 +72,13 @@ TEST(MainTimerTest, ArrivalAdvancesTheDestinationAndTheSpeedAlarmSounds) {
     destinations.Append(testing::Destination(49.0, 0));
     OpenDestinationList(app.navigation, destinations);
     CountingHost host;
+    // Without a source nothing is connected: the empty snapshot is published.
+    app.gps.latitude = 5;
+    MainTimerProc(app, host);
+    EXPECT_EQ(app.gps.connected, 0);
+    EXPECT_EQ(app.gps.latitude, 0);
+    EXPECT_EQ(app.gps.fixType, 1.0);
+    EXPECT_TRUE(host.played.empty());
 
     GpsFix fix;
     fix.fixValid = 1;
@@ -111,17 +118,6 @@ TEST(MainTimerTest, TrackTimerLogsIntoTheTrackFolderAndRepaintsTheMapViews) {
         TrackTimerProc(app, host);
         EXPECT_EQ(host.repaints, view == kViewWorldMap || view == kViewMap ? 1 : 0) << view;
     }
-}
-
-TEST(MainTimerTest, WithoutASourceNothingIsConnected) {
-    AppState app;
-    ResetOptions(app.options);
-    CountingHost host;
-    app.gps.latitude = 5;
-    MainTimerProc(app, host);
-    EXPECT_EQ(app.gps.connected, 0);
-    EXPECT_EQ(app.gps.latitude, 0);  // the empty snapshot is published
-    EXPECT_EQ(app.gps.fixType, 1.0);
 }
 
 }  // namespace

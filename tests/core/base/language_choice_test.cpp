@@ -44,16 +44,14 @@ TEST(LanguageChoiceTest, TheLocaleNamesItsLanguage) {
 }
 
 // LC_ALL before LC_MESSAGES before LANG, an empty one counting as unset.
-TEST(LanguageChoiceTest, TheFirstSetLocaleVariableDecides) {
+TEST(LanguageChoiceTest, TheFirstSetLocaleVariableDecidesUnlessTheSettingOrTheVariableDoes) {
     EXPECT_EQ(MessagesLocale("fr_FR", "de_DE", "es_ES"), "fr_FR");
     EXPECT_EQ(MessagesLocale("", "de_DE", "es_ES"), "de_DE");
     EXPECT_EQ(MessagesLocale("", "", "es_ES"), "es_ES");
     EXPECT_EQ(MessagesLocale("", "", ""), "");
-}
 
-// The Options entry before TOLVANE_LANGUAGE before the locale; a value that
-// is no code is passed over rather than made into a file name.
-TEST(LanguageChoiceTest, TheSettingThenTheVariableThenTheLocale) {
+    // The Options entry before TOLVANE_LANGUAGE before the locale; a value
+    // that is no code is passed over rather than made into a file name.
     EXPECT_EQ(ChooseLanguageCode("CHS", "FRA", "de_DE.UTF-8"), "CHS");
     EXPECT_EQ(ChooseLanguageCode("", "FRA", "de_DE.UTF-8"), "FRA");
     EXPECT_EQ(ChooseLanguageCode("", "esp", "de_DE.UTF-8"), "ESP");
