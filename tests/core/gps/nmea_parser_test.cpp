@@ -130,14 +130,12 @@ TEST(NmeaSentenceTest, LongFieldsAreCutToTheirArraysAndOtherSectionsStay) {
         NmeaSentence("GPRMC,123519.12345,,48071234.0381,,01131000.12345,W,1234567,12345678,"
                      "2303945,,"));
     const NmeaRecord::Rmc& rmc = parser.record.rmc;
-    EXPECT_STREQ(rmc.utcTime, "123519.123");
+    EXPECT_EQ((std::vector<std::string>{rmc.utcTime, rmc.latitude, rmc.longitude, rmc.speedKnots,
+                                        rmc.course, rmc.date}),
+              (std::vector<std::string>{"123519.123", "48071234.", "01131000.1", "123456", "123456",
+                                        "230394"}));
     EXPECT_EQ(rmc.status, 0);
-    EXPECT_STREQ(rmc.latitude, "48071234.");
-    EXPECT_STREQ(rmc.longitude, "01131000.1");
     EXPECT_EQ(rmc.lonHemisphere, 'W');
-    EXPECT_STREQ(rmc.speedKnots, "123456");
-    EXPECT_STREQ(rmc.course, "123456");
-    EXPECT_STREQ(rmc.date, "230394");
     EXPECT_STREQ(parser.record.gga.altitude, "545.4");
     EXPECT_STREQ(parser.record.gsa.hdop, "1.3");
 }
