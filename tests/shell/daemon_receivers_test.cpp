@@ -3,21 +3,19 @@
 // bus that DBUS_SYSTEM_BUS_ADDRESS names; and logind's sleep inhibitor,
 // held while a track is recorded.
 
-#include <sys/socket.h>
-#include <sys/un.h>
-#include <unistd.h>
-
 #include <QApplication>
 #include <QComboBox>
 #include <QLabel>
 #include <QLineEdit>
+#include <QLocalServer>
+#include <QLocalSocket>
 #include <QMessageBox>
 #include <QTimer>
 #include <QFile>
+#include <QPointer>
 #include <QProcess>
 #include <QTemporaryDir>
 #include <QTest>
-#include <cstring>
 #include <memory>
 #include <mutex>
 #include <string>
@@ -48,41 +46,21 @@ std::string Recording() {
            testing::NmeaSentence("GPGGA,101501.000,5956.001,N,01043.000,E,1,08,0.9,120.0,M,,,,");
 }
 
-// gnss-share's side of the socket: it takes the program's connection and
-// sends it what it is given.
+// gnss-share's side of the socket: it takes the program's connections and
+// sends what it is given to the latest, as the first start's search
+// connects and leaves before the GPS connects.
 class ShareServer {
   public:
-    explicit ShareServer(const std::string& path) : path_(path) {
-        listener_ = socket(AF_UNIX, SOCK_STREAM | SOCK_NONBLOCK | SOCK_CLOEXEC, 0);
-        sockaddr_un address{};
-        address.sun_family = AF_UNIX;
-        std::strncpy(address.sun_path, path.c_str(), sizeof address.sun_path - 1);
-        bind(listener_, reinterpret_cast<const sockaddr*>(&address), sizeof address);
-        listen(listener_, 1);
-    }
-    ~ShareServer() {
-        if (client_ >= 0) close(client_);
-        close(listener_);
-        unlink(path_.c_str());
-    }
-    ShareServer(const ShareServer&) = delete;
-    ShareServer& operator=(const ShareServer&) = delete;
+    explicit ShareServer(const std::string& path) { server_.listen(QString::fromStdString(path)); }
 
-    // Sends to the latest connection: the first start's search connects
-    // and leaves before the GPS connects.
     void Send(const std::string& bytes) {
-        const int latest = accept4(listener_, nullptr, nullptr, SOCK_CLOEXEC);
-        if (latest >= 0) {
-            if (client_ >= 0) close(client_);
-            client_ = latest;
-        }
-        if (client_ >= 0) send(client_, bytes.data(), bytes.size(), MSG_NOSIGNAL);
+        while (QLocalSocket* latest = server_.nextPendingConnection()) client_ = latest;
+        if (client_ != nullptr) client_->write(bytes.data(), static_cast<qint64>(bytes.size()));
     }
 
   private:
-    std::string path_;
-    int listener_ = -1;
-    int client_ = -1;
+    QLocalServer server_;
+    QPointer<QLocalSocket> client_;
 };
 
 class DaemonReceiversTest : public QObject {
