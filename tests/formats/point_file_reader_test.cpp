@@ -123,8 +123,7 @@ TEST(PointFileReaderTest, TheDocumentsOwnEntitiesGiveTheirText) {
     EXPECT_EQ(named.problem, ImportProblem::kNone);
     ASSERT_EQ(named.contents.waypoints.size(), 1u);
     EXPECT_EQ(named.contents.waypoints[0].name, "Hello");
-    EXPECT_EQ(named.contents.waypoints[0].description,
-              "Hello from the \u201Charbour\u201D & pier");
+    EXPECT_EQ(named.contents.waypoints[0].description, "Hello from the \u201Charbour\u201D & pier");
 }
 
 // A track moving north-east by a little each second.

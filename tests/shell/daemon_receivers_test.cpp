@@ -5,17 +5,17 @@
 
 #include <QApplication>
 #include <QComboBox>
+#include <QFile>
 #include <QLabel>
 #include <QLineEdit>
 #include <QLocalServer>
 #include <QLocalSocket>
 #include <QMessageBox>
-#include <QTimer>
-#include <QFile>
 #include <QPointer>
 #include <QProcess>
 #include <QTemporaryDir>
 #include <QTest>
+#include <QTimer>
 #include <memory>
 #include <mutex>
 #include <string>
@@ -187,8 +187,9 @@ void DaemonReceiversTest::TheModemGivesFixesAndIsSwitchedBackOff() {
 }
 
 void DaemonReceiversTest::AMissingSocketAndModemManagerProblemsAreNamed() {
+    const std::string gone = home_->filePath(QStringLiteral("gone.sock")).toStdString();
     platform::PortDevice share;
-    QVERIFY(!share.Open(SocketPortName(home_->filePath(QStringLiteral("gone.sock")).toStdString())));
+    QVERIFY(!share.Open(SocketPortName(gone)));
     QCOMPARE(share.FailureReason(), std::string("No such file or directory"));
 
     ModemManagerLocation location;
@@ -263,12 +264,11 @@ void DaemonReceiversTest::RecordingATrackHoldsSleepOffUntilItStops() {
         Start("receiver = gnss-share\ngnss-share-socket = " + socketPath + "\n", true, true);
     const AppState& app = program.Core().app;
     QVERIFY(app.gpsRunning);
+    const QByteArray inhibit = "Inhibit sleep Tolvane GPS Utilities Recording a GPS track block\n";
     QByteArray said;
-    QTRY_VERIFY_WITH_TIMEOUT((server.Send(Recording()), said += MockOutput(),
-                              HasLiveFix(app.gps) &&
-                                  said == "Inhibit sleep Tolvane GPS Utilities Recording a GPS "
-                                          "track block\n"),
-                             5000);
+    QTRY_VERIFY_WITH_TIMEOUT(
+        (server.Send(Recording()), said += MockOutput(), HasLiveFix(app.gps) && said == inhibit),
+        5000);
     QVERIFY(app.sleepHeld);
     const auto logged = [&app] {
         const std::lock_guard<std::mutex> guard(app.track.lock);
@@ -276,9 +276,7 @@ void DaemonReceiversTest::RecordingATrackHoldsSleepOffUntilItStops() {
     };
     QTRY_VERIFY_WITH_TIMEOUT((server.Send(Recording()), logged() >= 3), 10000);
     program.RunCommand(kCommandStopGps);
-    QTRY_COMPARE((said += MockOutput()),
-                 QByteArray("Inhibit sleep Tolvane GPS Utilities Recording a GPS track block\n"
-                            "Released\n"));
+    QTRY_COMPARE((said += MockOutput()), inhibit + "Released\n");
     // Every point logged while the inhibitor was held is in the file.
     const ImportRead track = ReadTrackLog(app.track.currentPath);
     QCOMPARE(track.problem, ImportProblem::kNone);

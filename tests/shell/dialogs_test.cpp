@@ -357,7 +357,8 @@ void DialogsTest::TileMapsRowsSayWhatEachMapIsAndOkKeepsTheirOrder() {
 
     QStringList rows;
     QString refusal;
-    WhenOpens([](QWidget& widget) { return HasChild(widget, "tileMaps"); }, [&](QWidget& dialog) {
+    const auto isTileMaps = [](QWidget& widget) { return HasChild(widget, "tileMaps"); };
+    WhenOpens(isTileMaps, [&](QWidget& dialog) {
         auto& list = Find<QListWidget>(dialog, "tileMaps");
         AddTileMap(dialog, walk);
         AddTileMap(dialog, notes);

@@ -46,8 +46,8 @@ TEST(ReplayTest, OptionsShapeTheTicks) {
     // The single options win over the settings record, whatever the order.
     const std::vector<nlohmann::json> smoothed =
         JsonLines(RunCommand({"replay", log, "--processor", "2", "--options",
-                          folder.File("Options.dat"), "--json"})
-                  .out);
+                              folder.File("Options.dat"), "--json"})
+                      .out);
     ASSERT_EQ(smoothed.size(), moving.size());
     EXPECT_NE(smoothed.back()["latitude"], moving.back()["latitude"]);
 }
