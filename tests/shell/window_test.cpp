@@ -1,7 +1,6 @@
 // The window on Qt's offscreen platform, driven as a user drives it: keys,
 // soft-key menus, closing, a second start and the screen rules. Message
 // boxes are real and are answered by a timer, as a user would.
-#include <QAbstractButton>
 #include <QApplication>
 #include <QComboBox>
 #include <QDialogButtonBox>
@@ -22,7 +21,6 @@
 #include <QToolTip>
 #include <algorithm>
 #include <cstdlib>
-#include <filesystem>
 #include <functional>
 #include <memory>
 
@@ -31,7 +29,6 @@
 #include "core/app/options_form.h"
 #include "core/base/string_manager.h"
 #include "core/data/options.h"
-#include "core/gps/port_source.h"
 #include "platform/program_location.h"
 #include "shell/dialogs/map_loader.h"
 #include "shell/dialogs/touch.h"
