@@ -4,15 +4,14 @@
 #include <gtest/gtest.h>
 
 #include <functional>
-#include <sstream>
 #include <string>
 #include <vector>
 
 #include "core/nav/instrument_memory.h"
 #include "core/views/gps_info_view.h"
 #include "core/views/trip_stat_view.h"
-#include "headless/replay.h"
 #include "tests/core/test_support.h"
+#include "tests/headless/replay_text.h"
 
 namespace tolvane::headless {
 namespace {
@@ -32,23 +31,14 @@ struct Second {
 
 std::vector<Second> ReplayHaicom(const std::string& recording,
                                  const std::function<void(AppState&, int tick)>& atTick) {
-    Options options;
-    std::string error;
-    EXPECT_TRUE(MakeRunOptions({}, options, error)) << error;
-    std::ostringstream messages;
-    ReplayTotals totals;
     std::vector<Second> seconds;
-    EXPECT_TRUE(ReplayRecording(
-        recording, {}, options, messages,
-        [&](AppState& app, FileTime) {
-            atTick(app, static_cast<int>(seconds.size()) + 1);
-            const std::vector<TripTile> tiles = TripTiles(app);
-            seconds.push_back({HasLiveFix(app.gps), SearchingLine(app), tiles.back(),
-                               tiles[tiles.size() - 2].value});
-            return true;
-        },
-        totals, error))
-        << error << messages.str();
+    testing::ReplayText(recording, {}, [&](AppState& app, FileTime) {
+        atTick(app, static_cast<int>(seconds.size()) + 1);
+        const std::vector<TripTile> tiles = TripTiles(app);
+        seconds.push_back(
+            {HasLiveFix(app.gps), SearchingLine(app), tiles.back(), tiles[tiles.size() - 2].value});
+        return true;
+    });
     return seconds;
 }
 
