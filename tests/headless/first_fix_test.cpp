@@ -4,34 +4,22 @@
 #include <gtest/gtest.h>
 
 #include <functional>
-#include <sstream>
 #include <string>
 #include <vector>
 
 #include "core/nav/instrument_memory.h"
 #include "core/views/gps_info_view.h"
 #include "core/views/trip_stat_view.h"
-#include "headless/replay.h"
 #include "tests/core/test_support.h"
+#include "tests/headless/replay_text.h"
 
 namespace tolvane::headless {
 namespace {
 
-// The recorded seconds before the first with a valid fix. The replay plays
-// one tick for each RMC time of the recording, as the receiver sends one
-// RMC a second; this capture has skipped three of them.
-int RecordedSecondsWithoutFix(const std::string& recording) {
-    std::istringstream lines(recording);
-    int seconds = 0;
-    for (std::string line; std::getline(lines, line);) {
-        if (line.rfind("$GPRMC,", 0) != 0) continue;
-        // The status follows the time: $GPRMC,hhmmss.sss,A or V.
-        const std::size_t status = line.find(',', 7) + 1;
-        if (line[status] == 'A') return seconds;
-        ++seconds;
-    }
-    return -1;
-}
+// The capture's first six seconds have no fix: their RMC sentences say V.
+// The replay plays one tick for each RMC time of the recording, as the
+// receiver sends one RMC a second; this capture has skipped three of them.
+constexpr int kSecondsWithoutFix = 6;
 
 // What one tick of the replay shows.
 struct Second {
@@ -43,31 +31,20 @@ struct Second {
 
 std::vector<Second> ReplayHaicom(const std::string& recording,
                                  const std::function<void(AppState&, int tick)>& atTick) {
-    Options options;
-    std::string error;
-    EXPECT_TRUE(MakeRunOptions({}, options, error)) << error;
-    std::ostringstream messages;
-    ReplayTotals totals;
     std::vector<Second> seconds;
-    EXPECT_TRUE(ReplayRecording(
-        recording, {}, options, messages,
-        [&](AppState& app, FileTime) {
-            atTick(app, static_cast<int>(seconds.size()) + 1);
-            const std::vector<TripTile> tiles = TripTiles(app);
-            seconds.push_back({HasLiveFix(app.gps), SearchingLine(app), tiles.back(),
-                               tiles[tiles.size() - 2].value});
-            return true;
-        },
-        totals, error))
-        << error << messages.str();
+    testing::ReplayText(recording, {}, [&](AppState& app, FileTime) {
+        atTick(app, static_cast<int>(seconds.size()) + 1);
+        const std::vector<TripTile> tiles = TripTiles(app);
+        seconds.push_back(
+            {HasLiveFix(app.gps), SearchingLine(app), tiles.back(), tiles[tiles.size() - 2].value});
+        return true;
+    });
     return seconds;
 }
 
 TEST(FirstFixTest, TheSearchAndTheTimeToFirstFixAgreeWithTheRecording) {
     const std::string recording =
         testing::ReadFileBytes(testing::TestDataFile("gpsd/haicom-305N.log"));
-    const int withoutFix = RecordedSecondsWithoutFix(recording);
-    ASSERT_EQ(withoutFix, 6);
     constexpr int kClearAt = 20;
     const std::vector<Second> seconds = ReplayHaicom(recording, [](AppState& app, int tick) {
         // Enter in Trip Stat clears the trip, not the start's first fix.
@@ -81,7 +58,7 @@ TEST(FirstFixTest, TheSearchAndTheTimeToFirstFixAgreeWithTheRecording) {
     EXPECT_EQ(seconds[0].searchingLine, "Searching 0:01 \u2014 1 satellite heard, 44 dB-Hz");
     EXPECT_EQ(seconds[1].searchingLine,
               "Searching 0:02 \u2014 3 satellites heard, best 45 dB-Hz");
-    for (int i = 0; i < withoutFix; ++i) {
+    for (int i = 0; i < kSecondsWithoutFix; ++i) {
         EXPECT_FALSE(seconds[i].fix) << "second " << i + 1;
         EXPECT_EQ(seconds[i].searchingLine.rfind("Searching 0:0" + std::to_string(i + 1), 0), 0u)
             << seconds[i].searchingLine;
@@ -90,8 +67,8 @@ TEST(FirstFixTest, TheSearchAndTheTimeToFirstFixAgreeWithTheRecording) {
     }
     // The first fix ends the search; the time it took stays, through the
     // clearing of the trip.
-    const std::string timeToFix = "0:0" + std::to_string(withoutFix + 1);
-    for (std::size_t i = withoutFix; i < seconds.size(); ++i) {
+    const std::string timeToFix = "0:0" + std::to_string(kSecondsWithoutFix + 1);
+    for (std::size_t i = kSecondsWithoutFix; i < seconds.size(); ++i) {
         EXPECT_TRUE(seconds[i].searchingLine.empty()) << "second " << i + 1;
         EXPECT_EQ(seconds[i].firstFixTile.label, "Time to first fix");
         EXPECT_EQ(seconds[i].firstFixTile.value, timeToFix) << "second " << i + 1;

@@ -5,15 +5,14 @@
 #include <gtest/gtest.h>
 
 #include <filesystem>
-#include <sstream>
 
 #include "core/app/point_commands.h"
 #include "core/data/geo_point_file.h"
 #include "core/data/gpx_writer.h"
 #include "core/nav/destination_list.h"
 #include "core/nav/voice_guide.h"
-#include "headless/replay.h"
 #include "tests/core/test_support.h"
+#include "tests/headless/replay_text.h"
 #include "tests/platform/scoped_environment.h"
 #include "tests/tools/shell_command.h"
 
@@ -32,15 +31,7 @@ constexpr int kMarkTicks[] = {24, 48, 64};
 constexpr int kRangeMetres = 3;
 
 bool Replay(const RunSettings& settings, const TickObserver& onTick) {
-    Options options;
-    std::string error;
-    EXPECT_TRUE(MakeRunOptions(settings, options, error)) << error;
-    std::ostringstream messages;
-    ReplayTotals totals;
-    const bool done =
-        ReplayRecordingFile(kWalk, settings, options, messages, onTick, totals, error);
-    EXPECT_TRUE(done) << error << messages.str();
-    return done;
+    return testing::ReplayText(testing::ReadFileBytes(kWalk), settings, onTick);
 }
 
 std::string SchemaErrors(const std::string& path) {

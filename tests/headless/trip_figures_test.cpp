@@ -5,32 +5,20 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <sstream>
 #include <string>
 #include <vector>
 
 #include "core/geo/units.h"
 #include "core/nav/instrument_memory.h"
 #include "headless/demo_recording.h"
-#include "headless/replay.h"
 #include "tests/core/test_support.h"
+#include "tests/headless/replay_text.h"
 
 namespace tolvane::headless {
 namespace {
 
 std::string DemoText() {
     return testing::ReadFileBytes(std::string(TOLVANE_SOURCE_DIR) + "/resources/demo/demo.nmea");
-}
-
-bool Replay(const std::string& recording, const RunSettings& settings, const TickObserver& onTick) {
-    Options options;
-    std::string error;
-    EXPECT_TRUE(MakeRunOptions(settings, options, error)) << error;
-    std::ostringstream messages;
-    ReplayTotals totals;
-    const bool done = ReplayRecording(recording, settings, options, messages, onTick, totals, error);
-    EXPECT_TRUE(done) << error << messages.str();
-    return done;
 }
 
 // Replays the recording with the program's default settings and the other
@@ -42,18 +30,16 @@ TripFigures ReplayChecked(const std::string& recording) {
     settings.multiGnss = true;
     TripFigures last;
     int tick = 0;
-    EXPECT_TRUE(Replay(
-        recording, settings,
-        [&](AppState& app, FileTime) {
-            const TripFigures& trip = app.instruments.tripFigures;
-            ++tick;
-            EXPECT_LE(TripAverageKnots(trip), trip.maxSpeedKnots + 1e-12) << "tick " << tick;
-            EXPECT_EQ(trip.movingSeconds + TripStoppedSeconds(trip), app.gps.connectedSeconds)
-                << "tick " << tick;
-            EXPECT_LE(trip.distanceKm, app.gps.tripDistanceKm + 1e-12) << "tick " << tick;
-            last = trip;
-            return true;
-        }));
+    EXPECT_TRUE(testing::ReplayText(recording, settings, [&](AppState& app, FileTime) {
+        const TripFigures& trip = app.instruments.tripFigures;
+        ++tick;
+        EXPECT_LE(TripAverageKnots(trip), trip.maxSpeedKnots + 1e-12) << "tick " << tick;
+        EXPECT_EQ(trip.movingSeconds + TripStoppedSeconds(trip), app.gps.connectedSeconds)
+            << "tick " << tick;
+        EXPECT_LE(trip.distanceKm, app.gps.tripDistanceKm + 1e-12) << "tick " << tick;
+        last = trip;
+        return true;
+    }));
     return last;
 }
 
@@ -71,7 +57,7 @@ TEST(TripFiguresTest, TheDemoLoopsWithoutAJumpAndItsFiguresAgreeAtEverySecond) {
         for (std::size_t i = demo.loopFrom; i < demo.seconds.size(); ++i) laps += demo.seconds[i];
     }
     std::vector<double> distanceKm;
-    ASSERT_TRUE(Replay(laps, {}, [&distanceKm](AppState& app, FileTime) {
+    ASSERT_TRUE(testing::ReplayText(laps, {}, [&distanceKm](AppState& app, FileTime) {
         distanceKm.push_back(app.gps.tripDistanceKm);
         return true;
     }));

@@ -128,19 +128,15 @@ TEST(GpsSetupOnPty, TheWrittenLinkIsWhatStartGpsReads) {
     EXPECT_EQ(platform::ReadPortLink("COM7"), receiver.SlaveName());
 
     SourceOnPortDevice source;
-    Options& options = source.options;
-    PortSource& port = source.port;
-    headless::HeadlessHost& host = source.host;
-    std::ostringstream& messages = source.messages;
-    options.gpsSource = kGpsSourcePort;
-    options.portIndex = 7;
-    ASSERT_TRUE(StartPortGps(source.app, port, host)) << messages.str();
+    source.options.gpsSource = kGpsSourcePort;
+    source.options.portIndex = 7;
+    ASSERT_TRUE(StartPortGps(source.app, source.port, source.host)) << source.messages.str();
     ASSERT_TRUE(receiver.Send(kRmc));
     ASSERT_TRUE(WaitUntil(
         [&] {
-            host.FireTimers();
-            std::lock_guard<std::mutex> guard(port.lock);
-            return port.parseStats.rmc == 1;
+            source.host.FireTimers();
+            std::lock_guard<std::mutex> guard(source.port.lock);
+            return source.port.parseStats.rmc == 1;
         },
         10s));
 }
@@ -149,18 +145,14 @@ TEST(GpsSetupOnPty, TheWrittenLinkIsWhatStartGpsReads) {
 // with the Bluetooth code and the system's reason, and Start GPS says so.
 TEST(GpsSetupOnPty, WithoutAnAdapterTheBluetoothLinkFailsWithItsCode) {
     SourceOnPortDevice source;
-    Options& options = source.options;
-    PortSource& port = source.port;
-    headless::HeadlessHost& host = source.host;
-    std::ostringstream& messages = source.messages;
-    options.gpsSource = kGpsSourceBluetooth;
-    OptionsRuntime& runtime = source.app.runtime;
-    runtime.receiverChosen = true;
-    runtime.bluetoothAddress = 0x00'1C'88'30'A1'B2;
-    EXPECT_FALSE(StartPortGps(source.app, port, host));
-    EXPECT_EQ(port.lastErrorCode, kErrorBluetoothPort);
-    EXPECT_FALSE(port.lastErrorReason.empty());
-    EXPECT_NE(messages.str().find("0x08200a10 ("), std::string::npos) << messages.str();
+    source.options.gpsSource = kGpsSourceBluetooth;
+    source.app.runtime.receiverChosen = true;
+    source.app.runtime.bluetoothAddress = 0x00'1C'88'30'A1'B2;
+    EXPECT_FALSE(StartPortGps(source.app, source.port, source.host));
+    EXPECT_EQ(source.port.lastErrorCode, kErrorBluetoothPort);
+    EXPECT_FALSE(source.port.lastErrorReason.empty());
+    EXPECT_NE(source.messages.str().find("0x08200a10 ("), std::string::npos)
+        << source.messages.str();
     EXPECT_FALSE(source.device.IsOpen());
 }
 

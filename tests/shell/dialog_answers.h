@@ -1,7 +1,11 @@
 #pragma once
 
 #include <QApplication>
+#include <QLineEdit>
+#include <QMessageBox>
 #include <QPointer>
+#include <QPushButton>
+#include <QTest>
 #include <QTimer>
 #include <QWidget>
 #include <functional>
@@ -36,6 +40,53 @@ inline void WhenOpens(DialogKind kind, DialogAct act) {
 // unanswered, which must not answer the next case's dialogs.
 inline void ForgetDialogWaits() {
     qDeleteAll(qApp->findChildren<QTimer*>(kDialogPollName, Qt::FindDirectChildrenOnly));
+}
+
+template <typename Widget>
+bool Is(QWidget& widget) {
+    return qobject_cast<Widget*>(&widget) != nullptr;
+}
+
+// Answers the next message box with button, once look has seen it.
+inline void AnswerNextBox(QMessageBox::StandardButton button,
+                          std::function<void(QMessageBox&)> look = nullptr) {
+    WhenOpens(Is<QMessageBox>, [button, look](QWidget& widget) {
+        auto& box = static_cast<QMessageBox&>(widget);
+        if (look) look(box);
+        QVERIFY(box.button(button) != nullptr);
+        box.button(button)->click();
+    });
+}
+
+template <typename Control>
+Control& Find(QWidget& dialog, const char* name) {
+    auto* control = dialog.findChild<Control*>(QLatin1String(name));
+    if (control == nullptr) qFatal("no control %s", name);
+    return *control;
+}
+
+inline QPushButton& Button(QWidget& dialog, const QString& text) {
+    for (QPushButton* button : dialog.findChildren<QPushButton*>()) {
+        if (button->text() == text) return *button;
+    }
+    qFatal("no button %s", qPrintable(text));
+}
+
+// Replaces the text of a line edit by typing, as a user does.
+inline void Retype(QWidget& dialog, const char* name, const QString& text) {
+    auto& edit = Find<QLineEdit>(dialog, name);
+    edit.selectAll();
+    QTest::keyClick(&edit, Qt::Key_Backspace);
+    QTest::keyClicks(&edit, text);
+}
+
+// Chooses path in the file chooser, as typing it and pressing its button
+// do (selectFile leaves alone the name field that has the focus).
+inline DialogAct ChooseFileAct(const QString& path) {
+    return [path](QWidget& chooser) {
+        Find<QLineEdit>(chooser, "fileNameEdit").setText(path);
+        QMetaObject::invokeMethod(&chooser, "accept");
+    };
 }
 
 }  // namespace tolvane::shell

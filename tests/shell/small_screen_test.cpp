@@ -162,23 +162,11 @@ class SmallScreenTest : public QObject {
     Q_OBJECT
 
   private slots:
-    void init();
-    void cleanup();
     void TheWindowFillsTheScreenAndEveryMenuAndDialogFits();
-
-  private:
-    std::unique_ptr<QTemporaryDir> home_;
 };
 
-void SmallScreenTest::init() {
-    home_ = NewProgramHome();
-}
-
-void SmallScreenTest::cleanup() {
-    home_.reset();
-}
-
 void SmallScreenTest::TheWindowFillsTheScreenAndEveryMenuAndDialogFits() {
+    const std::unique_ptr<QTemporaryDir> home = NewProgramHome();
     ProgramWindow program{CommandLine{}};
     QVERIFY(program.Start(ReadScreen()));
     MainWindow& window = program.Window();

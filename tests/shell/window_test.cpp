@@ -1,7 +1,6 @@
 // The window on Qt's offscreen platform, driven as a user drives it: keys,
 // soft-key menus, closing, a second start and the screen rules. Message
 // boxes are real and are answered by a timer, as a user would.
-#include <QAbstractButton>
 #include <QApplication>
 #include <QComboBox>
 #include <QDialogButtonBox>
@@ -22,7 +21,6 @@
 #include <QToolTip>
 #include <algorithm>
 #include <cstdlib>
-#include <filesystem>
 #include <functional>
 #include <memory>
 
@@ -31,7 +29,6 @@
 #include "core/app/options_form.h"
 #include "core/base/string_manager.h"
 #include "core/data/options.h"
-#include "core/gps/port_source.h"
 #include "platform/program_location.h"
 #include "shell/dialogs/map_loader.h"
 #include "shell/dialogs/touch.h"
@@ -39,27 +36,11 @@
 #include "shell/soft_key_bar.h"
 #include "tests/core/nmea_sentence.h"
 #include "tests/platform/pseudo_terminal.h"
+#include "tests/shell/dialog_answers.h"
 #include "tests/shell/program_home.h"
 
 namespace tolvane::shell {
 namespace {
-
-// Answers the next message box with button once it is shown, after letting
-// inspect see it.
-void AnswerNextBox(QMessageBox::StandardButton button,
-                   std::function<void(QMessageBox&)> inspect = nullptr) {
-    auto* poll = new QTimer;
-    poll->setInterval(20);
-    QObject::connect(poll, &QTimer::timeout, [poll, button, inspect] {
-        auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
-        if (box == nullptr) return;
-        poll->stop();
-        poll->deleteLater();
-        if (inspect) inspect(*box);
-        box->button(button)->click();
-    });
-    poll->start();
-}
 
 QAction* FindAction(QMenu& menu, int id) {
     for (QAction* action : menu.actions()) {
@@ -90,14 +71,12 @@ class WindowTest : public QObject {
   private slots:
     void init();
     void cleanup();
-    void KeysAndSoftKeysSwitchViews();
-    void ZeroStartsAndStopsTheGpsOnAPseudoTerminal();
-    void GpsSetupFindsAReceiverThatStartGpsThenReads();
+    void MenusShowTheStateAndKeysAndSoftKeysSwitchViews();
+    void GpsSetupFindsAReceiverThatZeroThenStartsAndStops();
     void ExitAndClosingAskAfterSavingTheSettings();
     void TheDemoReceiverRunsWithoutReachingTheSettings();
     void ASettingsFileThatDidNotLoadIsKeptAtTheFirstSave();
     void ASecondStartBringsTheFirstForwardAndEnds();
-    void MenusGreyAndCheckAsTheStateSays();
     void AStartWithoutTheLanguageFileShowsNoEmptyText();
     void AGermanLocaleSpeaksGermanAndEveryLanguagesMenusFitAHandheld();
     void ASquareScreenUses110DpiAndTheSmallLayout();
@@ -121,6 +100,7 @@ void WindowTest::init() {
 }
 
 void WindowTest::cleanup() {
+    ForgetDialogWaits();
     program_.reset();
     home_.reset();
 }
@@ -138,8 +118,42 @@ void WindowTest::WriteOptions(const std::function<void(Options&)>& change) {
     QVERIFY(SaveOptions(OptionsPath().toStdString(), options, 1));
 }
 
-void WindowTest::KeysAndSoftKeysSwitchViews() {
+// The menus grey and check their entries as the state says; the number
+// keys and the left soft key's menu switch the views.
+void WindowTest::MenusShowTheStateAndKeysAndSoftKeysSwitchViews() {
     ProgramWindow& program = Start();
+    Program& core = program.Core();
+    for (const int night : {1, 0}) {
+        core.app.options.nightView = night;
+        core.app.options.speedAlarmIndex = night ? 2 : -1;
+        QMenu views;
+        FillMenu(views, BuildViewsMenu(core));
+        QCOMPARE(FindAction(views, kCommandNightView)->isChecked(), night == 1);
+        QVERIFY(FindAction(views, kCommandGpsInfo)->isChecked());
+        QVERIFY(!FindAction(views, kCommandSpeed)->isChecked());
+
+        QMenu commands;
+        FillMenu(commands, BuildCommandMenu(core));
+        QVERIFY(FindAction(commands, kCommandGpsSetup)->isEnabled());
+        QVERIFY(FindAction(commands, kCommandExit)->isEnabled());
+        QAction* alarm80 = FindAction(commands, kCommandFirstSpeedAlarm + 2);
+        QAction* alarmOff = FindAction(commands, kCommandSpeedAlarmOff);
+        QCOMPARE(alarm80->isChecked(), night == 1);
+        QCOMPARE(alarmOff->isChecked(), night == 0);
+        // The alarm entries are one radio group: one checked at a time.
+        QVERIFY(alarm80->actionGroup() != nullptr);
+        QCOMPARE(alarm80->actionGroup(), alarmOff->actionGroup());
+        // "Off", a separator, then the limits at positions 2 to 9.
+        const QList<QAction*> alarms = qobject_cast<QMenu*>(alarmOff->parent())->actions();
+        QCOMPARE(alarms.indexOf(alarmOff), 0);
+        QVERIFY(alarms[1]->isSeparator());
+        QCOMPARE(alarms.indexOf(alarm80), 4);
+        // Navigation is off: the round's items are grey; the start set the
+        // waypoint file, so the manager runs.
+        QVERIFY(!FindAction(commands, kCommandGoToDestination)->isEnabled());
+        QVERIFY(FindAction(commands, kCommandPointManager)->isEnabled());
+    }
+
     const std::pair<int, int> keys[] = {{Qt::Key_5, kViewSpeed},
                                         {Qt::Key_4, kViewCompass},
                                         {Qt::Key_6, kViewTripStat},
@@ -163,8 +177,9 @@ void WindowTest::KeysAndSoftKeysSwitchViews() {
 
 // From a fresh start: GPS Setup is given a receiver's device, its live line
 // shows the sentences that "Auto" finds at 4800 baud, and OK writes the
-// port's link and the choice, so that Start GPS reaches a fix.
-void WindowTest::GpsSetupFindsAReceiverThatStartGpsThenReads() {
+// port's link and the choice, so that 0 starts the GPS, which reaches a fix,
+// and 0 again stops it.
+void WindowTest::GpsSetupFindsAReceiverThatZeroThenStartsAndStops() {
     testing::PseudoTerminal receiver;
     QVERIFY(receiver.IsOpen());
     ProgramWindow& program = Start();
@@ -200,32 +215,7 @@ void WindowTest::GpsSetupFindsAReceiverThatStartGpsThenReads() {
 
     QTest::keyClick(&program.Window(), Qt::Key_0);
     QVERIFY(app.gpsRunning);
-    QTRY_VERIFY_WITH_TIMEOUT((receiver.Send(second), app.gps.fixValid), 10000);
-}
-
-void WindowTest::ZeroStartsAndStopsTheGpsOnAPseudoTerminal() {
-    testing::PseudoTerminal receiver;
-    QVERIFY(receiver.IsOpen());
-    const std::filesystem::path ports = home_->filePath(QStringLiteral("ports")).toStdString();
-    std::filesystem::create_directories(ports);
-    std::filesystem::create_symlink(receiver.SlaveName(), ports / PortDeviceName(1));
-    WriteOptions([](Options& options) {
-        options.gpsSource = 1;
-        options.portIndex = 1;
-    });
-    ProgramWindow& program = Start();
-    const AppState& app = program.Core().app;
-
-    QTest::keyClick(&program.Window(), Qt::Key_0);
-    QVERIFY(app.gpsRunning);
-    const std::string second =
-        testing::NmeaSentence("GPRMC,101500.000,A,5956.000,N,01043.000,E,10.0,90.0,231126,,") +
-        testing::NmeaSentence("GPGGA,101500.000,5956.000,N,01043.000,E,1,08,0.9,120.0,M,,,,");
-    const auto fixed = [&] {
-        receiver.Send(second);
-        return app.gps.connected && app.gps.fixValid;
-    };
-    QTRY_VERIFY_WITH_TIMEOUT(fixed(), 10000);
+    QTRY_VERIFY_WITH_TIMEOUT((receiver.Send(second), app.gps.connected && app.gps.fixValid), 10000);
     QTest::keyClick(&program.Window(), Qt::Key_0);
     QVERIFY(!app.gpsRunning);
 }
@@ -355,41 +345,6 @@ void WindowTest::ASecondStartBringsTheFirstForwardAndEnds() {
     QCOMPARE(second.exitStatus(), QProcess::NormalExit);
     QCOMPARE(second.exitCode(), 0);
     QCOMPARE(broughtForward.count(), 1);
-}
-
-void WindowTest::MenusGreyAndCheckAsTheStateSays() {
-    ProgramWindow& program = Start();
-    Program& core = program.Core();
-    for (const int night : {1, 0}) {
-        core.app.options.nightView = night;
-        core.app.options.speedAlarmIndex = night ? 2 : -1;
-        QMenu views;
-        FillMenu(views, BuildViewsMenu(core));
-        QCOMPARE(FindAction(views, kCommandNightView)->isChecked(), night == 1);
-        QVERIFY(FindAction(views, kCommandGpsInfo)->isChecked());
-        QVERIFY(!FindAction(views, kCommandSpeed)->isChecked());
-
-        QMenu commands;
-        FillMenu(commands, BuildCommandMenu(core));
-        QVERIFY(FindAction(commands, kCommandGpsSetup)->isEnabled());
-        QVERIFY(FindAction(commands, kCommandExit)->isEnabled());
-        QAction* alarm80 = FindAction(commands, kCommandFirstSpeedAlarm + 2);
-        QAction* alarmOff = FindAction(commands, kCommandSpeedAlarmOff);
-        QCOMPARE(alarm80->isChecked(), night == 1);
-        QCOMPARE(alarmOff->isChecked(), night == 0);
-        // The alarm entries are one radio group: one checked at a time.
-        QVERIFY(alarm80->actionGroup() != nullptr);
-        QCOMPARE(alarm80->actionGroup(), alarmOff->actionGroup());
-        // "Off", a separator, then the limits at positions 2 to 9.
-        const QList<QAction*> alarms = qobject_cast<QMenu*>(alarmOff->parent())->actions();
-        QCOMPARE(alarms.indexOf(alarmOff), 0);
-        QVERIFY(alarms[1]->isSeparator());
-        QCOMPARE(alarms.indexOf(alarm80), 4);
-        // Navigation is off: the round's items are grey; the start set the
-        // waypoint file, so the manager runs.
-        QVERIFY(!FindAction(commands, kCommandGoToDestination)->isEnabled());
-        QVERIFY(FindAction(commands, kCommandPointManager)->isEnabled());
-    }
 }
 
 // Without its language file the program says so once and runs on in its
@@ -576,24 +531,6 @@ void WindowTest::TheAlarmLoopsWithoutAJump() {
     QVERIFY(std::abs(samples[0]) < largestStep);
 }
 
-namespace {
-
-// Lets act work the next dialog once it is shown; act must close it.
-void WorkNextDialog(std::function<void(QDialog&)> act) {
-    auto* poll = new QTimer;
-    poll->setInterval(20);
-    QObject::connect(poll, &QTimer::timeout, [poll, act] {
-        auto* dialog = qobject_cast<QDialog*>(QApplication::activeModalWidget());
-        if (dialog == nullptr) return;
-        poll->stop();
-        poll->deleteLater();
-        act(*dialog);
-    });
-    poll->start();
-}
-
-}  // namespace
-
 void WindowTest::TheValueDialogsFitTakeDigitsAndAnswerEnterAndEscape() {
     ProgramWindow& program = Start({96, 96, 240, 320});
     Options& options = program.Core().app.options;
@@ -601,7 +538,7 @@ void WindowTest::TheValueDialogsFitTakeDigitsAndAnswerEnterAndEscape() {
     QStringList opened;
     bool fits = false;
     const auto type = [&](const char* keys, Qt::Key answer) {
-        return [&, keys, answer](QDialog& dialog) {
+        return [&, keys, answer](QWidget& dialog) {
             const QList<QLineEdit*> fields = dialog.findChildren<QLineEdit*>();
             for (const QLineEdit* field : fields) opened << field->text();
             for (const QLabel* label : dialog.findChildren<QLabel*>()) opened << label->text();
@@ -612,7 +549,7 @@ void WindowTest::TheValueDialogsFitTakeDigitsAndAnswerEnterAndEscape() {
     };
 
     // The first value is selected: typing replaces it, and a letter is refused.
-    WorkNextDialog(type("x95", Qt::Key_Return));
+    WhenOpens(Is<QDialog>, type("x95", Qt::Key_Return));
     program.RunCommand(kCommandCustomSpeedAlarm);
     QCOMPARE(options.speedAlarmValues[0], 95);
     QCOMPARE(options.speedAlarmValues[7], 120);
@@ -620,13 +557,13 @@ void WindowTest::TheValueDialogsFitTakeDigitsAndAnswerEnterAndEscape() {
     QVERIFY(fits);
 
     opened.clear();
-    WorkNextDialog(type("0", Qt::Key_Enter));
+    WhenOpens(Is<QDialog>, type("0", Qt::Key_Enter));
     program.RunCommand(kCommandCustomInterval);
     QCOMPARE(options.trackIntervalValues[0], 1);
     QVERIFY(opened.contains(QStringLiteral("1-3600 Seconds")));
     QVERIFY(fits);
 
-    WorkNextDialog(type("77", Qt::Key_Escape));
+    WhenOpens(Is<QDialog>, type("77", Qt::Key_Escape));
     program.RunCommand(kCommandCustomInterval);
     QCOMPARE(options.trackIntervalValues[0], 1);
 }

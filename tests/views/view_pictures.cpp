@@ -1,11 +1,11 @@
 #include "tests/views/view_pictures.h"
 
 #include <QPainter>
-#include <sstream>
 
 #include "core/views/view_painter.h"
-#include "headless/replay.h"
 #include "shell/qt_canvas.h"
+#include "tests/core/test_support.h"
+#include "tests/headless/replay_text.h"
 
 namespace tolvane::testing {
 
@@ -22,20 +22,11 @@ QImage PaintViewPicture(const AppState& app, int width, int height) {
 
 void ReplayToTick(const std::string& recording, int tick,
                   const std::function<void(AppState&)>& use) {
-    headless::RunSettings settings;
-    Options options{};
-    std::string error;
-    headless::MakeRunOptions(settings, options, error);
-    std::ostringstream messages;
-    headless::ReplayTotals totals;
     int ticks = 0;
-    headless::ReplayRecordingFile(
-        recording, settings, options, messages,
-        [&](AppState& app, FileTime /*utc*/) {
-            if (++ticks == tick) use(app);
-            return ticks < tick;
-        },
-        totals, error);
+    ReplayText(ReadFileBytes(recording), {}, [&](AppState& app, FileTime /*utc*/) {
+        if (++ticks == tick) use(app);
+        return ticks < tick;
+    });
 }
 
 }  // namespace tolvane::testing
