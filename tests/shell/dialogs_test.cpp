@@ -127,6 +127,9 @@ class DialogsTest : public QObject {
     void InTheManager(const DialogAct& act);
     // The manager's Go To on the first point of its list.
     void GoToTheFirstPoint();
+    // Runs an Add command, types the position into the point editor it
+    // opens and presses OK; returns the name the editor suggested.
+    QString AddPointAt(int command, const QString& latitude, const QString& longitude);
 
     std::unique_ptr<QTemporaryDir> home_;
     std::unique_ptr<ProgramWindow> program_;
@@ -159,6 +162,16 @@ void DialogsTest::GoToTheFirstPoint() {
         list.setCurrentItem(list.topLevelItem(0));
         Button(manager, QStringLiteral("Go To")).click();
     });
+}
+
+QString DialogsTest::AddPointAt(int command, const QString& latitude, const QString& longitude) {
+    QString suggested;
+    WhenOpens(IsPointEditor, [&](QWidget& editor) {
+        suggested = Find<QLineEdit>(editor, "name").text();
+        TypePositionAndOk(editor, latitude, longitude);
+    });
+    program_->RunCommand(command);
+    return suggested;
 }
 
 // The Options dialog fits a small screen without a sideways scroll, is
@@ -219,13 +232,9 @@ void DialogsTest::TheEditorSuggestsAFreeNameAndTheManagerEditsAndDeletesInTheFil
     const std::string waypoints = App().runtime.waypointFile;
     WritePoints(waypoints, {QStringLiteral("WP001"), QStringLiteral("WP002")});
 
-    QString suggested;
-    WhenOpens(IsPointEditor, [&suggested](QWidget& editor) {
-        suggested = Find<QLineEdit>(editor, "name").text();
-        TypePositionAndOk(editor, QStringLiteral("27 12 39.3 S"), QStringLiteral("153.0512"));
-    });
-    program_->RunCommand(kCommandAddWaypoint);
-    QCOMPARE(suggested, QStringLiteral("WP003"));
+    QCOMPARE(
+        AddPointAt(kCommandAddWaypoint, QStringLiteral("27 12 39.3 S"), QStringLiteral("153.0512")),
+        QStringLiteral("WP003"));
     std::vector<GeoPoint> saved = ReadPoints(waypoints);
     QCOMPARE(Names(saved), QStringList({"WP001", "WP002", "WP003"}));
     QVERIFY(std::abs(saved[2].latitude + 27.210917) < 1e-5);
@@ -259,13 +268,9 @@ void DialogsTest::ADestinationListWithUnsavedChangesAsksBeforeItGoes() {
     const QString folder = QString::fromStdString(App().folders.destinationDir);
     QVERIFY(QDir().mkpath(folder));
     const auto addDestination = [this] {
-        QString suggested;
-        WhenOpens(IsPointEditor, [&suggested](QWidget& editor) {
-            suggested = Find<QLineEdit>(editor, "name").text();
-            TypePositionAndOk(editor, QStringLiteral("-27.3"), QStringLiteral("153.1"));
-        });
-        program_->RunCommand(kCommandAddDestination);
-        QCOMPARE(suggested, QStringLiteral("WP002"));
+        QCOMPARE(
+            AddPointAt(kCommandAddDestination, QStringLiteral("-27.3"), QStringLiteral("153.1")),
+            QStringLiteral("WP002"));
         QCOMPARE(CopyDestinations(App().navigation).points.size(), std::size_t{2});
     };
     GoToTheFirstPoint();

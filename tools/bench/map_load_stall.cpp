@@ -9,12 +9,9 @@
 
 #include <QCoreApplication>
 #include <QDir>
-#include <QElapsedTimer>
 #include <QGuiApplication>
 #include <QImage>
 #include <QRandomGenerator>
-#include <QTimer>
-#include <algorithm>
 #include <iostream>
 
 #include "shell/dialogs/map_loader.h"

@@ -14,7 +14,6 @@
 #include <sys/resource.h>
 
 #include <QDir>
-#include <QElapsedTimer>
 #include <QGuiApplication>
 #include <QImage>
 #include <QPainter>
